@@ -1,0 +1,75 @@
+# What every target of the tree shares: language level, warnings, the floating-point contract, and the
+# two short forms by which rooms declare their libraries and tests.
+
+include(CTest)
+
+option(VINDREL_BUILD_CLI "Build the command line (needs CLI11 and OpenImageIO)" ON)
+option(VINDREL_BUILD_BENCH "Build the benchmarks (needs Google Benchmark)" OFF)
+set(VINDREL_SANITIZE "" CACHE STRING "Sanitizers for the whole tree, as in -fsanitize=")
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+
+# Every room includes from the root of the tree: "effect/raster/DrawDot.h".
+add_library(vindrel_common INTERFACE)
+target_include_directories(vindrel_common INTERFACE "${PROJECT_SOURCE_DIR}")
+
+if(MSVC)
+  target_compile_options(vindrel_common INTERFACE /W4 /WX /fp:precise /permissive- /utf-8)
+else()
+  # Release is what is measured and shipped; -O2 and a baseline that every 64-bit machine has.
+  set(CMAKE_CXX_FLAGS_RELEASE "-O2 -DNDEBUG")
+  target_compile_options(vindrel_common INTERFACE
+    -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow -Wold-style-cast -Wcast-qual
+    -Wnon-virtual-dtor -Woverloaded-virtual -Wdouble-promotion -Wformat=2 -Wundef -Werror
+    # Each product and each sum is rounded by itself, and the C library's own sine, cosine and arc
+    # tangent are called: a folded constant may have another last bit.
+    -ffp-contract=off -fno-builtin-sin -fno-builtin-cos -fno-builtin-atan2
+    # The module's operator new returns null before the host has lent its memory.
+    -fcheck-new)
+  if(VINDREL_SANITIZE)
+    target_compile_options(vindrel_common INTERFACE
+      "-fsanitize=${VINDREL_SANITIZE}" -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_link_options(vindrel_common INTERFACE "-fsanitize=${VINDREL_SANITIZE}")
+  endif()
+endif()
+if(WIN32 AND NOT MSVC)
+  # Tests, tools and the module carry their runtime with them.
+  target_link_options(vindrel_common INTERFACE -static)
+endif()
+
+# vindrel_library(<name> <sources>...): one room's static library.
+function(vindrel_library name)
+  add_library(${name} STATIC ${ARGN})
+  target_link_libraries(${name} PUBLIC vindrel_common)
+endfunction()
+
+if(BUILD_TESTING)
+  # GoogleTest comes as Debian's sources, so that one version serves both targets.
+  set(VINDREL_GOOGLETEST_DIR "/usr/src/googletest" CACHE PATH "Sources of GoogleTest")
+  set(INSTALL_GTEST OFF CACHE BOOL "" FORCE)
+  set(gtest_disable_pthreads OFF CACHE BOOL "" FORCE)
+  add_subdirectory("${VINDREL_GOOGLETEST_DIR}" "${CMAKE_BINARY_DIR}/googletest" EXCLUDE_FROM_ALL)
+  if(VINDREL_SANITIZE)
+    foreach(part gtest gtest_main gmock gmock_main)
+      target_compile_options(${part} PRIVATE "-fsanitize=${VINDREL_SANITIZE}")
+    endforeach()
+  endif()
+  include(GoogleTest)
+endif()
+
+# vindrel_test(<name> <sources>...): one test program. Native builds list each test by its own name;
+# the Windows build runs a whole program at a time, since a start of Wine costs more than most tests.
+function(vindrel_test name)
+  add_executable(${name} ${ARGN})
+  target_link_libraries(${name} PRIVATE vindrel_common GTest::gtest_main GTest::gmock)
+  if(CMAKE_CROSSCOMPILING)
+    add_test(NAME "windows.${name}" COMMAND ${name})
+  else()
+    gtest_discover_tests(${name} TEST_PREFIX "${name}." DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 600)
+  endif()
+endfunction()
