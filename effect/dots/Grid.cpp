@@ -1,0 +1,135 @@
+#include "effect/dots/Grid.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "effect/pixel/Truncate.h"
+
+namespace vindrel {
+namespace {
+
+constexpr double fixedToDouble = 1.52587890625e-05;
+constexpr double degreesToRadians = 0.017453292519943295;
+
+struct Place {
+  double x, y;
+};
+
+Place placeOf(const PF_FixedPoint& point) {
+  return {point.x * fixedToDouble, point.y * fixedToDouble};
+}
+
+// A disabled effector's position serves as well as an enabled one's.
+Place rotationCenter(const RenderParams& params) {
+  switch (params.globalRotationCenter) {
+    case 1:
+      return placeOf(params.centerPosition);
+    case 2:
+    case 3:
+    case 4:
+      return placeOf(params.effector[params.globalRotationCenter - 2].position);
+    default:
+      return {0.0, 0.0};
+  }
+}
+
+// "Dots" measures the gap between two dots of nominal size, "Centers" from centre to centre.
+double pitch(int32_t distanceBetween, double dotSize, double distance) {
+  double result = 1.0;
+  if (distanceBetween == 1) result = dotSize + distance;
+  if (distanceBetween == 2) result = distance;
+  return result < 1.0 ? 1.0 : result;
+}
+
+// Lengths of the lattice's own axes that a rectangle covers, from the grid centre, in canvas pixels.
+struct LatticeBox {
+  double left, right, top, bottom;
+};
+
+// The acceptance rectangle turned back into the lattice, in a box along the lattice's axes. (centerX, centerY) is where
+// the turn takes the grid centre to.
+LatticeBox boundsInLattice(const DotGrid& grid, double centerX, double centerY) {
+  LatticeBox box{INFINITY, -INFINITY, INFINITY, -INFINITY};
+  for (const double x : {grid.boundLeft - centerX, grid.boundRight - centerX}) {
+    for (const double y : {grid.boundTop - centerY, grid.boundBottom - centerY}) {
+      const double along = x * grid.rotationCos + y * grid.rotationSin;
+      const double across = y * grid.rotationCos - x * grid.rotationSin;
+      box = {std::min(box.left, along), std::max(box.right, along), std::min(box.top, across),
+             std::max(box.bottom, across)};
+    }
+  }
+  return box;
+}
+
+bool isFinite(const DotGrid& grid) {
+  for (const double value :
+       {grid.pitchX, grid.pitchY, grid.boundLeft, grid.boundTop, grid.boundRight, grid.boundBottom}) {
+    if (!std::isfinite(value)) return false;
+  }
+  return true;
+}
+
+// With every control at the end of its range that stretches the lattice most, a million rings are enough.
+constexpr double mostRings = 2097152.0;
+
+// Places of cells carry the rounding of some million additions; this and a ring more on either side are far beyond it.
+constexpr double roundingShare = 1e-6;
+
+}  // namespace
+
+DotGrid makeDotGrid(const RenderParams& params, int32_t width, int32_t height) {
+  DotGrid grid{};
+  const Place center = placeOf(params.centerPosition);
+  grid.gridCenterX = center.x;
+  grid.gridCenterY = center.y;
+  const Place turnCenter = rotationCenter(params);
+  grid.rotationCenterX = turnCenter.x;
+  grid.rotationCenterY = turnCenter.y;
+  grid.pitchX = pitch(params.distanceBetween, params.dotSize, params.dotDistanceX);
+  grid.pitchY = pitch(params.distanceBetween, params.dotSize, params.dotDistanceY);
+  grid.rotation = params.globalRotation * fixedToDouble * degreesToRadians;
+  grid.rotationCos = std::cos(grid.rotation);
+  grid.rotationSin = std::sin(grid.rotation);
+
+  // The frame, grown by one pitch and by the largest jitter. Kept as is: the size of a dot plays no part, so a dot
+  // larger than the margin whose centre lies beyond it is missing from the edge of the picture.
+  const double marginX = grid.pitchX * params.randomDistanceX + grid.pitchX;
+  const double marginY = grid.pitchY * params.randomDistanceY + grid.pitchY;
+  grid.boundLeft = 0.0 - marginX;
+  grid.boundRight = marginX + static_cast<double>(width);
+  grid.boundTop = 0.0 - marginY;
+  grid.boundBottom = marginY + static_cast<double>(height);
+  return grid;
+}
+
+// Ring r lies on the border of a box of half sides r * pitchX and r * pitchY about the grid centre, along the lattice's
+// axes. It misses the acceptance rectangle for certain as long as one of the four axes (two of the lattice, two of the
+// canvas) parts the two, and again once the whole rectangle is inside the box. Both bounds grow with r, so the rings
+// between form one span.
+RingSpan ringsThatMayReach(const DotGrid& grid) {
+  if (!isFinite(grid)) return {};
+  const double dx = grid.gridCenterX - grid.rotationCenterX;
+  const double dy = grid.gridCenterY - grid.rotationCenterY;
+  const double centerX = (dx * grid.rotationCos - dy * grid.rotationSin) + grid.rotationCenterX;
+  const double centerY = (dx * grid.rotationSin + dy * grid.rotationCos) + grid.rotationCenterY;
+  const LatticeBox box = boundsInLattice(grid, centerX, centerY);
+
+  const double lastReached =
+      std::max(std::max(-box.left, box.right) / grid.pitchX, std::max(-box.top, box.bottom) / grid.pitchY);
+  const double end = lastReached * (1.0 + roundingShare) + 2.0;
+  if (!(end < mostRings)) return {};
+
+  const double cos = std::abs(grid.rotationCos);
+  const double sin = std::abs(grid.rotationSin);
+  const double partedAlong = std::max(box.left, -box.right) / grid.pitchX;
+  const double partedAcross = std::max(box.top, -box.bottom) / grid.pitchY;
+  const double partedX =
+      std::max(grid.boundLeft - centerX, centerX - grid.boundRight) / (grid.pitchX * cos + grid.pitchY * sin);
+  const double partedY =
+      std::max(grid.boundTop - centerY, centerY - grid.boundBottom) / (grid.pitchX * sin + grid.pitchY * cos);
+  const double parted = std::max(std::max(partedAlong, partedAcross), std::max(partedX, partedY));
+  const double first = parted * (1.0 - roundingShare) - 1.0;
+  return {first > 0.0 ? truncateToInt32(first) : 0, truncateToInt32(end)};
+}
+
+}  // namespace vindrel
