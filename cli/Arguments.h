@@ -1,0 +1,44 @@
+/// The words after `vindrel`, sorted out but not yet checked against files or the module.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "cli/Preset.h"
+#include "host/Depth.h"
+
+namespace cli {
+
+enum class Command { render, controls, about, options, showText };
+enum class Road { asModuleSays, classic, smart };
+enum class OptionsAction { save, restore };
+
+struct Arguments {
+  Command command = Command::showText;
+  std::string text;  ///< showText: help or version, ready to print
+
+  std::filesystem::path module;  ///< empty: the one that was built with this program
+  std::optional<std::filesystem::path> preset;
+  std::vector<Assignment> sets;
+  std::vector<Assignment> layers;
+
+  std::filesystem::path input;
+  std::filesystem::path output;
+  std::optional<standin::Depth> depth;  ///< none: the input's own
+  int32_t frame = 0;                    ///< from 0
+  double framesPerSecond = 24.0;
+  int32_t downsample = 1;  ///< 1, 2 or 4
+  Road road = Road::asModuleSays;
+
+  bool json = false;
+  OptionsAction optionsAction = OptionsAction::save;
+};
+
+/// Reads the words, the program's own name not among them.
+/// @throws UserError for an unknown command or option (naming the nearest), a missing or wrong value
+Arguments parseArguments(const std::vector<std::string>& words);
+
+}  // namespace cli

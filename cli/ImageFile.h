@@ -1,0 +1,44 @@
+/// Pictures from and to files.
+///
+/// Read: whatever the image library knows, as grey, grey with alpha, RGB or RGBA, of 8 bits, 16 bits or float (half
+/// included). Written: PNG and TIFF at 8 and 16 bits, TIFF and EXR as float. PNG and TIFF hold straight colour as the
+/// host does, so that a picture comes back to the last bit; EXR holds colour multiplied by alpha.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+
+#include "host/Image.h"
+
+namespace cli {
+
+/// 65535-scaled channel of a file to the host's 0 to 32768, rounded to the nearest. Two file values share most host
+/// values; every host value survives toFile16 and back.
+constexpr uint16_t fromFile16(uint16_t channel) {
+  return static_cast<uint16_t>((static_cast<uint32_t>(channel) * 32768u + 32767u) / 65535u);
+}
+
+/// The host's 0 to 32768 to a 65535-scaled channel of a file, rounded to the nearest. Values above full scale are full.
+constexpr uint16_t toFile16(uint16_t channel) {
+  return channel >= 32768u ? uint16_t{65535}
+                           : static_cast<uint16_t>((static_cast<uint32_t>(channel) * 65535u + 16384u) / 32768u);
+}
+
+/// Reads a picture at the file's own depth. A crop stands in its place on the full image, clear around it, and the
+/// orientation that a camera noted is applied. Pixels without alpha are opaque.
+/// @throws UserError naming the file: missing, unreadable, more or other channels than RGBA, a pixel type between the
+///         depths, larger than the host's 30000 pixels
+standin::Image readPicture(const std::filesystem::path& file);
+
+/// Checks, before any work is done, that a picture of this depth can be written to the file: its ending, its folder,
+/// what stands in its place.
+/// @throws UserError naming the file and what would be right
+void checkWritable(const std::filesystem::path& file, standin::Depth depth);
+
+/// Writes the picture. The file appears whole or not at all: it is written beside its place under another name, then
+/// renamed, so that what stood there before is lost only to a whole new picture. An EXR is always float.
+/// @throws UserError naming the file
+void writePicture(const std::filesystem::path& file, const standin::Image& picture);
+
+}  // namespace cli

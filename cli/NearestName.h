@@ -1,0 +1,28 @@
+/// Finds what a person probably meant by a misspelt name.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace cli {
+
+/// True when the two are the same but for the case of the letters A to Z.
+bool equalIgnoringCase(std::string_view left, std::string_view right);
+
+/// The fewest single-letter insertions, removals, replacements and swaps of two neighbours that turn one name into
+/// the other. Case doesn't count.
+std::size_t editDistance(std::string_view left, std::string_view right);
+
+/// The name nearest to `wanted`, the first one of several. Empty when there are no names, or when more than half of
+/// the letters (and more than two) would have to change, since such a proposal helps nobody.
+std::string nearestName(std::string_view wanted, const std::vector<std::string>& names);
+
+/// "; did you mean 'Dot Size'?", or `otherwise` when nothing is near.
+std::string suggestion(std::string_view wanted, const std::vector<std::string>& names, std::string_view otherwise = "");
+
+/// "Circle, Square or Diamond".
+std::string listed(const std::vector<std::string>& names);
+
+}  // namespace cli

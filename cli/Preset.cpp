@@ -1,0 +1,112 @@
+#include "cli/Preset.h"
+
+#include <fstream>
+#include <nlohmann/json.hpp>
+#include <system_error>
+
+#include "cli/ControlValue.h"
+#include "cli/NearestName.h"
+#include "cli/UserError.h"
+
+namespace cli {
+namespace {
+
+namespace fs = std::filesystem;
+using nlohmann::json;
+
+/// "line 3, column 14" of the byte (counted from 1) at which reading failed.
+std::string placeIn(const std::string& text, std::size_t byte) {
+  std::size_t line = 1;
+  std::size_t column = 1;
+  for (std::size_t i = 0; i + 1 < byte && i < text.size(); ++i) {
+    ++column;
+    if (text[i] == '\n') {
+      ++line;
+      column = 1;
+    }
+  }
+  return "line " + std::to_string(line) + ", column " + std::to_string(column);
+}
+
+std::string textOf(const json& value, const std::string& name, const std::string& where) {
+  if (value.is_string()) return value.get<std::string>();
+  if (value.is_boolean()) return value.get<bool>() ? "on" : "off";
+  if (value.is_number_integer()) return std::to_string(value.get<int64_t>());
+  if (value.is_number()) return shownNumber(value.get<double>());
+  throw UserError(where + "'" + name + "' takes a number, a text, true or false, not " + value.type_name());
+}
+
+const json& objectAt(const json& parent, const char* key, const std::string& where) {
+  const json& part = parent.at(key);
+  if (!part.is_object()) throw UserError(where + "'" + key + "' takes names with values in braces");
+  return part;
+}
+
+std::string contentOf(const fs::path& file) {
+  std::error_code error;
+  const fs::file_status status = fs::status(file, error);
+  if (!fs::exists(status)) {
+    std::vector<std::string> names;
+    const fs::path folder = file.has_parent_path() ? file.parent_path() : fs::path(".");
+    for (const auto& entry : fs::directory_iterator(folder, error)) names.push_back(entry.path().filename().string());
+    throw UserError("no preset '" + file.string() + "'" + suggestion(file.filename().string(), names));
+  }
+  if (fs::is_directory(status)) throw UserError("'" + file.string() + "' is a folder, not a preset");
+  std::ifstream stream(file, std::ios::binary);
+  std::string content((std::istreambuf_iterator<char>(stream)), std::istreambuf_iterator<char>());
+  if (!stream) throw UserError("can't read preset '" + file.string() + "'");
+  return content;
+}
+
+}  // namespace
+
+Preset readPreset(const fs::path& file) {
+  const std::string where = "preset '" + file.string() + "': ";
+  const std::string content = contentOf(file);
+  json whole;
+  try {
+    whole = json::parse(content);
+  } catch (const json::parse_error& error) {
+    throw UserError(where + "no JSON at " + placeIn(content, error.byte));
+  } catch (const json::exception&) {
+    throw UserError(where + "a number in it is too large");
+  }
+  if (!whole.is_object()) throw UserError(where + "it must be an object with 'controls' and 'layers'");
+
+  Preset preset;
+  for (const auto& [key, value] : whole.items()) {
+    if (key == "about") {
+      if (!value.is_string()) throw UserError(where + "'about' takes a text");
+      preset.about = value.get<std::string>();
+    } else if (key == "controls") {
+      for (const auto& [name, entry] : objectAt(whole, "controls", where).items()) {
+        preset.controls.push_back({name, textOf(entry, name, where)});
+      }
+    } else if (key == "layers") {
+      for (const auto& [name, entry] : objectAt(whole, "layers", where).items()) {
+        if (!entry.is_string()) throw UserError(where + "'" + name + "' takes a picture, 'source' or 'none'");
+        std::string picture = entry.get<std::string>();
+        if (picture != "source" && picture != "none") picture = (file.parent_path() / picture).string();
+        preset.layers.push_back({name, picture});
+      }
+    } else {
+      throw UserError(where + "no key '" + key + "'" +
+                      suggestion(key, {"about", "controls", "layers"}, "; it may have about, controls and layers"));
+    }
+  }
+  return preset;
+}
+
+Assignment splitAssignment(const std::string& argument, const std::string& option) {
+  const std::size_t equals = argument.find('=');
+  std::size_t first = argument.find_first_not_of(' ');
+  std::size_t last = equals;
+  while (last != std::string::npos && last > 0 && argument[last - 1] == ' ') --last;
+  if (equals == std::string::npos || first >= equals) {
+    const char* example = option == "--set" ? "--set \"Dot Size=14\"" : "--layer \"Mask Target Layer=mask.png\"";
+    throw UserError(option + " takes a name, '=' and a value, as in " + example + ", not '" + argument + "'");
+  }
+  return {argument.substr(first, last - first), argument.substr(equals + 1)};
+}
+
+}  // namespace cli

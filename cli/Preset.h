@@ -1,0 +1,37 @@
+/// A look kept in a file: values of controls and pictures for layers.
+///
+///     { "about": "One line on what it looks like.",
+///       "controls": { "Dot Shape": "Circle", "Dot Size": 8, "Clear Background": true },
+///       "layers":   { "Custom Map Layer 1": "source" } }
+///
+/// Values are numbers, true or false, or the texts that --set takes. Every part may be left out.
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace cli {
+
+/// "Dot Size" = "14": a name and what it is given, neither checked yet.
+struct Assignment {
+  std::string name;
+  std::string text;
+};
+
+struct Preset {
+  std::string about;
+  std::vector<Assignment> controls;  ///< values in the form that --set takes
+  std::vector<Assignment> layers;    ///< "source", "none" or a picture's path, which goes from the preset's folder
+};
+
+/// Reads a preset; names and values of controls are left to be checked against the module's.
+/// @throws UserError naming the file and the place in it: no file, no JSON, an unknown key, a value of a wrong type
+Preset readPreset(const std::filesystem::path& file);
+
+/// Splits "Dot Size=14" at the first '='. Blanks around the name are dropped.
+/// @param option  the option it came from, for the message
+/// @throws UserError when there is no '=' or no name before it
+Assignment splitAssignment(const std::string& argument, const std::string& option);
+
+}  // namespace cli
