@@ -6,6 +6,7 @@
 #pragma once
 
 #include <cstdint>
+#include <cstring>
 
 #include "ae/InOutData.h"
 #include "ae/Params.h"
@@ -21,6 +22,14 @@ struct ParamTarget {
   uint32_t offset = 0;  ///< bytes
   uint32_t size = 0;    ///< bytes
 };
+
+/// A definition with all bytes zero, those between the fields too: what is padding in one kind of control is a field
+/// in another.
+inline PF_ParamDef zeroedDef() {
+  PF_ParamDef def;
+  std::memset(&def, 0, sizeof def);
+  return def;
+}
 
 class BaseParam {
  public:

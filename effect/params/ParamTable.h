@@ -14,13 +14,13 @@
 
 namespace vindrel {
 
-inline constexpr int32_t kParamSlots = 256;
+inline constexpr int32_t paramSlots = 256;
 
 /// The owners, by id; null where no control has that id.
-extern BaseParam* byId[kParamSlots];
+extern BaseParam* byId[paramSlots];
 
 /// The same objects in the order of the host's list, from entry 1 on without gaps; entry 0 and the rest are null.
-extern BaseParam* byIndex[kParamSlots + 1];
+extern BaseParam* byIndex[paramSlots + 1];
 
 /// Host index of the next object made. Starts at 1 when the module is loaded and is never set back: the objects of a
 /// second life, after a global set-down, go on counting.
@@ -30,7 +30,7 @@ extern int32_t nextHostIndex;
 /// with every group that was begun also ended.
 void DeclareParams(PF_InData* in_data);
 
-/// Deletes every object and nulls its slot in byId.
+/// Deletes every object and nulls all of byId and byIndex.
 void DropParams();
 
 /// Place in the host's list of the control with this id, or 0 when there is none. The 0 is no error value: callers
@@ -56,10 +56,10 @@ PF_Err ReleaseAll(ParamGetter& getter);
 void SaveAll(const char* settingsPath);
 
 /// Check-out ids by which the pixels of the four layer controls are fetched on the smart road.
-inline constexpr A_long kMaskTargetLayerCheckout = 1;
-inline constexpr A_long kCustomMapLayerCheckout[3] = {2, 3, 4};
+inline constexpr A_long maskTargetLayerCheckout = 1;
+inline constexpr A_long customMapLayerCheckout[3] = {2, 3, 4};
 /// Added to the id for the first call, which only asks for the size of the layer.
-inline constexpr A_long kSizeProbeOffset = 1000000;
+inline constexpr A_long sizeProbeOffset = 1000000;
 
 /// Requests the four layer controls of a smart frame, greyed or not; stops at the first error, which it returns.
 PF_Err CheckoutLayers(PF_InData* in_data, PF_PreRenderExtra* extra);

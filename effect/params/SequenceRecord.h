@@ -9,16 +9,16 @@
 
 namespace vindrel {
 
-inline constexpr uint32_t kSequenceMagic = 0x70736571;  ///< the bytes q e s p in memory
-inline constexpr uint32_t kSequenceFlatSize = 24;       ///< bytes of the stored form
-inline constexpr uint32_t kSequenceVersion = 1;
+inline constexpr uint32_t sequenceMagic = 0x70736571;  ///< the bytes q e s p in memory
+inline constexpr uint32_t sequenceFlatSize = 24;       ///< bytes of the stored form
+inline constexpr uint32_t sequenceVersion = 1;
 
 /// The form in memory. The defaults are the values of a new instance.
 struct SequenceRecord {
-  uint32_t magic = kSequenceMagic;
-  uint32_t flattened = 0;             ///< not 0 marks the stored form
-  uint32_t size = kSequenceFlatSize;  ///< bytes of the stored form
-  uint32_t version = kSequenceVersion;
+  uint32_t magic = sequenceMagic;
+  uint32_t flattened = 0;            ///< not 0 marks the stored form
+  uint32_t size = sequenceFlatSize;  ///< bytes of the stored form
+  uint32_t version = sequenceVersion;
   uint8_t reserved_bytes[4] = {};  ///< stored, read by nothing
   uint32_t reserved_word = 0;      ///< stored, read by nothing
   uint8_t distanceModeKnown = 0;   ///< not 0 once distanceMode holds a value

@@ -16,22 +16,22 @@ namespace vindrel {
 extern char versionLine[128];
 
 /// Bytes of a path, the closing zero included.
-inline constexpr int32_t kSettingsPathSize = 260;
+inline constexpr int32_t settingsPathSize = 260;
 
 /// True for After Effects before 12.12. Such a host gets the built-in defaults only. Any other host is never too old.
 bool isOldHost(const PF_InData* in_data);
 
 /// Works out the path of the settings file: the module's own path with what follows the last dot replaced by "ini".
 /// @return false when the host does not tell the module's path or there is no dot in it; `path` is then without meaning
-bool settingsPath(PF_InData* in_data, char (&path)[kSettingsPathSize]);
+bool settingsPath(PF_InData* in_data, char (&path)[settingsPathSize]);
 
 /// What comes before the controls are added: writes the version line and works out the path.
 /// @return `path`, or null when the built-in defaults are to be used
-const char* PrepareStoredDefaults(PF_InData* in_data, char (&path)[kSettingsPathSize]);
+const char* PrepareStoredDefaults(PF_InData* in_data, char (&path)[settingsPathSize]);
 
 /// Makes the values in `params` the defaults of new instances. Keys that exist are replaced in place. A failure to
 /// write is not reported. Nothing happens when `path` is null.
-void SaveDefaults(PF_InData* in_data, PF_ParamDef** params, const char* path);
+void SaveDefaults(PF_ParamDef** params, const char* path);
 
 /// Deletes the settings file, and with it the sections of other versions. Silent when there is none.
 void RestoreDefaults(const char* path);

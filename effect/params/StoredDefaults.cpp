@@ -1,0 +1,96 @@
+#include "effect/params/StoredDefaults.h"
+
+#include <cstdio>
+#include <cstring>
+
+#include "ae/Constants.h"
+#include "effect/filter/Identity.h"
+#include "effect/params/DecimalText.h"
+#include "effect/params/ParamGetter.h"
+#include "effect/params/ParamTable.h"
+#include "platform/ProfileFile.h"
+
+namespace vindrel {
+
+char versionLine[128] = "";
+
+namespace {
+
+/// Longest text of a number that is read, the closing zero included.
+constexpr uint32_t valueTextSize = 128;
+
+bool useStoredDefaults(const PF_InData* in_data, const char* path) {
+  return path != nullptr && !isOldHost(in_data);
+}
+
+}  // namespace
+
+bool isOldHost(const PF_InData* in_data) {
+  if (in_data->appl_id != kAppIdAfterEffects) return false;
+  const PF_SpecVersion& version = in_data->version;
+  return version.major < 12 || (version.major == 12 && version.minor < 12);
+}
+
+bool settingsPath(PF_InData* in_data, char (&path)[settingsPathSize]) {
+  std::memset(path, 0, sizeof path);
+  if (in_data->utils->get_platform_data(in_data->effect_ref, PF_PlatData_RES_FILE_PATH_DEPRECATED, path) !=
+      PF_Err_NONE) {
+    return false;
+  }
+  path[settingsPathSize - 1] = '\0';
+  char* const dot = std::strrchr(path, '.');
+  if (dot == nullptr) return false;
+  const auto room = static_cast<size_t>(path + settingsPathSize - (dot + 1));
+  std::snprintf(dot + 1, room, "ini");
+  return true;
+}
+
+const char* PrepareStoredDefaults(PF_InData* in_data, char (&path)[settingsPathSize]) {
+  if (isOldHost(in_data)) {
+    versionLine[0] = '\0';
+    return nullptr;
+  }
+  const bool known = settingsPath(in_data, path);
+  std::snprintf(versionLine, sizeof versionLine, "Version=%d.%d", settingsMajor, settingsMinor);
+  return known ? path : nullptr;
+}
+
+void SaveDefaults(PF_ParamDef** params, const char* path) {
+  if (path == nullptr) return;
+  GetParamFromArray getter(params);
+  FetchAll(nullptr, getter);
+  ReleaseAll(getter);
+  SaveAll(path);
+}
+
+void RestoreDefaults(const char* path) {
+  platform::DeleteFileA(path);
+}
+
+int32_t storedInteger(const PF_InData* in_data, const char* key, int32_t builtIn, const char* path) {
+  if (!useStoredDefaults(in_data, path)) return builtIn;
+  return static_cast<int32_t>(platform::GetPrivateProfileIntA(versionLine, key, builtIn, path));
+}
+
+double storedNumber(const PF_InData* in_data, const char* key, double builtIn, const char* path) {
+  if (!useStoredDefaults(in_data, path)) return builtIn;
+  char builtInText[decimalTextSize];
+  writeDecimal(builtInText, builtIn);
+  char text[valueTextSize] = "";
+  platform::GetPrivateProfileStringA(versionLine, key, builtInText, text, valueTextSize, path);
+  return readDecimal(text);
+}
+
+void storeInteger(const char* key, int32_t value, const char* path) {
+  char text[16];
+  std::snprintf(text, sizeof text, "%d", value);
+  platform::WritePrivateProfileStringA(versionLine, key, text, path);
+}
+
+void storeNumber(const char* key, double value, const char* path) {
+  char text[decimalTextSize];
+  writeDecimal(text, value);
+  platform::WritePrivateProfileStringA(versionLine, key, text, path);
+}
+
+}  // namespace vindrel
