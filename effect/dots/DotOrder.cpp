@@ -1,22 +1,11 @@
 #include "effect/dots/DotOrder.h"
 
 #include <algorithm>
-#include <cstddef>
 
 #include "effect/pixel/Pixel.h"
 #include "effect/raster/DrawDot.h"
 
 namespace vindrel {
-namespace {
-
-// A frame may hold more dots than a 32-bit product with 100 can bear.
-A_long percentOf(std::size_t drawn, std::size_t total) {
-  if (total == 0) return 100;
-  return static_cast<A_long>(std::min<std::size_t>(100 * drawn / total, 100));
-}
-
-}  // namespace
-
 template <class Pixel>
 void SortDots(std::vector<DotRecord<Pixel>>& records, DotOrder order) {
   using Dot = DotRecord<Pixel>;
@@ -36,7 +25,7 @@ PF_Err DrawDots(const PF_InData* in_data, DrawContext<Pixel>& context, const Dot
     const std::size_t place = field.order == DotOrder::nearestOnTop ? total - 1 - drawn : drawn;
     drawDot(context, field.records[place]);
     ++drawn;
-    if (in_data != nullptr) result = in_data->inter.progress(in_data->effect_ref, percentOf(drawn, total), 100);
+    if (in_data != nullptr) result = in_data->inter.progress(in_data->effect_ref, progressPercent(drawn, total), 100);
   }
   return result;
 }

@@ -4,6 +4,7 @@
 // whole values; the order of two that tie is the sort's own.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <vector>
 
@@ -29,6 +30,12 @@ struct DotField {
 /// DrawDots draws from the last record down. No place and no key may be NaN.
 template <class Pixel>
 void SortDots(std::vector<DotRecord<Pixel>>& records, DotOrder order);
+
+/// The share of the records that is drawn, in whole percent, truncated; 100 of none. A frame may hold more dots than a
+/// 32-bit product with 100 can bear.
+constexpr int32_t progressPercent(uint64_t drawn, uint64_t total) noexcept {
+  return total == 0 ? 100 : static_cast<int32_t>(std::min<uint64_t>(100 * drawn / total, 100));
+}
 
 /// Draws the sorted records and tells the host the share that is drawn after each, in percent.
 /// @param in_data  null for no progress.

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 
+#include "ae/Constants.h"
 #include "ae/InOutData.h"
 #include "effect/params/RenderParams.h"
 #include "effect/share/util/EffectWorldPtr.h"
