@@ -1,0 +1,131 @@
+#include "host/LoadedModule.h"
+
+#include <filesystem>
+#include <stdexcept>
+#include <utility>
+
+#ifdef _WIN32
+#ifndef NOMINMAX
+#define NOMINMAX
+#endif
+#include <windows.h>
+#else
+#include <dlfcn.h>
+#endif
+
+namespace standin {
+
+namespace {
+
+constexpr const char* kUsualEntryName = "EntryPointFunc";
+
+#ifdef _WIN32
+
+std::string systemReason() {
+  const DWORD code = GetLastError();
+  char text[512] = {};
+  const DWORD length = FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, code, 0,
+                                      text, static_cast<DWORD>(sizeof text), nullptr);
+  std::string reason(text, length);
+  while (!reason.empty() && (reason.back() == '\n' || reason.back() == '\r' || reason.back() == ' ')) reason.pop_back();
+  return reason.empty() ? "system error " + std::to_string(code) : reason;
+}
+
+void* openLibrary(const std::filesystem::path& path) {
+  void* handle = static_cast<void*>(LoadLibraryW(path.wstring().c_str()));
+  if (handle == nullptr) throw std::runtime_error("cannot load the module " + path.string() + ": " + systemReason());
+  return handle;
+}
+
+void closeLibrary(void* handle) {
+  FreeLibrary(static_cast<HMODULE>(handle));
+}
+
+PF_EffectEntryPoint findEntry(void* handle, const std::string& name) {
+  // Through an object pointer, because a conversion between function types is what compilers warn of.
+  const FARPROC found = GetProcAddress(static_cast<HMODULE>(handle), name.c_str());
+  return reinterpret_cast<PF_EffectEntryPoint>(reinterpret_cast<void*>(found));
+}
+
+std::optional<PiplFacts> findPipl(void* handle) {
+  const auto module = static_cast<HMODULE>(handle);
+  const HRSRC found = FindResourceA(module, MAKEINTRESOURCEA(16000), "PIPL");
+  if (found == nullptr) return std::nullopt;
+  const HGLOBAL loaded = LoadResource(module, found);
+  if (loaded == nullptr) return std::nullopt;
+  return readPipl(LockResource(loaded), SizeofResource(module, found));
+}
+
+#else
+
+void* openLibrary(const std::filesystem::path& path) {
+  void* handle = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+  if (handle == nullptr) throw std::runtime_error("cannot load the module " + path.string() + ": " + dlerror());
+  return handle;
+}
+
+void closeLibrary(void* handle) {
+  dlclose(handle);
+}
+
+PF_EffectEntryPoint findEntry(void* handle, const std::string& name) {
+  return reinterpret_cast<PF_EffectEntryPoint>(dlsym(handle, name.c_str()));
+}
+
+std::optional<PiplFacts> findPipl(void*) {
+  return std::nullopt;
+}
+
+#endif
+
+}  // namespace
+
+LoadedModule::LoadedModule(const std::string& path) {
+  const auto* utf8 = reinterpret_cast<const char8_t*>(path.c_str());
+  std::filesystem::path file = std::filesystem::absolute(std::filesystem::path(utf8)).lexically_normal();
+  std::error_code ignored;
+  if (!std::filesystem::is_regular_file(file, ignored)) {
+    throw std::runtime_error("there is no module " + file.string());
+  }
+  file.make_preferred();
+  path_ = file.string();
+  handle_ = openLibrary(file);
+  pipl_ = findPipl(handle_);
+  entryName_ = pipl_ && !pipl_->entryName.empty() ? pipl_->entryName : kUsualEntryName;
+  entry_ = findEntry(handle_, entryName_);
+  if (entry_ == nullptr) {
+    unload();
+    throw std::runtime_error("the module " + path_ + " has no entry " + entryName_);
+  }
+}
+
+LoadedModule::~LoadedModule() {
+  unload();
+}
+
+LoadedModule::LoadedModule(LoadedModule&& other) noexcept
+    : handle_(std::exchange(other.handle_, nullptr)),
+      entry_(std::exchange(other.entry_, nullptr)),
+      entryName_(std::move(other.entryName_)),
+      path_(std::move(other.path_)),
+      pipl_(std::move(other.pipl_)) {}
+
+LoadedModule& LoadedModule::operator=(LoadedModule&& other) noexcept {
+  if (this != &other) {
+    unload();
+    handle_ = std::exchange(other.handle_, nullptr);
+    entry_ = std::exchange(other.entry_, nullptr);
+    entryName_ = std::move(other.entryName_);
+    path_ = std::move(other.path_);
+    pipl_ = std::move(other.pipl_);
+  }
+  return *this;
+}
+
+void LoadedModule::unload() noexcept {
+  if (handle_ != nullptr) closeLibrary(handle_);
+  handle_ = nullptr;
+  entry_ = nullptr;
+}
+
+}  // namespace standin
