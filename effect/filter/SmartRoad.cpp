@@ -1,0 +1,143 @@
+#include "effect/filter/SmartRoad.h"
+
+#include <algorithm>
+#include <iterator>
+#include <optional>
+
+#include "ae/Constants.h"
+#include "effect/filter/BaseFilter.h"
+#include "effect/filter/CanvasSize.h"
+#include "effect/filter/MaskKind.h"
+#include "effect/filter/WorldNumbers.h"
+#include "effect/params/FrameRecord.h"
+#include "effect/params/ParamGetter.h"
+#include "effect/params/ParamTable.h"
+#include "effect/share/util/SuiteCache.h"
+#include "effect/share/util/WorldSuite.h"
+
+namespace vindrel {
+
+namespace {
+
+constexpr A_long inputCheckout = 0;
+
+bool isEmpty(const PF_LRect& rect) {
+  return rect.left >= rect.right || rect.top >= rect.bottom;
+}
+
+/// Grows `rect` to hold `added` too; empty rectangles don't count.
+void unite(PF_LRect& rect, const PF_LRect& added) {
+  if (isEmpty(rect)) {
+    rect = added;
+  } else if (!isEmpty(added)) {
+    rect = {std::min(rect.left, added.left), std::min(rect.top, added.top), std::max(rect.right, added.right),
+            std::max(rect.bottom, added.bottom)};
+  }
+}
+
+/// The host calls this when it has no more use for a frame, be it after the set-down.
+void deleteFrameRecord(void* pre_render_data) {
+  delete static_cast<FrameRecord*>(pre_render_data);
+}
+
+/// Fetches the values, and requests the side layers and the input.
+PF_Err requestFrame(FrameRecord& frame, PF_InData* in_data, PF_PreRenderExtra* extra, const PF_RenderRequest& request,
+                    PF_CheckoutResult& result) {
+  GetParamByCheckout getter(in_data, nullptr, true);
+  PF_Err err = FetchAll(&frame.params, getter);
+  if (err == PF_Err_NONE) {
+    err = CheckoutLayers(in_data, extra);
+  }
+  if (err == PF_Err_NONE) {
+    err = extra->cb->checkout_layer(in_data->effect_ref, 0, inputCheckout, &request, in_data->current_time,
+                                    in_data->time_step, in_data->time_scale, &result);
+  }
+  return err;
+}
+
+/// Input, output, format and side layers of the frame. `usable` tells whether there is something to draw on.
+PF_Err checkOutPixels(FrameRecord& frame, const PF_SmartRenderCallbacks& host, bool& usable) {
+  const PF_ProgPtr effect_ref = frame.in_data->effect_ref;
+  frame.input = nullptr;
+  frame.output = nullptr;
+  PF_Err err = host.checkout_layer_pixels(effect_ref, inputCheckout, &frame.input);
+  if (err == PF_Err_NONE) {
+    err = host.checkout_output(effect_ref, &frame.output);
+  }
+  usable = frame.input != nullptr && frame.output != nullptr;
+  if (!usable) {
+    return err;
+  }
+  frame.extent = {0, 0, lowHalf(frame.input->width), lowHalf(frame.input->height)};
+  if (err == PF_Err_NONE) {
+    err = AEUtil::read_pixel_format(frame.input, &frame.pixel_format);
+  }
+  if (err == PF_Err_NONE) {
+    err = host.checkout_layer_pixels(effect_ref, maskTargetLayerCheckout, &frame.params.maskTargetLayer);
+  }
+  for (std::size_t i = 0; i < std::size(frame.params.effector) && err == PF_Err_NONE; ++i) {
+    err = host.checkout_layer_pixels(effect_ref, customMapLayerCheckout[i], &frame.params.effector[i].customMapLayer);
+  }
+  return err;
+}
+
+}  // namespace
+
+PF_Err preRenderSmart(const SmartRoad& road, PF_InData* in_data, PF_PreRenderExtra* extra) {
+  const PF_RenderRequest request = extra->input->output_request;
+  std::optional<AEUtil::SuiteScope> suites;
+  if (road.keepsSuites) {
+    suites.emplace(in_data->pica_basicP);
+  }
+  auto* const frame = new FrameRecord;
+  if (frame == nullptr) {
+    return PF_Err_OUT_OF_MEMORY;
+  }
+  PF_PreRenderOutput& answer = *extra->output;
+  answer.pre_render_data = frame;
+  answer.delete_pre_render_data_func = deleteFrameRecord;
+
+  PF_CheckoutResult result{};
+  const PF_Err err = requestFrame(*frame, in_data, extra, request, result);
+
+  const RenderParams& params = frame->params;
+  if (road.asksForWholeLayer && (params.invertMask != 0 || params.mask == maskNone || params.mask == maskLayer)) {
+    // Dots may then stand where the source is transparent, so the source's own bounds say nothing.
+    const CanvasSize size = canvasSize(*in_data);
+    answer.result_rect = {0, 0, size.width, size.height};
+    answer.max_result_rect = answer.result_rect;
+    answer.flags = PF_RenderOutputFlag_RETURNS_EXTRA_PIXELS;
+  } else {
+    unite(answer.result_rect, result.result_rect);
+    unite(answer.max_result_rect, result.max_result_rect);
+  }
+  return err;
+}
+
+PF_Err renderSmart(BaseFilter& filter, const SmartRoad& road, PF_InData* in_data, PF_OutData* out_data,
+                   PF_SmartRenderExtra* extra) {
+  auto* const frame = static_cast<FrameRecord*>(extra->input->pre_render_data);
+  if (frame == nullptr) {
+    return PF_Err_INTERNAL_STRUCT_DAMAGED;
+  }
+  frame->in_data = in_data;
+  frame->out_data = out_data;
+  bool usable = false;
+  PF_Err err = checkOutPixels(*frame, *extra->cb, usable);
+  if (usable) {
+    if (road.makesCanvas) {
+      // Made on an error too. It stays in the record; whoever deletes the record drops it.
+      const CanvasSize size = canvasSize(*in_data);
+      frame->canvas =
+          AEUtil::WorldSuite::newWorld(in_data->effect_ref, size.width, size.height, 1, frame->pixel_format);
+    }
+    if (err == PF_Err_NONE) {
+      err = filter.RenderFrame(*frame);
+    }
+  }
+  // Kept as is: after an error nothing is checked in, and the side layers never are; the host ends them all when the
+  // command returns.
+  return err != PF_Err_NONE ? err : extra->cb->checkin_layer_pixels(in_data->effect_ref, inputCheckout);
+}
+
+}  // namespace vindrel
