@@ -31,8 +31,10 @@ const char* kindName(ControlKind kind) {
       return "group";
     case ControlKind::groupEnd:
       return "end of group";
+    case ControlKind::other:
+      break;
   }
-  return "unknown";
+  return "other";
 }
 
 const ControlFacts& findControl(const std::vector<ControlFacts>& controls, const std::string& name) {
@@ -42,7 +44,7 @@ const ControlFacts& findControl(const std::vector<ControlFacts>& controls, const
     if (control.kind == ControlKind::groupEnd) continue;
     if (control.name == name) return control;
     if (almost == nullptr && equalIgnoringCase(control.name, name)) almost = &control;
-    if (control.kind != ControlKind::groupStart) names.push_back(control.name);
+    if (control.kind != ControlKind::groupStart && control.kind != ControlKind::other) names.push_back(control.name);
   }
   if (almost != nullptr) return *almost;
   throw UserError("no control '" + name + "'" + suggestion(name, names, "; 'vindrel controls' lists them all"));

@@ -7,7 +7,19 @@
 
 namespace cli {
 
-enum class ControlKind { wholeNumber, number, angle, checkBox, colour, place, choice, layer, groupStart, groupEnd };
+enum class ControlKind {
+  wholeNumber,
+  number,
+  angle,
+  checkBox,
+  colour,
+  place,
+  choice,
+  layer,
+  groupStart,
+  groupEnd,
+  other  ///< a kind that can't be set from here: buttons, paths, an effect's own data
+};
 
 /// An opaque colour, 0 to 255 each.
 struct Colour {

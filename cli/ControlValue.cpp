@@ -167,9 +167,11 @@ ControlValue parseControlValue(const ControlFacts& control, const std::string& t
       throw UserError("'" + control.name + "' is a layer; give it a picture by --layer \"" + control.name + "=FILE\"");
     case ControlKind::groupStart:
     case ControlKind::groupEnd:
+    case ControlKind::other:
       break;
   }
-  throw UserError("'" + control.name + "' is a group and takes no value");
+  throw UserError("'" + control.name + "' is a " + (control.kind == ControlKind::other ? "control" : "group") +
+                  " that takes no value");
 }
 
 std::string expectation(const ControlFacts& control) {
@@ -193,6 +195,7 @@ std::string expectation(const ControlFacts& control) {
       return "a picture";
     case ControlKind::groupStart:
     case ControlKind::groupEnd:
+    case ControlKind::other:
       break;
   }
   return "no value";
@@ -248,6 +251,7 @@ std::string shownDefault(const ControlFacts& control) {
       return control.defaultNumber < 0.0 ? "source" : "none";
     case ControlKind::groupStart:
     case ControlKind::groupEnd:
+    case ControlKind::other:
       break;
   }
   return {};

@@ -65,10 +65,10 @@ std::string suggestion(std::string_view wanted, const std::vector<std::string>& 
   return "; did you mean '" + nearest + "'?";
 }
 
-std::string listed(const std::vector<std::string>& names) {
+std::string listed(const std::vector<std::string>& names, std::string_view last) {
   std::string text;
   for (std::size_t i = 0; i < names.size(); ++i) {
-    if (i > 0) text += i + 1 == names.size() ? " or " : ", ";
+    if (i > 0) text += i + 1 == names.size() ? " " + std::string(last) + " " : ", ";
     text += names[i];
   }
   return text;

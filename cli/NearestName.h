@@ -22,7 +22,7 @@ std::string nearestName(std::string_view wanted, const std::vector<std::string>&
 /// "; did you mean 'Dot Size'?", or `otherwise` when nothing is near.
 std::string suggestion(std::string_view wanted, const std::vector<std::string>& names, std::string_view otherwise = "");
 
-/// "Circle, Square or Diamond".
-std::string listed(const std::vector<std::string>& names);
+/// "Circle, Square or Diamond"; `last` stands before the last name.
+std::string listed(const std::vector<std::string>& names, std::string_view last = "or");
 
 }  // namespace cli

@@ -59,7 +59,9 @@ Pixel blockMean(const Image& picture, int32_t left, int32_t top, int32_t factor)
 
 Image shrunk(const Image& picture, int32_t factor) {
   if (factor == 1) return picture;
-  Image result(picture.depth(), (picture.width() + factor - 1) / factor, (picture.height() + factor - 1) / factor);
+  const PF_RationalScale scale{1, static_cast<A_u_long>(factor)};
+  Image result(picture.depth(), standin::scaledLength(picture.width(), scale),
+               standin::scaledLength(picture.height(), scale));
   standin::withPixelOf(picture.depth(), [&](auto pixel) {
     using Pixel = decltype(pixel);
     for (int32_t y = 0; y < result.height(); ++y) {

@@ -1,0 +1,55 @@
+/// An effect module in use: loaded, set up, with its controls in plain words, and put away again at the end.
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "cli/ControlFacts.h"
+#include "cli/ControlValue.h"
+#include "cli/Preset.h"
+#include "host/LoadedModule.h"
+#include "host/StandInHost.h"
+
+namespace cli {
+
+class EffectSession {
+ public:
+  /// Loads the module and sends the set-ups of the module, its controls and a sequence.
+  /// @throws UserError when the file is no module of this kind of host, EffectError when a set-up fails
+  explicit EffectSession(const std::filesystem::path& module);
+  EffectSession(const EffectSession&) = delete;
+  EffectSession& operator=(const EffectSession&) = delete;
+  ~EffectSession();
+
+  standin::StandInHost& host() { return host_; }
+  const std::vector<ControlFacts>& controls() const { return controls_; }
+
+  /// The defaults, with the preset's values over them, and the assignments over both. Pictures of layers are read here.
+  /// @param preset  null for none
+  /// @param presetName  for messages
+  /// @throws UserError for a name, value or picture that doesn't fit
+  standin::ParameterValues values(const Preset* preset, const std::string& presetName,
+                                  const std::vector<Assignment>& sets, const std::vector<Assignment>& layers) const;
+
+  /// Does nothing when the code is 0.
+  /// @param during  what was being done: "while drawing"
+  /// @throws EffectError with the code by name and the effect's own message if it left one
+  void check(PF_Err code, const std::string& during) const;
+
+ private:
+  standin::LoadedModule module_;
+  standin::StandInHost host_;
+  std::vector<ControlFacts> controls_;
+};
+
+/// The host's records of controls in plain words.
+std::vector<ControlFacts> factsOf(const std::vector<standin::Control>& controls);
+
+/// The value that the control has in `values`, to be shown; "source", "none" or "a picture" for layers.
+std::string shownSetting(const ControlFacts& control, const standin::ParameterValues& values);
+
+/// "PF_Err_OUT_OF_MEMORY (4)", or "error 77" for a code that has no name.
+std::string errorName(PF_Err code);
+
+}  // namespace cli

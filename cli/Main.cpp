@@ -1,0 +1,18 @@
+// The program `vindrel`. All it does itself is to find out where it runs.
+
+#include <unistd.h>
+
+#include <filesystem>
+#include <iostream>
+#include <string>
+#include <system_error>
+#include <vector>
+
+#include "cli/Run.h"
+
+int main(int count, char** words) {
+  std::error_code ignored;
+  const std::filesystem::path program = std::filesystem::canonical("/proc/self/exe", ignored);
+  const cli::Surroundings surroundings{std::cout, std::cerr, isatty(STDERR_FILENO) != 0, program.parent_path()};
+  return cli::run(std::vector<std::string>(words + 1, words + count), surroundings);
+}

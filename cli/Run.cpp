@@ -1,0 +1,58 @@
+#include "cli/Run.h"
+
+#include <exception>
+#include <new>
+
+#include "cli/Arguments.h"
+#include "cli/Commands.h"
+#include "cli/UserError.h"
+
+namespace cli {
+namespace {
+
+void dispatch(Arguments arguments, const Surroundings& surroundings) {
+  if (arguments.module.empty()) arguments.module = surroundings.programFolder / "Vindrel.so";
+  switch (arguments.command) {
+    case Command::render:
+      renderPicture(arguments, surroundings);
+      break;
+    case Command::controls:
+      listControls(arguments, surroundings);
+      break;
+    case Command::about:
+      showAbout(arguments, surroundings);
+      break;
+    case Command::options:
+      answerOptions(arguments, surroundings);
+      break;
+    case Command::showText:
+      surroundings.out << arguments.text;
+      break;
+  }
+}
+
+int complain(const Surroundings& surroundings, const char* text, int exitCode) {
+  surroundings.err << "vindrel: " << text << '\n';
+  return exitCode;
+}
+
+}  // namespace
+
+int run(const std::vector<std::string>& words, const Surroundings& surroundings) {
+  try {
+    dispatch(parseArguments(words), surroundings);
+    surroundings.out.flush();
+    if (!surroundings.out) throw UserError("can't write the results");
+    return exitDone;
+  } catch (const UserError& error) {
+    return complain(surroundings, error.what(), exitWrongUse);
+  } catch (const EffectError& error) {
+    return complain(surroundings, error.what(), exitEffectFailed);
+  } catch (const std::bad_alloc&) {
+    return complain(surroundings, "out of memory", exitEffectFailed);
+  } catch (const std::exception& error) {
+    return complain(surroundings, error.what(), exitEffectFailed);
+  }
+}
+
+}  // namespace cli
