@@ -1,0 +1,101 @@
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "effect/share/util/AEException.h"
+#include "effect/share/util/LockedHandle.h"
+#include "effect/share/util/PendingErrors.h"
+#include "tests/util/SmallHost.h"
+
+namespace {
+
+using smallhost::SmallHost;
+using Lines = std::vector<std::string>;
+
+TEST(AEException, tellsFileLineAndTheFormattedText) {
+  const AEUtil::AEException exception(7, "file", 42, "%d of %s", 3, "four");
+  EXPECT_EQ(exception.code(), 7);
+  EXPECT_STREQ(exception.what(), "file(42): 3 of four");
+}
+
+TEST(AEException, aCopyKeepsCodeAndText) {
+  const AEUtil::AEException exception(-3, "a", 1, "%s", "b");
+  const AEUtil::AEException copy = exception;  // NOLINT(performance-unnecessary-copy-initialization): it is the subject
+  EXPECT_EQ(copy.code(), -3);
+  EXPECT_STREQ(copy.what(), "a(1): b");
+}
+
+TEST(AEException, eachOfTheTwoPartsIsCutToItsBuffer) {
+  const std::string longText(3000, 'x');
+  const AEUtil::AEException exception(1, "f", 2, "%s", longText.c_str());
+  EXPECT_EQ(exception.what(), "f(2): " + std::string(2047, 'x'));
+  const AEUtil::AEException longFile(1, longText.c_str(), 2, "%s", "end");
+  EXPECT_EQ(longFile.what(), std::string(2047, 'x') + "end");
+}
+
+TEST(PendingErrors, haveRoomForTwoHundredAndFiftySix) {
+  AEUtil::PendingErrors list;
+  list.reserve();
+  EXPECT_GE(list.errors().capacity(), 256U);
+  EXPECT_TRUE(list.errors().empty());
+}
+
+TEST(PendingErrors, keepTheOldestInFront) {
+  AEUtil::PendingErrors list;
+  list.push(4);
+  list.push(5);
+  EXPECT_EQ(list.errors(), (std::vector<PF_Err>{4, 5}));
+}
+
+TEST(PendingErrors, growBeyondTheirRoom) {
+  AEUtil::PendingErrors list;
+  list.reserve();
+  for (int i = 0; i < 1000; ++i) {
+    list.push(i);
+  }
+  ASSERT_EQ(list.errors().size(), 1000U);
+  EXPECT_EQ(list.errors().front(), 0);
+  EXPECT_EQ(list.errors().back(), 999);
+}
+
+TEST(PendingErrors, keepTheirRoomWhenEmptied) {
+  AEUtil::PendingErrors list;
+  list.reserve();
+  list.push(4);
+  list.clear();
+  EXPECT_TRUE(list.errors().empty());
+  EXPECT_GE(list.errors().capacity(), 256U);
+}
+
+TEST(LockedHandle, isUnlockedOnEveryWayOut) {
+  SmallHost host;
+  void* block = nullptr;
+  const PF_Handle handle = &block;
+  block = &host;
+  try {
+    const AEUtil::LockedHandle lock(handle);
+    EXPECT_EQ(lock.block(), &host);
+    throw 1;
+  } catch (int) {
+  }
+  EXPECT_EQ(host.log, (Lines{"acquire PF Handle Suite 2", "lock", "unlock"}));
+}
+
+TEST(LockedHandle, ofNullLocksNothing) {
+  SmallHost host;
+  { const AEUtil::LockedHandle lock(nullptr); }
+  EXPECT_TRUE(host.log.empty());
+}
+
+TEST(LockedHandle, thatCouldNotBeLockedIsNotUnlocked) {
+  SmallHost host;
+  host.locksFail = true;
+  void* block = nullptr;
+  {
+    const AEUtil::LockedHandle lock(&block);
+    EXPECT_EQ(lock.block(), nullptr);
+  }
+  EXPECT_EQ(host.log, (Lines{"acquire PF Handle Suite 2", "lock"}));
+}
+
+}  // namespace
