@@ -153,7 +153,8 @@ uint32_t numberOf(std::string_view text) {
 }
 
 bool put(std::FILE* file, std::string_view text) {
-  return std::fwrite(text.data(), 1, text.size(), file) == text.size();
+  // An empty text may have no address at all.
+  return text.empty() || std::fwrite(text.data(), 1, text.size(), file) == text.size();
 }
 
 bool putKey(std::FILE* file, std::string_view key, std::string_view value) {
