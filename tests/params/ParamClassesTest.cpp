@@ -1,0 +1,99 @@
+// What single classes do beyond the rows that the effect has: parts of a definition that no row exercises.
+#include "effect/params/ParamClasses.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+
+#include "ae/Constants.h"
+#include "effect/params/ParamTable.h"
+#include "tests/params/PlainHost.h"
+
+namespace vindrel {
+namespace {
+
+using test::PlainHost;
+
+ControlRow row(const char* name) {
+  ControlRow result;
+  std::strcpy(result.name.data(), name);
+  result.target = {0, 8};
+  return result;
+}
+
+TEST(ParamClasses, aPointDefaultLosesItsFraction) {
+  PlainHost host;
+  ControlRow place = row("Place");
+  place.pointDefault = {50 * 65536 + 40000, -3 * 65536 + 1};
+  ParamAddPoint param(place, zeroedDef());
+  ASSERT_EQ(param.Add(&host.inData, 7, nullptr), PF_Err_NONE);
+  const PF_PointDef& def = host.added.at(0).u.td;
+  EXPECT_EQ(def.x_value, 50 * 65536);
+  EXPECT_EQ(def.x_dephault, 50 * 65536);
+  EXPECT_EQ(def.y_value, -3 * 65536);
+  EXPECT_EQ(def.y_dephault, -3 * 65536);
+  EXPECT_EQ(def.restrict_bounds, 0);
+}
+
+TEST(ParamClasses, theAlphaOfADefaultColorPlaysNoPart) {
+  PlainHost host;
+  ControlRow tint = row("Tint");
+  tint.color = {9, 10, 20, 30};
+  ParamAddColor param(tint, zeroedDef());
+  ASSERT_EQ(param.Add(&host.inData, 7, nullptr), PF_Err_NONE);
+  const PF_ColorDef& def = host.added.at(0).u.cd;
+  EXPECT_EQ(def.value.alpha, 255);
+  EXPECT_EQ(def.value.red, 10);
+  EXPECT_EQ(def.dephault.alpha, 255);
+  EXPECT_EQ(def.dephault.blue, 30);
+}
+
+TEST(ParamClasses, phaseIsAskedForOnlyWhenWanted) {
+  PlainHost host;
+  ParamAddFloatSlider param(row("Wave"), zeroedDef());
+  ASSERT_EQ(param.Add(&host.inData, 7, nullptr), PF_Err_NONE);
+  EXPECT_EQ(host.added.at(0).u.fs_d.fs_flags, 0U);
+  param.wantPhase = 1;
+  ASSERT_EQ(param.Add(&host.inData, 7, nullptr), PF_Err_NONE);
+  EXPECT_EQ(host.added.at(1).u.fs_d.fs_flags, 1U);
+}
+
+TEST(ParamClasses, theFlagsOfACheckboxAreAddedToThoseOfItsTemplate) {
+  PlainHost host;
+  PF_ParamDef definition = zeroedDef();
+  definition.flags = 0x20;
+  ParamAddCheckbox param(row("Box"), definition);
+  param.extraFlags = 0x42;
+  ASSERT_EQ(param.Add(&host.inData, 7, nullptr), PF_Err_NONE);
+  EXPECT_EQ(host.added.at(0).flags, 0x62);
+}
+
+TEST(ParamClasses, anAngleDefaultWithAFractionIsKept) {
+  PlainHost host;
+  ControlRow turn = row("Turn");
+  turn.defaultValue = -12.25;
+  ParamAddAngle param(turn, zeroedDef());
+  ASSERT_EQ(param.Add(&host.inData, 7, nullptr), PF_Err_NONE);
+  EXPECT_EQ(host.added.at(0).u.ad.value, -802816);  // -12.25 * 65536
+  EXPECT_EQ(host.added.at(0).u.ad.dephault, -802816);
+}
+
+TEST(ParamClasses, theEndOfAGroupHasAZeroDefinitionAndNoName) {
+  PlainHost host;
+  ParamEndTopic param;
+  ASSERT_EQ(param.Add(&host.inData, 19, "/nowhere/x.ini"), PF_Err_NONE);
+  PF_ParamDef expected = zeroedDef();
+  expected.param_type = PF_Param_GROUP_END;
+  expected.uu.id = 19;
+  EXPECT_EQ(std::memcmp(&host.added.at(0), &expected, sizeof expected), 0);
+}
+
+TEST(ParamClasses, theErrorOfTheHostComesBack) {
+  PlainHost host;
+  host.addErrorAt = 1;
+  ParamAddTopic param(row("Group"), zeroedDef());
+  EXPECT_EQ(param.Add(&host.inData, 18, nullptr), PF_Err_INVALID_CALLBACK);
+}
+
+}  // namespace
+}  // namespace vindrel
