@@ -1,0 +1,13 @@
+// Global operators new and delete that count, for a test program that asks who frees what. The program links the source
+// beside this header and gets them in place of the library's.
+#pragma once
+
+namespace vindrel::testing {
+
+/// Blocks handed out and not given back.
+extern int blocksHeld;
+
+/// Allocations that still succeed; the next one after them throws std::bad_alloc. Below 0: memory never ends.
+extern int allocationsUntilFailure;
+
+}  // namespace vindrel::testing
