@@ -16,7 +16,7 @@ struct MatterText {
   std::string_view debt;  // what was left undone; empty for complaints
 };
 
-constexpr std::array<MatterText, 17> kMatters = {{
+constexpr std::array<MatterText, 18> kMatters = {{
     {Matter::kHandle, "handle", "never disposed of"},
     {Matter::kHandleLock, "lock", "never undone"},
     {Matter::kWorld, "world", "never disposed of"},
@@ -31,6 +31,7 @@ constexpr std::array<MatterText, 17> kMatters = {{
     {Matter::kOutside, "write outside", ""},
     {Matter::kWrongMoment, "wrong moment", ""},
     {Matter::kWrongArgument, "wrong argument", ""},
+    {Matter::kLayerParamUi, "look of the layer itself", ""},
     {Matter::kDeclaration, "declaration", ""},
     {Matter::kPreRender, "pre-render", ""},
     {Matter::kUnknownService, "unknown service", ""},
@@ -57,7 +58,7 @@ void Books::complain(Matter matter, std::string text, PF_Cmd command) {
 }
 
 std::vector<Entry> Books::debts() const {
-  std::vector<Entry> all;
+  std::vector<Entry> all = openHandles();
   for (const auto& [matter, things] : open_) {
     for (const auto& [number, debt] : things) {
       std::string text = std::string(matterName(matter)) + " " + std::to_string(number) + " (" + debt.what +
@@ -68,7 +69,14 @@ std::vector<Entry> Books::debts() const {
   return all;
 }
 
+std::vector<Entry> Books::openHandles() const {
+  std::vector<Entry> all = openHandles_ ? openHandles_() : std::vector<Entry>{};
+  std::erase_if(all, [&](const Entry& entry) { return entry.number <= handlesWrittenOff_; });
+  return all;
+}
+
 int32_t Books::openCount(Matter matter) const {
+  if (matter == Matter::kHandle) return static_cast<int32_t>(openHandles().size());
   const auto found = open_.find(matter);
   return found == open_.end() ? 0 : static_cast<int32_t>(found->second.size());
 }
@@ -95,6 +103,7 @@ std::vector<std::string> Books::report(std::initializer_list<Matter> leaveOut) c
 }
 
 void Books::clear() {
+  for (const Entry& entry : openHandles()) handlesWrittenOff_ = std::max(handlesWrittenOff_, entry.number);
   open_.clear();
   complaints_.clear();
 }

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <initializer_list>
 #include <map>
 #include <string>
@@ -33,6 +34,7 @@ enum class Matter {
   kOutside,         ///< bytes changed outside a world or a block
   kWrongMoment,     ///< a service called in a command where it must not be
   kWrongArgument,   ///< an argument that the interface forbids: index 0 to PF_UpdateParamUI, a foreign effect_ref ...
+  kLayerParamUi,    ///< PF_UpdateParamUI of index 0, the layer itself; the host changes nothing
   kDeclaration,     ///< parameters, flags or version that don't agree with each other or with the resource
   kPreRender,       ///< result rectangles that break the rules
   kUnknownService,  ///< a service that this host does not have
@@ -55,6 +57,9 @@ class Books {
   bool giveBack(Matter matter, int32_t number);
 
   void complain(Matter matter, std::string text, PF_Cmd command);
+
+  /// Handles are too many for entries of their own: whoever owns them tells the open ones when asked.
+  void askForHandles(std::function<std::vector<Entry>()> ask) { openHandles_ = std::move(ask); }
 
   /// Open things in the order of their lending, kind by kind.
   std::vector<Entry> debts() const;
@@ -81,6 +86,10 @@ class Books {
   std::map<Matter, std::map<int32_t, Debt>> open_;
   std::map<Matter, int32_t> lastNumber_;
   std::vector<Entry> complaints_;
+  std::function<std::vector<Entry>()> openHandles_;
+  int32_t handlesWrittenOff_ = 0;  // handles up to this number were written off by clear()
+
+  std::vector<Entry> openHandles() const;
 };
 
 /// "PF_Cmd_RENDER" for 11, "command 99" for what has no name, "no command" for -1.

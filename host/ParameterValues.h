@@ -57,7 +57,7 @@ struct LayerValue {
   enum class Source { kNone, kItself, kPicture };
   Source source = Source::kNone;
   /// Of kPicture: the layer at full resolution and at any depth. The host hands it out at the frame's resolution and
-  /// depth; a picture that already has both is handed out as it is, padding and origin included.
+  /// depth; at full resolution a picture of the frame's depth is handed out as it is, padding and origin included.
   std::shared_ptr<const Image> picture;
 
   static LayerValue none() { return {}; }

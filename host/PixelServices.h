@@ -57,8 +57,8 @@ struct TransferMask {
 /// with c, s the source's colour and alpha, C, A the target's. Whole-number depths: k (of copy) and a (of the others)
 /// are rounded to the depth, to nearest with halves up, and cut off at full; then each result is exact in 64 bits and
 /// rounded once in the same way. Float: all in doubles, a and k held to 0..1, each result rounded once to float.
-/// Where a (of copy: k) is 0 the target keeps its bytes; a full k copies the bytes. Where a colour's divisor is 0 the
-/// target's colour stays, in copy the colours are mixed by k. rgb_only leaves the target's alpha.
+/// Where a (of copy: k) is 0 the target keeps its bytes; in copy a full k copies the bytes. Where a colour's divisor is
+/// 0 the target's colour stays, in copy the colours are mixed by k. rgb_only leaves the target's alpha.
 /// @return 0, or PF_Err_BAD_CALLBACK_PARAM for another mode, with nothing drawn
 PF_Err transferRect(Depth depth, const PF_Rect* sourceRect, const PF_EffectWorld& source, const PF_CompositeMode& mode,
                     const std::optional<TransferMask>& mask, A_long targetX, A_long targetY,

@@ -24,7 +24,6 @@
 namespace standin {
 
 struct HostState;
-class StandInHost;
 
 /// A params array as a command gets it: closed by a null pointer, entry 0 the layer itself, the others the controls
 /// with their values and their greyed state; layer parameters are not filled in.
@@ -129,8 +128,7 @@ class StandInHost {
   A_u_long effectVersion() const;
   A_long numParams() const;  ///< as the effect wrote it; given to later commands too
 
-  // The blocks of the last call, for tests of the last detail. inData() may be written to change what the next raw call
-  // gets beyond what the host fills in itself: see call().
+  // The blocks of the last call, for tests of the last detail.
   const PF_InData& inData() const;
   const PF_OutData& outData() const;
   PF_ProgPtr effectRef() const;

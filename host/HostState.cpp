@@ -1,0 +1,203 @@
+#include "host/HostState.h"
+
+#include <utility>
+
+#include "host/DeliverValue.h"
+
+namespace standin {
+
+namespace {
+
+HostState* g_current = nullptr;
+
+// The locks of the sequence data around one command: the host adds one before and puts back what was there after.
+class SequenceLock {
+ public:
+  explicit SequenceLock(HostState& state) : state_(state), record_(state.handles.find(state.sequenceData)) {
+    if (record_ != nullptr && !record_->open) record_ = nullptr;
+    if (record_ == nullptr) return;
+    number_ = record_->number;
+    before_ = record_->locks;
+    ++record_->locks;
+  }
+  void restore() {
+    if (record_ == nullptr || !record_->open || record_->number != number_) return;
+    const int32_t left = record_->locks - before_ - 1;
+    const std::string what = "handle " + std::to_string(number_) + ", the sequence data";
+    for (int32_t i = 0; i < left; ++i) state_.books.lend(Matter::kHandleLock, "on " + what, state_.running);
+    if (left < 0) state_.complain(Matter::kBadHandle, what + " was unlocked more often than locked");
+    record_->locks = before_;
+  }
+
+ private:
+  HostState& state_;
+  HandleStore::Record* record_;
+  int32_t number_ = 0;
+  int32_t before_ = 0;
+};
+
+}  // namespace
+
+HostState* HostState::current() {
+  return g_current;
+}
+void HostState::setCurrent(HostState* state) {
+  g_current = state;
+}
+
+PF_Err HostState::callEntry(PF_Cmd command, PF_ParamDef** params, PF_LayerDef* output, void* extra) {
+  setCurrent(this);
+  const PF_Cmd outer = std::exchange(running, command);
+
+  in.inter = interactTable();
+  in.utils = utilTable();
+  in.effect_ref = effectRef();
+  in.version = settings.version;
+  in.appl_id = settings.applId;
+  in.num_params = numParams;
+  in.global_data = globalData;
+  in.sequence_data = sequenceData;
+  in.frame_data = frameData;
+  in.pica_basicP = settings.withoutBasicSuite ? nullptr : basicTable();
+  const FrameRequest nothing;
+  const FrameRequest& f = frame ? *frame : nothing;
+  in.quality = f.quality;
+  in.current_time = f.currentTime;
+  in.time_step = f.timeStep;
+  in.local_time_step = f.timeStep;
+  in.time_scale = f.timeScale;
+  in.total_time = f.totalTime;
+  in.field = PF_Field_FRAME;
+  in.width = f.fullWidth();
+  in.height = f.fullHeight();
+  in.downsample_x = f.downsampleX;
+  in.downsample_y = f.downsampleY;
+  in.pixel_aspect_ratio = f.input.pixelAspect;
+  in.extent_hint = f.extent.value_or(PF_Rect{0, 0, f.input.width(), f.input.height()});
+
+  // Effects read the handles from either record, so both hold them; and they set single bits of flags that they
+  // expect to find as they left them.
+  out.return_msg[0] = '\0';
+  out.global_data = globalData;
+  out.sequence_data = sequenceData;
+  out.frame_data = frameData;
+  out.num_params = numParams;
+  out.my_version = version;
+  out.out_flags = outFlags;
+  out.out_flags2 = outFlags2;
+  out.width = command == PF_Cmd_FRAME_SETUP ? (f.outputWidth != 0 ? f.outputWidth : f.input.width()) : 0;
+  out.height = command == PF_Cmd_FRAME_SETUP ? (f.outputHeight != 0 ? f.outputHeight : f.input.height()) : 0;
+  out.origin = {0, 0};
+
+  SequenceLock lock(*this);
+  const PF_Err err = entry(command, &in, &out, params, output, extra);
+  setCurrent(this);
+  lock.restore();
+
+  globalData = command == PF_Cmd_GLOBAL_SETDOWN ? nullptr : out.global_data;
+  sequenceData = command == PF_Cmd_SEQUENCE_SETDOWN ? nullptr : out.sequence_data;
+  frameData = command == PF_Cmd_FRAME_SETDOWN ? nullptr : out.frame_data;
+  if (command == PF_Cmd_GLOBAL_SETUP || command == PF_Cmd_QUERY_DYNAMIC_FLAGS) {
+    version = out.my_version;
+    outFlags = out.out_flags;
+    outFlags2 = out.out_flags2;
+  }
+  if (command == PF_Cmd_PARAMS_SETUP) numParams = out.num_params;
+  running = outer;
+  return err;
+}
+
+void HostState::useFrame(const FrameRequest& request, const ParameterValues& newValues, bool keepOld) {
+  const bool sized = request.fullWidth() != 0 && request.fullHeight() != 0;
+  if (sized || !keepOld || !frame) {
+    frame = std::make_shared<const FrameRequest>(request);
+    input = std::shared_ptr<const Image>(frame, &frame->input);
+  }
+  values = newValues;
+  layers.clear();
+}
+
+void HostState::endFrame() {
+  for (const auto& [key, world] : worlds) {
+    if (!world.lasting && world.picture != nullptr && !world.picture->guardsIntact()) {
+      books.complain(Matter::kOutside, "bytes outside the world \"" + world.name + "\" were changed", running);
+    }
+  }
+  std::erase_if(worlds, [](const auto& world) { return !world.second.madeByEffect && !world.second.lasting; });
+  layers.clear();
+}
+
+PF_Err HostState::note(std::string_view service, std::string arguments, PF_Err result) {
+  log.calls.push_back({nextOrder(), std::string(service), std::move(arguments), running, result});
+  return result;
+}
+
+void HostState::checkRef(PF_ProgPtr ref, std::string_view service) {
+  if (ref != effectRef()) complain(Matter::kWrongArgument, std::string(service) + " with a foreign effect_ref");
+}
+
+PF_EffectWorld HostState::lend(std::shared_ptr<const Image> picture, std::string name, bool writeable) {
+  PF_EffectWorld world = picture->view();
+  if (!writeable) world.world_flags &= ~PF_WorldFlag_WRITEABLE;
+  const uintptr_t key = ++lastWorldKey;
+  world.reserved0 = reinterpret_cast<void*>(key);
+  const Depth depth = picture->depth();
+  worlds.emplace(key, WorldInUse{depth, std::move(picture), false, false, 0, std::move(name)});
+  return world;
+}
+
+WorldInUse* HostState::find(const PF_EffectWorld& world) {
+  const auto found = worlds.find(reinterpret_cast<uintptr_t>(world.reserved0));
+  return found == worlds.end() ? nullptr : &found->second;
+}
+
+std::optional<Depth> HostState::depthOf(const PF_EffectWorld* world, std::string_view service) {
+  if (world == nullptr || world->width < 0 || world->height < 0 ||
+      (world->data == nullptr && world->width != 0 && world->height != 0)) {
+    complain(Matter::kBadWorld, std::string(service) + " got a world without pixels");
+    return std::nullopt;
+  }
+  if (const WorldInUse* known = find(*world)) return known->depth;
+  if (world->reserved0 != nullptr) {
+    complain(Matter::kBadWorld, std::string(service) + " got a world that is gone");
+    return std::nullopt;
+  }
+  // An effect's own record over its own memory: the flag is all there is to go by.
+  return (world->world_flags & PF_WorldFlag_DEEP) != 0 ? Depth::k16 : Depth::k8;
+}
+
+std::shared_ptr<const Image> HostState::layerPicture(int32_t index) {
+  if (!frame) return nullptr;
+  if (index == 0) return input;
+  const auto known = layers.find(index);
+  if (known != layers.end()) return known->second;
+  std::shared_ptr<const Image> picture;
+  if (index <= values.size()) {
+    if (const auto* value = std::get_if<LayerValue>(&values.value(index)))
+      picture = deliverLayer(*value, *frame, input);
+  }
+  layers.emplace(index, picture);
+  return picture;
+}
+
+std::string rectText(const PF_LRect* rect) {
+  if (rect == nullptr) return "whole";
+  return "(" + std::to_string(rect->left) + ", " + std::to_string(rect->top) + ", " + std::to_string(rect->right) +
+         ", " + std::to_string(rect->bottom) + ")";
+}
+
+std::string worldText(const PF_EffectWorld* world) {
+  if (world == nullptr) return "no world";
+  HostState* host = HostState::current();
+  const WorldInUse* known = host == nullptr ? nullptr : host->find(*world);
+  return (known == nullptr ? std::string("own world") : known->name) + " " + std::to_string(world->width) + " x " +
+         std::to_string(world->height);
+}
+
+void complainOfUnknownService() {
+  if (HostState* host = HostState::current()) {
+    host->complain(Matter::kUnknownService, "a service that this host does not have was called");
+  }
+}
+
+}  // namespace standin
