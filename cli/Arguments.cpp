@@ -41,6 +41,7 @@ void addValues(CLI::App& app, Words& words) {
                  "number, places as 50%,50% or 300,200, check boxes on or off")
       ->type_name("\"NAME=VALUE\"")
       ->expected(1)
+      ->allow_extra_args(false)
       ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
   app.add_option("--preset", words.preset, "Values of controls from a file; --set and --layer go over it")
       ->type_name("FILE.json");
@@ -51,6 +52,7 @@ void addLayers(CLI::App& app, Words& words) {
                  "A picture for a layer control; may be repeated. 'source' is the picture itself, 'none' is no picture")
       ->type_name("\"NAME=FILE\"")
       ->expected(1)
+      ->allow_extra_args(false)
       ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
 }
 

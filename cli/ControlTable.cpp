@@ -7,7 +7,7 @@
 
 #include "ae/Constants.h"
 #include "cli/ControlValue.h"
-#include "cli/EffectSession.h"
+#include "cli/HostControls.h"
 
 namespace cli {
 namespace {

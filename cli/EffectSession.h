@@ -43,12 +43,6 @@ class EffectSession {
   std::vector<ControlFacts> controls_;
 };
 
-/// The host's records of controls in plain words.
-std::vector<ControlFacts> factsOf(const std::vector<standin::Control>& controls);
-
-/// The value that the control has in `values`, to be shown; "source", "none" or "a picture" for layers.
-std::string shownSetting(const ControlFacts& control, const standin::ParameterValues& values);
-
 /// "PF_Err_OUT_OF_MEMORY (4)", or "error 77" for a code that has no name.
 std::string errorName(PF_Err code);
 

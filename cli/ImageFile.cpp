@@ -13,6 +13,7 @@
 
 #include "ae/Constants.h"
 #include "cli/NearestName.h"
+#include "cli/QuietLibraries.h"
 #include "cli/UserError.h"
 
 namespace cli {
@@ -283,6 +284,7 @@ void writePixels(ImageOutput& output, const fs::path& making, const fs::path& ta
 
 Image readPicture(const fs::path& file) {
   checkReadable(file);
+  const QuietLibraries quiet;
   ImageSpec wishes;
   wishes.attribute("oiio:UnassociatedAlpha", 1);
   const std::unique_ptr<ImageInput> input = ImageInput::open(file.string(), &wishes);
@@ -330,6 +332,7 @@ void writePicture(const fs::path& file, const Image& picture) {
   const bool mustBeFloat = !kind.bits8 && !kind.bits16;
   const Image written = mustBeFloat ? picture.converted(Depth::k32) : picture;
 
+  const QuietLibraries quiet;
   const std::unique_ptr<ImageOutput> output = ImageOutput::create(kind.format);
   if (!output) throw UserError("can't write " + quoted(file) + ": " + oneLine(OIIO::geterror()));
   FileInTheMaking making(file);

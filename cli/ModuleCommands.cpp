@@ -5,6 +5,7 @@
 #include "cli/Commands.h"
 #include "cli/ControlTable.h"
 #include "cli/EffectSession.h"
+#include "cli/HostControls.h"
 #include "cli/UserError.h"
 
 namespace cli {

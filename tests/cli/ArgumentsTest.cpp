@@ -1,0 +1,69 @@
+#include "cli/Arguments.h"
+
+#include <gtest/gtest.h>
+
+#include "cli/UserError.h"
+
+using cli::Arguments;
+using cli::Command;
+using cli::parseArguments;
+
+TEST(ArgumentsTest, aPlainRenderTakesTheDefaults) {
+  const Arguments arguments = parseArguments({"render", "in.png", "out.png"});
+  EXPECT_EQ(arguments.command, Command::render);
+  EXPECT_EQ(arguments.input, "in.png");
+  EXPECT_EQ(arguments.output, "out.png");
+  EXPECT_FALSE(arguments.depth.has_value());
+  EXPECT_FALSE(arguments.preset.has_value());
+  EXPECT_EQ(arguments.frame, 0);
+  EXPECT_EQ(arguments.framesPerSecond, 24.0);
+  EXPECT_EQ(arguments.downsample, 1);
+  EXPECT_EQ(arguments.road, cli::Road::asModuleSays);
+  EXPECT_TRUE(arguments.module.empty());
+}
+
+TEST(ArgumentsTest, everyOptionOfRenderArrives) {
+  const Arguments arguments = parseArguments({"render",  "--set",    "Dot Size=14", "in.png",   "--set=Dot Shape=Star",
+                                              "--layer", "A=b.png",  "out.png",     "--depth",  "16",
+                                              "--frame", "7",        "--fps",       "29.97",    "--downsample",
+                                              "2",       "--preset", "p.json",      "--module", "m.so",
+                                              "--road",  "Classic"});
+  ASSERT_EQ(arguments.sets.size(), 2U);
+  EXPECT_EQ(arguments.sets[0].name, "Dot Size");
+  EXPECT_EQ(arguments.sets[1].text, "Star");
+  ASSERT_EQ(arguments.layers.size(), 1U);
+  EXPECT_EQ(arguments.layers[0].text, "b.png");
+  EXPECT_EQ(arguments.input, "in.png");
+  EXPECT_EQ(arguments.output, "out.png");
+  EXPECT_EQ(arguments.depth, standin::Depth::k16);
+  EXPECT_EQ(arguments.frame, 7);
+  EXPECT_EQ(arguments.framesPerSecond, 29.97);
+  EXPECT_EQ(arguments.downsample, 2);
+  EXPECT_EQ(arguments.preset, "p.json");
+  EXPECT_EQ(arguments.module, "m.so");
+  EXPECT_EQ(arguments.road, cli::Road::classic);
+}
+
+TEST(ArgumentsTest, negativeValuesOfControlsAreNoOptions) {
+  const Arguments arguments = parseArguments({"render", "a.png", "b.png", "--set", "Dot Rotation=-45"});
+  ASSERT_EQ(arguments.sets.size(), 1U);
+  EXPECT_EQ(arguments.sets[0].text, "-45");
+}
+
+TEST(ArgumentsTest, theOtherCommandsAreToldApart) {
+  const Arguments controls = parseArguments({"controls", "--json", "--set", "Mask=Layer"});
+  EXPECT_EQ(controls.command, Command::controls);
+  EXPECT_TRUE(controls.json);
+  EXPECT_EQ(controls.sets.size(), 1U);
+  EXPECT_EQ(parseArguments({"about"}).command, Command::about);
+  EXPECT_EQ(parseArguments({"options", "--save"}).optionsAction, cli::OptionsAction::save);
+  EXPECT_EQ(parseArguments({"options", "--restore"}).optionsAction, cli::OptionsAction::restore);
+}
+
+TEST(ArgumentsTest, helpAndVersionAreTexts) {
+  EXPECT_EQ(parseArguments({"--version"}).text, "vindrel 1.5.1\n");
+  EXPECT_NE(parseArguments({"--help"}).text.find("controls"), std::string::npos);
+  const Arguments help = parseArguments({"render", "--help"});
+  EXPECT_EQ(help.command, Command::showText);
+  EXPECT_NE(help.text.find("--downsample"), std::string::npos);
+}

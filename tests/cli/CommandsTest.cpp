@@ -1,0 +1,146 @@
+// The commands that read no pictures, and the program itself.
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstdio>
+#include <nlohmann/json.hpp>
+
+#include "tests/cli/CommandLine.h"
+
+using nlohmann::json;
+
+namespace {
+
+json controlsWith(const std::vector<std::string>& more) {
+  std::vector<std::string> words = {"controls", "--json"};
+  words.insert(words.end(), more.begin(), more.end());
+  const Outcome outcome = runCommandLine(words);
+  EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
+  return json::parse(outcome.out, nullptr, false);
+}
+
+json named(const json& controls, const std::string& name) {
+  for (const json& control : controls) {
+    if (control["name"] == name) return control;
+  }
+  return {};
+}
+
+}  // namespace
+
+TEST(ControlsCommandTest, theJsonHoldsAllControlsInTheirOrder) {
+  const json controls = controlsWith({});
+  ASSERT_EQ(controls.size(), 122U);
+  for (std::size_t i = 0; i < controls.size(); ++i) EXPECT_EQ(controls[i]["index"], i + 1);
+}
+
+TEST(ControlsCommandTest, eachKindIsToldInPlainTerms) {
+  const json controls = controlsWith({});
+  EXPECT_EQ(named(controls, "Dot Shape"),
+            json::parse(R"({"index": 1, "id": 1, "name": "Dot Shape", "kind": "choice", "default": 1,
+      "choices": ["Circle", "Square", "Round Square", "Cross", "Star", "Diamond"], "choiceCount": 6, "flags": 0,
+      "flagNames": [], "uiFlags": 0})"));
+  EXPECT_EQ(named(controls, "Dot Color")["default"], "#ff7d14");
+  const json aspect = named(controls, "Dot Aspect");
+  EXPECT_EQ(aspect["valid"], json::parse("[-100.0, 100.0]"));
+  EXPECT_EQ(aspect["percent"], true);
+  const json distance = named(controls, "Dot Distance X");
+  EXPECT_EQ(distance["valid"], json::parse("[0.0, 10000.0]"));
+  EXPECT_EQ(distance["slider"], json::parse("[0.0, 100.0]"));
+  EXPECT_EQ(distance["default"], 20.0);
+  EXPECT_EQ(named(controls, "Distance Between")["choiceCount"], 6);
+  EXPECT_EQ(named(controls, "Distance Between")["choices"], json::parse(R"(["Dots", "Centers"])"));
+  EXPECT_EQ(named(controls, "Center Position")["default"], "50%, 50%");
+  EXPECT_EQ(named(controls, "Mask Target Layer")["default"], "none");
+  EXPECT_EQ(named(controls, "Custom Map Layer 2")["default"], "source");
+  EXPECT_EQ(named(controls, "Randomize")["kind"], "group");
+  EXPECT_EQ(named(controls, "Random Seed")["kind"], "whole number");
+  EXPECT_EQ(named(controls, "Enable Effector 3")["default"], false);
+  EXPECT_EQ(named(controls, "H")["kind"], "angle");
+}
+
+TEST(ControlsCommandTest, theTableHasOneLineAControlBelowItsHeading) {
+  const Outcome outcome = runCommandLine({"controls"});
+  EXPECT_EQ(outcome.exitCode, 0);
+  EXPECT_EQ(outcome.err, "");
+  EXPECT_EQ(std::count(outcome.out.begin(), outcome.out.end(), '\n'), 123);
+  EXPECT_NE(outcome.out.find("Dot Distance X"), std::string::npos);
+}
+
+TEST(ControlsCommandTest, valuesShowWhatIsGreyedForThem) {
+  // A disabled effector greys all of its own controls but the switch.
+  const json off = controlsWith({"--set", "Enable Effector 1=off"});
+  EXPECT_EQ(named(off, "Enable Effector 1")["greyed"], false);
+  EXPECT_EQ(named(off, "Size 1")["greyed"], true);
+  const json on = controlsWith({"--set", "Enable Effector 1=on"});
+  EXPECT_EQ(named(on, "Enable Effector 1")["value"], "on");
+  EXPECT_EQ(named(on, "Size 1")["greyed"], false);
+  EXPECT_EQ(named(on, "Size 2")["greyed"], true);
+}
+
+TEST(ControlsCommandTest, withoutValuesNoStateIsTold) {
+  EXPECT_FALSE(named(controlsWith({}), "Size 1").contains("greyed"));
+}
+
+TEST(AboutCommandTest, theModuleSpeaksForItself) {
+  const Outcome outcome = runCommandLine({"about"});
+  EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
+  EXPECT_NE(outcome.out.find("Vindrel"), std::string::npos) << outcome.out;
+  EXPECT_EQ(outcome.out.find('\r'), std::string::npos);
+}
+
+namespace {
+
+/// A copy of the module, so that its settings file lies in a folder of the test's own.
+class OptionsCommandTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    module_ = (folder_ / "Copy.so").string();
+    std::filesystem::copy_file(VINDREL_MODULE, module_);
+  }
+  TemporaryFolder folder_;
+  std::string module_;
+};
+
+}  // namespace
+
+TEST_F(OptionsCommandTest, savedValuesAreTheDefaultsOfTheNextStart) {
+  const Outcome saved =
+      runCommandLine({"options", "--save", "--module", module_, "--set", "Dot Size=33.5", "--set", "Dot Shape=Star"});
+  EXPECT_EQ(saved.exitCode, 0) << saved.err;
+  EXPECT_EQ(saved.out, "Saved as values of new instances in " + (folder_ / "Copy.ini").string() + "\n");
+  EXPECT_EQ(folder_.names(), (std::vector<std::string>{"Copy.ini", "Copy.so"}));
+  const json controls = controlsWith({"--module", module_});
+  EXPECT_EQ(named(controls, "Dot Size")["default"], 33.5);
+  EXPECT_EQ(named(controls, "Dot Shape")["default"], 5);
+}
+
+TEST_F(OptionsCommandTest, restoringForgetsThem) {
+  ASSERT_EQ(runCommandLine({"options", "--save", "--module", module_, "--set", "Dot Size=33.5"}).exitCode, 0);
+  const Outcome restored = runCommandLine({"options", "--restore", "--module", module_});
+  EXPECT_EQ(restored.exitCode, 0) << restored.err;
+  EXPECT_EQ(folder_.names(), std::vector<std::string>{"Copy.so"});
+  EXPECT_EQ(named(controlsWith({"--module", module_}), "Dot Size")["default"], 10.0);
+}
+
+TEST_F(OptionsCommandTest, restoringWhereNothingWasSavedIsNoError) {
+  EXPECT_EQ(runCommandLine({"options", "--restore", "--module", module_}).exitCode, 0);
+  EXPECT_EQ(folder_.names(), std::vector<std::string>{"Copy.so"});
+}
+
+TEST(ProgramTest, theProgramFindsItsModuleAndReturnsTheExitCode) {
+  const auto runProgram = [](const std::string& words) {
+    std::string output;
+    std::FILE* const pipe = popen((std::string("'") + VINDREL_PROGRAM + "' " + words + " 2>&1").c_str(), "r");
+    if (pipe == nullptr) return std::pair<int, std::string>(-1, "");
+    std::array<char, 4096> buffer{};
+    while (std::fgets(buffer.data(), static_cast<int>(buffer.size()), pipe) != nullptr) output += buffer.data();
+    const int status = pclose(pipe);
+    return std::pair<int, std::string>(WEXITSTATUS(status), output);
+  };
+  EXPECT_EQ(runProgram("--version"), std::make_pair(0, std::string("vindrel 1.5.1\n")));
+  EXPECT_EQ(runProgram("controls --json").first, 0);
+  EXPECT_EQ(runProgram("rendr"),
+            std::make_pair(2, std::string("vindrel: no command 'rendr'; did you mean 'render'?\n")));
+}
