@@ -72,8 +72,27 @@ bool isFinite(const DotGrid& grid) {
 // With every control at the end of its range that stretches the lattice most, a million rings are enough.
 constexpr double mostRings = 2097152.0;
 
-// Places of cells carry the rounding of some million additions; this and a ring more on either side are far beyond it.
+// Places of cells carry the rounding of some million additions, a share of 1e-9 at the most; this is far beyond it.
 constexpr double roundingShare = 1e-6;
+
+// Cuts off the ends of a run that lie outside low to high along one axis of the canvas. What is not a number cuts
+// nothing off.
+struct RunClip {
+  double first, end;
+
+  void clip(double start, double step, double low, double high) {
+    if (step == 0.0) {
+      if (start < low || start > high) end = first;
+      return;
+    }
+    const double atLow = (low - start) / step;
+    const double atHigh = (high - start) / step;
+    const double enters = step > 0.0 ? atLow : atHigh;
+    const double leaves = step > 0.0 ? atHigh : atLow;
+    if (enters > first) first = enters;
+    if (leaves + 1.0 < end) end = leaves + 1.0;
+  }
+};
 
 }  // namespace
 
@@ -130,6 +149,23 @@ RingSpan ringsThatMayReach(const DotGrid& grid) {
   const double parted = std::max(std::max(partedAlong, partedAcross), std::max(partedX, partedY));
   const double first = parted * (1.0 - roundingShare) - 1.0;
   return {first > 0.0 ? truncateToInt32(first) : 0, truncateToInt32(end)};
+}
+
+CellSpan cellsThatMayReach(const DotGrid& grid, double x, double y, double stepX, double stepY, int32_t cells) {
+  const double dx = x - grid.rotationCenterX;
+  const double dy = y - grid.rotationCenterY;
+  const double startX = (dx * grid.rotationCos - dy * grid.rotationSin) + grid.rotationCenterX;
+  const double startY = (dx * grid.rotationSin + dy * grid.rotationCos) + grid.rotationCenterY;
+  const double turnedStepX = stepX * grid.rotationCos - stepY * grid.rotationSin;
+  const double turnedStepY = stepX * grid.rotationSin + stepY * grid.rotationCos;
+  // Widening the rectangle by a share of all lengths that take part makes up for every rounding here and in the walk.
+  const double slack = roundingShare * (1.0 + std::abs(dx) + std::abs(dy) + std::abs(grid.rotationCenterX) +
+                                        std::abs(grid.rotationCenterY) + static_cast<double>(cells) * (stepX + stepY));
+  RunClip run{0.0, static_cast<double>(cells)};
+  run.clip(startX, turnedStepX, grid.boundLeft - slack, grid.boundRight + slack);
+  run.clip(startY, turnedStepY, grid.boundTop - slack, grid.boundBottom + slack);
+  if (!(run.first < run.end)) return {};
+  return {truncateToInt32(run.first), std::min(truncateToInt32(run.end) + 1, cells)};
 }
 
 }  // namespace vindrel

@@ -5,18 +5,22 @@
 // side, row by row from the top and from left to right. The order matters as much as the places, because it says which
 // draws of the generator belong to which cell: a cell's draws depend on its ring, row and column alone.
 //
-// Only the border cells of a ring are touched, so the walk costs time in proportion to the cells that it visits, and it
-// needs no memory. Places come out of repeated addition, cell after cell, and not out of a product: the last bits of a
-// place decide on the edges of the frame and on the order of drawing. One run of additions along a row, and one down
-// the left column, serve the whole ring, since all rows of a ring have the same columns.
+// Places come out of repeated addition, cell after cell, and not out of a product: the last bits of a place decide on
+// the edges of the frame and on the order of drawing. All rows of a ring have the same columns.
 //
-// Rings that certainly lie outside the frame are left out altogether on the way to a frame far from the centre; the
-// generator leaps over their draws. All lengths are in canvas pixels, y grows downwards.
+// What the walk costs: only the border cells of a ring are touched, never the square inside. Of those, the ones that
+// certainly lie outside the frame are left out in whole runs, since neither the generator (Random.h) nor the repeated
+// addition (RepeatedAddition.h) needs to go through them one by one; so are whole rings on the way to a frame far from
+// the centre. Certainly means by a margin far above all rounding: whether a cell near an edge makes a dot is always
+// decided by its exact place. The walk needs no memory. All lengths are in canvas pixels, y grows downwards.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
+#include <utility>
 
 #include "effect/dots/Random.h"
+#include "effect/dots/RepeatedAddition.h"
 #include "effect/params/RenderParams.h"
 
 namespace vindrel {
@@ -47,6 +51,17 @@ struct RingSpan {
 /// range allows either.
 RingSpan ringsThatMayReach(const DotGrid& grid);
 
+/// Cells first to end - 1 of a run of cells; the ones outside of them make no dot for certain.
+struct CellSpan {
+  int32_t first = 0;
+  int32_t end = 0;
+};
+
+/// The cells of a straight run that may lie in the acceptance rectangle.
+/// @param x, y          place of the run's first cell before the lattice is turned
+/// @param stepX, stepY  from a cell to the next before the turn
+CellSpan cellsThatMayReach(const DotGrid& grid, double x, double y, double stepX, double stepY, int32_t cells);
+
 namespace gridWalk {
 
 // One cell that stands dx, dy from the rotation centre before the turn.
@@ -62,38 +77,62 @@ inline bool visitCell(const DotGrid& grid, double dx, double dy, MakeDot& makeDo
   return false;
 }
 
-// All cells of the row at y, from `left` on. Returns whether any made a dot; right becomes the last cell's x.
+// A ring's top or bottom row.
 template <class MakeDot>
-bool visitRow(const DotGrid& grid, int32_t cells, double left, double y, double& right, MakeDot& makeDot) {
+bool visitWholeRow(const DotGrid& grid, int32_t cells, double left, double y, MakeDot& makeDot) {
+  const CellSpan span = cellsThatMayReach(grid, left, y, grid.pitchX, 0.0, cells);
   const double dy = y - grid.rotationCenterY;
+  double x = addRepeatedly(left, grid.pitchX, span.first);
   bool madeDot = false;
-  right = left;
-  for (int32_t cell = 0;;) {
-    madeDot |= visitCell(grid, right - grid.rotationCenterX, dy, makeDot);
-    if (++cell == cells) return madeDot;
-    right += grid.pitchX;
+  skipDrawsOfCells(span.first);
+  for (int32_t cell = span.first; cell < span.end; ++cell) {
+    madeDot |= visitCell(grid, x - grid.rotationCenterX, dy, makeDot);
+    x += grid.pitchX;
   }
+  skipDrawsOfCells(cells - span.end);
+  return madeDot;
 }
 
-// The whole ring; returns whether it made a dot.
+// The two ends of each row between a ring's top row, at y, and its bottom row, at which y is left.
+template <class MakeDot>
+bool visitRowEnds(const DotGrid& grid, int32_t ring, double left, double& y, MakeDot& makeDot) {
+  const int32_t bottomRow = 2 * ring;
+  const double right = addRepeatedly(left, grid.pitchX, bottomRow);
+  const double leftDx = left - grid.rotationCenterX;
+  const double rightDx = right - grid.rotationCenterX;
+  CellSpan upper = cellsThatMayReach(grid, left, y, 0.0, grid.pitchY, bottomRow);
+  CellSpan lower = cellsThatMayReach(grid, right, y, 0.0, grid.pitchY, bottomRow);
+  if (lower.first < upper.first) std::swap(upper, lower);
+
+  bool madeDot = false;
+  int32_t row = 0;  // the one that y belongs to; its cells are done
+  for (const CellSpan& span : {upper, lower}) {
+    const int32_t first = std::max(span.first, row + 1);
+    if (first >= span.end) continue;
+    skipDrawsOfCells(2 * (first - row - 1));
+    y = addRepeatedly(y, grid.pitchY, first - row - 1);
+    for (row = first; row < span.end; ++row) {
+      y += grid.pitchY;
+      const double dy = y - grid.rotationCenterY;
+      madeDot |= visitCell(grid, leftDx, dy, makeDot);
+      madeDot |= visitCell(grid, rightDx, dy, makeDot);
+    }
+    --row;
+  }
+  skipDrawsOfCells(2 * (bottomRow - row - 1));
+  y = addRepeatedly(y, grid.pitchY, bottomRow - row);
+  return madeDot;
+}
+
+// All cells of a ring, row by row; returns whether any made a dot.
 template <class MakeDot>
 bool visitRing(const DotGrid& grid, int32_t ring, MakeDot& makeDot) {
   const double left = grid.gridCenterX - ring * grid.pitchX;
   double y = grid.gridCenterY - ring * grid.pitchY;
-  double right = left;
-  bool madeDot = visitRow(grid, 2 * ring + 1, left, y, right, makeDot);
+  bool madeDot = visitWholeRow(grid, 2 * ring + 1, left, y, makeDot);
   if (ring == 0) return madeDot;
-
-  const double leftDx = left - grid.rotationCenterX;
-  const double rightDx = right - grid.rotationCenterX;
-  for (int32_t row = 1; row < 2 * ring; ++row) {
-    y += grid.pitchY;
-    const double dy = y - grid.rotationCenterY;
-    madeDot |= visitCell(grid, leftDx, dy, makeDot);
-    madeDot |= visitCell(grid, rightDx, dy, makeDot);
-  }
-  y += grid.pitchY;
-  madeDot |= visitRow(grid, 2 * ring + 1, left, y, right, makeDot);
+  madeDot |= visitRowEnds(grid, ring, left, y, makeDot);
+  madeDot |= visitWholeRow(grid, 2 * ring + 1, left, y, makeDot);
   return madeDot;
 }
 
@@ -110,7 +149,7 @@ template <class MakeDot>
 void walkGrid(const DotGrid& grid, MakeDot&& makeDot) {
   const RingSpan rings = ringsThatMayReach(grid);
   if (rings.first > 0) {
-    const uint64_t side = 2U * static_cast<uint64_t>(rings.first) - 1U;
+    const int64_t side = 2 * int64_t{rings.first} - 1;
     skipDrawsOfCells(side * side);
   }
   bool anyDot = false;

@@ -26,9 +26,9 @@ int32_t patternNumber(const RandomSchedule& schedule) noexcept {
 
 uint32_t randomState = 0;
 
-void skipDrawsOfCells(uint64_t cells) noexcept {
+void skipDrawsOfCells(int64_t cells) noexcept {
   if (cells == 0) return;  // no step at all also leaves the bits above the sixteenth
-  const RandomLeap leap = repeatLeap(cellLeap, cells);
+  const RandomLeap leap = repeatLeap(cellLeap, static_cast<uint64_t>(cells));
   randomState = (randomState * leap.factor + leap.term) & 65535U;
 }
 

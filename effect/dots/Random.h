@@ -57,8 +57,8 @@ inline void skipCellDraws() noexcept {
   randomState = (randomState * cellLeap.factor + cellLeap.term) & 65535U;
 }
 
-/// Leaves out the draws of `cells` cells.
-void skipDrawsOfCells(uint64_t cells) noexcept;
+/// Leaves out the draws of `cells` cells, 0 or more.
+void skipDrawsOfCells(int64_t cells) noexcept;
 
 /// What decides the pattern of a frame.
 struct RandomSchedule {

@@ -83,9 +83,9 @@ TEST(Random, aSkippedCellIsNineDrawsForAWordAboveSixteenBits) {
 }
 
 TEST(Random, leapingOverManyCellsIsSkippingThemOneByOne) {
-  for (const uint64_t cells : {1ULL, 2ULL, 3ULL, 9ULL, 1000ULL, 65535ULL, 65536ULL, 65537ULL, 1234567ULL}) {
+  for (const int64_t cells : {1, 2, 3, 9, 1000, 65535, 65536, 65537, 1234567}) {
     randomState = 0xABCD1234U;
-    for (uint64_t cell = 0; cell < cells; ++cell) skipCellDraws();
+    for (int64_t cell = 0; cell < cells; ++cell) skipCellDraws();
     const uint32_t skipped = randomState;
     randomState = 0xABCD1234U;
     skipDrawsOfCells(cells);
@@ -105,7 +105,7 @@ TEST(Random, leapsBeyond32BitsOfCellsAreCountedWhole) {
   for (int cell = 0; cell < 5; ++cell) skipCellDraws();
   const uint32_t skipped = randomState;
   randomState = 99;
-  skipDrawsOfCells((1ULL << 40U) + 5U);
+  skipDrawsOfCells((int64_t{1} << 40U) + 5);
   EXPECT_EQ(randomState, skipped);
 }
 
