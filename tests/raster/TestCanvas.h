@@ -1,0 +1,129 @@
+// A canvas for the rasteriser's tests: rows with padding behind them and guard rows around, so that a pixel written
+// where none may be written shows.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <memory>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "effect/pixel/Pixel.h"
+#include "effect/raster/DrawContext.h"
+#include "effect/raster/PolygonRasterizer.h"
+
+namespace vindrel {
+
+template <class Pixel>
+std::string text(const Pixel& p) {
+  std::ostringstream out;
+  out.precision(9);
+  out << '(' << +p.alpha << ' ' << +p.red << ' ' << +p.green << ' ' << +p.blue << ')';
+  return out.str();
+}
+
+/// Also owns the context and the rasteriser that draw on it. Empty (all channels 0) at first.
+template <class Pixel>
+class TestCanvas {
+ public:
+  static constexpr int32_t padding = 3;  ///< pixels behind each row
+  static constexpr int32_t guardRows = 2;
+
+  TestCanvas(int32_t columns, int32_t rowCount)
+      : width(columns), height(rowCount), memory_(static_cast<std::size_t>((columns + padding) * (rowCount + 4))) {
+    std::memset(static_cast<void*>(memory_.data()), guardByte, memory_.size() * sizeof(Pixel));
+    for (int32_t y = 0; y < height; ++y) {
+      for (int32_t x = 0; x < width; ++x) at(x, y) = Pixel{};
+    }
+    context.pixels = &at(0, 0);
+    context.width = width;
+    context.height = height;
+    context.rowBytes = (width + padding) * static_cast<int32_t>(sizeof(Pixel));
+    rasterizer = std::make_unique<PolygonRasterizer<Pixel>>(context);
+    context.rasterizer = rasterizer.get();
+  }
+  TestCanvas(const TestCanvas&) = delete;
+  TestCanvas& operator=(const TestCanvas&) = delete;
+
+  Pixel& at(int32_t x, int32_t y) { return memory_[static_cast<std::size_t>((y + guardRows) * (width + padding) + x)]; }
+
+  /// Whether nothing was written but pixels of the canvas.
+  bool guardsAreWhole() {
+    Pixel untouched;
+    std::memset(static_cast<void*>(&untouched), guardByte, sizeof untouched);
+    for (int32_t y = -guardRows; y < height + guardRows; ++y) {
+      for (int32_t x = 0; x < width + padding; ++x) {
+        const bool inside = y >= 0 && y < height && x < width;
+        if (!inside && std::memcmp(&at(x, y), &untouched, sizeof untouched) != 0) return false;
+      }
+    }
+    return true;
+  }
+
+  int32_t paintedPixels() {
+    int32_t count = 0;
+    for (int32_t y = 0; y < height; ++y) {
+      for (int32_t x = 0; x < width; ++x) count += at(x, y) != Pixel{};
+    }
+    return count;
+  }
+
+  /// Covered samples of a pixel that was empty and has been painted once, in a colour of full opacity.
+  int32_t count(int32_t x, int32_t y) {
+    return static_cast<int32_t>(
+        static_cast<double>(at(x, y).alpha) / static_cast<double>(PixelTraits<Pixel>::fullScale) * 64.0 + 0.5);
+  }
+
+  /// Empty when both hold the same bytes, otherwise the first pixel that differs.
+  std::string differenceFrom(TestCanvas& other) {
+    for (int32_t y = 0; y < height; ++y) {
+      for (int32_t x = 0; x < width; ++x) {
+        if (std::memcmp(&at(x, y), &other.at(x, y), sizeof(Pixel)) != 0) {
+          std::ostringstream out;
+          out << "pixel (" << x << ", " << y << ") is " << text(at(x, y)) << ", should be " << text(other.at(x, y));
+          return out.str();
+        }
+      }
+    }
+    return {};
+  }
+
+  /// Empties the outline and appends the points, without filling.
+  void setOutline(const std::vector<std::pair<double, double>>& points) {
+    rasterizer->resetPath();
+    for (const auto& [x, y] : points) {
+      PathVertex v;
+      v.x = v.tx = x;
+      v.y = v.ty = y;
+      rasterizer->addVertex(v);
+    }
+  }
+
+  void fill(const std::vector<std::pair<double, double>>& points, const Pixel& colour) {
+    context.colour = colour;
+    setOutline(points);
+    rasterizer->finishPath();
+  }
+
+  int32_t width, height;
+  DrawContext<Pixel> context;
+  std::unique_ptr<PolygonRasterizer<Pixel>> rasterizer;
+
+ private:
+  static constexpr int guardByte = 0x5A;
+  std::vector<Pixel> memory_;
+};
+
+/// Full red, full opacity.
+template <class Pixel>
+Pixel opaqueRed() {
+  return {PixelTraits<Pixel>::fullScale, PixelTraits<Pixel>::fullScale, 0, 0};
+}
+
+using AllPixels = ::testing::Types<Pixel8, Pixel16, Pixel32>;
+
+}  // namespace vindrel
