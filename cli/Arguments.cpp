@@ -13,7 +13,8 @@ namespace {
 
 // Texts of the options; what they mean is checked here, so that every message has the same form.
 struct Words {
-  std::vector<std::string> files;
+  std::string input;
+  std::string output;
   std::vector<std::string> sets;
   std::vector<std::string> layers;
   std::string preset;
@@ -62,10 +63,13 @@ void describe(CLI::App& app, Words& words) {
   app.allow_extras();
 
   CLI::App* render = app.add_subcommand("render", "Draw dots over a picture");
-  render->add_option("pictures", words.files, "The picture to read and the one to write: .png, .tif, .tiff or .exr")
-      ->type_name("IN OUT");
+  render->add_option("IN", words.input, "The picture to read")->type_name("");
+  render->add_option("OUT", words.output, "The picture to write: .png, .tif, .tiff or .exr")->type_name("");
   addValues(*render, words);
   addLayers(*render, words);
+  render->footer(
+      "Example:\n  vindrel render in.png out.png --set \"Dot Shape=Star\" --set \"Dot Color=#ff7d14\"\n"
+      "'vindrel controls' lists all names and values.");
   render->add_option("--depth", words.depth, "Bits of a channel: 8, 16 or 32 for float (default: the input's own)")
       ->type_name("BITS");
   render->add_option("--frame", words.frame, "The frame to draw, from 0 (default: 0)")->type_name("N");
@@ -99,18 +103,24 @@ void describe(CLI::App& app, Words& words) {
 std::vector<std::string> optionNames(const CLI::App& app) {
   std::vector<std::string> names;
   for (const CLI::Option* option : app.get_options()) {
-    for (const std::string& name : option->get_lnames()) names.push_back("--" + name);
+    for (const std::string& name : option->get_lnames()) names.push_back(name);
   }
   return names;
 }
 
+/// @param commandName  with a blank behind it, or empty for the words before any command
 [[noreturn]] void refuseWord(const std::string& word, const CLI::App& app, const std::string& commandName) {
   if (word.starts_with("-")) {
     const std::string name = word.substr(0, word.find('='));
-    throw UserError("no option '" + name + "'" +
-                    suggestion(name, optionNames(app), "; 'vindrel " + commandName + " --help' lists them"));
+    // Compared without their dashes, which all options share.
+    const std::string nearest =
+        nearestName(name.substr(std::min(name.find_first_not_of('-'), name.size())), optionNames(app));
+    throw UserError(
+        "no option '" + name + "'" +
+        (nearest.empty() ? "; 'vindrel " + commandName + "--help' lists them" : "; did you mean '--" + nearest + "'?"));
   }
-  throw UserError("nothing is expected at '" + word + "'");
+  throw UserError("'" + word + "' is one word too many" +
+                  (app.get_name() == "render" ? "; render takes one picture to read and one to write" : ""));
 }
 
 double numberFrom(const std::string& text, const std::string& complaint) {
@@ -144,15 +154,14 @@ standin::Depth depthFrom(const std::string& text) {
 }
 
 void takeRender(const CLI::App& command, const Words& words, Arguments& arguments) {
-  if (words.files.size() != 2) {
-    if (words.files.size() > 2) {
-      throw UserError("render takes one picture to read and one to write; '" + words.files[2] + "' is too much");
-    }
-    throw UserError(words.files.empty() ? "render needs a picture to read and one to write: vindrel render IN OUT"
-                                        : "render needs a picture to write: vindrel render " + words.files[0] + " OUT");
+  if (words.input.empty()) {
+    throw UserError("render needs a picture to read and one to write: vindrel render IN OUT");
   }
-  arguments.input = words.files[0];
-  arguments.output = words.files[1];
+  if (words.output.empty()) {
+    throw UserError("render needs a picture to write: vindrel render " + words.input + " OUT");
+  }
+  arguments.input = words.input;
+  arguments.output = words.output;
   if (command.count("--depth") > 0) arguments.depth = depthFrom(words.depth);
   if (command.count("--downsample") > 0) {
     const std::string complaint = "--downsample takes 1, 2 or 4";
@@ -226,9 +235,9 @@ Arguments parseArguments(const std::vector<std::string>& words) {
                     suggestion(extras[0], commandNames, "; it must be " + listed(commandNames)));
   }
   const CLI::App& command = *commands[0];
-  if (!extras.empty()) refuseWord(extras[0], app, command.get_name());
+  if (!extras.empty()) refuseWord(extras[0], app, "");
   // Words that an unknown option drew along come after it.
-  if (const auto left = command.remaining(); !left.empty()) refuseWord(left[0], command, command.get_name());
+  if (const auto left = command.remaining(); !left.empty()) refuseWord(left[0], command, command.get_name() + " ");
 
   arguments.command = commandNamed(command.get_name());
   arguments.module = given.module;

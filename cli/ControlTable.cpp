@@ -22,7 +22,7 @@ std::vector<std::string> flagNames(const ControlFacts& control) {
   constexpr NamedFlag namedFlags[] = {
       {PF_ParamFlag_CANNOT_TIME_VARY, "cannot vary"},
       {PF_ParamFlag_CANNOT_INTERP, "stepped"},
-      {PF_ParamFlag_START_COLLAPSED, "starts collapsed"},
+      {PF_ParamFlag_START_COLLAPSED, "collapsed"},
       {PF_ParamFlag_SUPERVISE, "supervised"},
       {PF_ParamFlag_USE_VALUE_FOR_OLD_PROJECTS, "value for old projects"},
       {PF_ParamFlag_EXCLUDE_FROM_HAVE_INPUTS_CHANGED, "no input"},

@@ -62,6 +62,11 @@ TEST_F(BadInputTest, aMisspeltOption) {
   expectRenderRefused({"--downsmaple=2"}, "no option '--downsmaple'; did you mean '--downsample'?");
 }
 
+TEST_F(BadInputTest, anOptionWithoutACommand) {
+  expectRefused({"--what"}, "no option '--what'; 'vindrel --help' lists them");
+  expectRefused({"--versoin"}, "no option '--versoin'; did you mean '--version'?");
+}
+
 TEST_F(BadInputTest, anOptionOfAnotherCommand) {
   expectRefused({"controls", "--depth", "8"}, "no option '--depth'; 'vindrel controls --help' lists them");
 }
@@ -75,7 +80,9 @@ TEST_F(BadInputTest, noOutput) {
 }
 
 TEST_F(BadInputTest, aThirdPicture) {
-  expectRenderRefused({"more.png"}, "render takes one picture to read and one to write; 'more.png' is too much");
+  expectRenderRefused({"more.png"},
+                      "'more.png' is one word too many; render takes one picture to read and one to write");
+  expectRefused({"about", "me"}, "'me' is one word too many");
 }
 
 TEST_F(BadInputTest, anOptionWithoutItsValue) {
@@ -252,9 +259,7 @@ TEST_F(BadInputTest, aValueForALayer) {
 // ---- layers
 
 TEST_F(BadInputTest, aMisspeltLayer) {
-  expectRenderRefused({"--layer", "Mask Layer=source"},
-                      "no layer 'Mask Layer'; the layers are Mask Target Layer, Custom Map Layer 1, Custom Map Layer 2 "
-                      "and Custom Map Layer 3");
+  expectRenderRefused({"--layer", "Mask Layer=source"}, "no layer 'Mask Layer'; did you mean 'Mask Target Layer'?");
   expectRenderRefused({"--layer", "Custom Map Layer=source"},
                       "no layer 'Custom Map Layer'; did you mean 'Custom Map Layer 1'?");
 }
@@ -267,6 +272,12 @@ TEST_F(BadInputTest, aLayerWithoutItsPicture) {
   expectRenderRefused({"--layer", "Mask Target Layer=" + path("im.png")},
                       "no file " + quoted("im.png") + "; did you mean 'in.png'?");
   expectRenderRefused({"--layer", "Mask Target Layer="}, "'Mask Target Layer' takes a picture's file, source or none");
+}
+
+TEST_F(BadInputTest, aLayerThatIsNearNone) {
+  expectRenderRefused({"--layer", "Matte=source"},
+                      "no layer 'Matte'; the layers are Mask Target Layer, Custom Map Layer 1, Custom Map Layer 2 and "
+                      "Custom Map Layer 3");
 }
 
 // ---- presets

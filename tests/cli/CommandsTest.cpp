@@ -39,8 +39,8 @@ TEST(ControlsCommandTest, eachKindIsToldInPlainTerms) {
   const json controls = controlsWith({});
   EXPECT_EQ(named(controls, "Dot Shape"),
             json::parse(R"({"index": 1, "id": 1, "name": "Dot Shape", "kind": "choice", "default": 1,
-      "choices": ["Circle", "Square", "Round Square", "Cross", "Star", "Diamond"], "choiceCount": 6, "flags": 0,
-      "flagNames": [], "uiFlags": 0})"));
+      "choices": ["Circle", "Square", "Round Square", "Cross", "Star", "Diamond"], "choiceCount": 6, "flags": 32,
+      "flagNames": ["collapsed"], "uiFlags": 0})"));
   EXPECT_EQ(named(controls, "Dot Color")["default"], "#ff7d14");
   const json aspect = named(controls, "Dot Aspect");
   EXPECT_EQ(aspect["valid"], json::parse("[-100.0, 100.0]"));
