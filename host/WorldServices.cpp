@@ -63,6 +63,8 @@ PF_Err newWorld2(PF_ProgPtr ref, A_long width, A_long height, PF_Boolean clear, 
   PF_Err result = PF_Err_BAD_CALLBACK_PARAM;
   if (const auto depth = depthOf(format)) {
     result = makeWorld(*host, "PF_NewWorld", width, height, *depth, clear != 0, world);
+  } else if (const auto fault = host->fault("PF_NewWorld")) {
+    result = *fault;
   } else {
     host->complain(Matter::kWrongArgument, "PF_NewWorld of no known pixel format");
   }
