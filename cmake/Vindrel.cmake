@@ -65,11 +65,23 @@ endif()
 # vindrel_test(<name> <sources>...): one test program. Native builds list each test by its own name;
 # the Windows build runs a whole program at a time, since a start of Wine costs more than most tests.
 function(vindrel_test name)
-  add_executable(${name} ${ARGN})
-  target_link_libraries(${name} PRIVATE vindrel_common GTest::gtest_main GTest::gmock)
   if(CMAKE_CROSSCOMPILING)
-    add_test(NAME "windows.${name}" COMMAND ${name})
+    vindrel_whole_test(${name} ${ARGN})
   else()
+    vindrel_test_program(${name} ${ARGN})
     gtest_discover_tests(${name} TEST_PREFIX "${name}." DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 600)
   endif()
+endfunction()
+
+# vindrel_whole_test(<name> <sources>...): the same, always run as a whole.
+function(vindrel_whole_test name)
+  vindrel_test_program(${name} ${ARGN})
+  string(TOLOWER "${CMAKE_SYSTEM_NAME}" system)
+  add_test(NAME "${system}.${name}" COMMAND ${name})
+  set_tests_properties("${system}.${name}" PROPERTIES TIMEOUT 1200)
+endfunction()
+
+function(vindrel_test_program name)
+  add_executable(${name} ${ARGN})
+  target_link_libraries(${name} PRIVATE vindrel_common GTest::gtest_main GTest::gmock)
 endfunction()

@@ -24,7 +24,8 @@ const std::filesystem::path inputsFolder = VINDREL_GOLDEN_DIR "/inputs";
 class PixelCount : public testing::Environment {
  public:
   void TearDown() override {
-    std::cout << "golden pixels: " << differing << " of " << all << " differ from the accepted pictures" << std::endl;
+    std::cout << "golden pixels: " VINDREL_BUILD_NAME " module: " << differing << " of " << all
+              << " differ from the accepted pictures" << std::endl;
   }
   static inline int64_t all = 0;
   static inline int64_t differing = 0;
