@@ -1,7 +1,7 @@
 // The classes of controls: what each adds to a BaseParam, and how it shows itself to the host.
 //
-// Constructors take the row of the control (ControlRows.h) and the definition to start from. Which classes keep their
-// value in the settings file is seen by who overrides SaveDefault.
+// Constructors take the row of the control (ControlRows.h), whose name must outlive the object, and the definition to
+// start from. Which classes keep their value in the settings file is seen by who overrides SaveDefault.
 #pragma once
 
 #include <cstdint>

@@ -23,8 +23,7 @@ class ControlValues : public HostedModule {
     request.timeScale = 300;
   }
   void TearDown() override {
-    // Each test has counted what it leaves: the looks of index 0, the check-ins of greyed layers, and on the smart
-    // road everything that is never given back.
+    // The looks of index 0, the check-ins of greyed layers, and on the smart road all that is never given back.
     finishOwing({Matter::kLayerParamUi, Matter::kStrayCheckin, Matter::kParameter, Matter::kLayerPixels});
     HostedModule::TearDown();
   }
@@ -109,6 +108,7 @@ TEST_F(ControlValues, areNeverGivenBackOnTheSmartRoad) {
   ASSERT_EQ(host.renderSmart(request, values).error, 0);
   EXPECT_TRUE(asked(false).empty());
   EXPECT_EQ(host.books().openCount(Matter::kParameter), 110);
+  EXPECT_EQ(host.books().openCount(Matter::kLayerPixels), 3);  // the mask has no layer
 }
 
 TEST_F(ControlValues, thatCannotBeHadEndTheFrameWithoutGivingBack) {

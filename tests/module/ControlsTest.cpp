@@ -274,10 +274,12 @@ TEST_F(Controls, areCountedWithTheLayerItself) {
 }
 
 TEST_F(Controls, surpriseTheHostByTheChoiceCountsOfTwoPopupsOnly) {
-  const std::vector<std::string> declared = host.books().report();
-  ASSERT_EQ(declared.size(), 2U);
-  EXPECT_NE(declared[0].find("\"Rotation Type\" says that it has 6 items and names 3"), std::string::npos);
-  EXPECT_NE(declared[1].find("\"Distance Between\" says that it has 6 items and names 2"), std::string::npos);
+  const std::vector<standin::Entry>& complaints = host.books().complaints();
+  ASSERT_EQ(complaints.size(), 2U);
+  EXPECT_EQ(complaints[0].matter, Matter::kDeclaration);
+  EXPECT_NE(complaints[0].text.find("\"Rotation Type\" says that it has 6 items and names 3"), std::string::npos);
+  EXPECT_EQ(complaints[1].matter, Matter::kDeclaration);
+  EXPECT_NE(complaints[1].text.find("\"Distance Between\" says that it has 6 items and names 2"), std::string::npos);
 }
 
 TEST_F(Controls, startFreeOutsideARenderEngine) {

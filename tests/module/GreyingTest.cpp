@@ -179,6 +179,11 @@ TEST_F(Greying, followsThePlainRulesForAnySettings) {
   }
 }
 
+TEST_F(Greying, namesTheLayerItselfForTheTwoEmptyIdsOfEachEffector) {
+  update();
+  EXPECT_EQ(host.books().complaintCount(Matter::kLayerParamUi), 6);
+}
+
 TEST_F(Greying, isLeftToTheHostWhenItRefuses) {
   host.faults().failFrom("PF_UpdateParamUI", 1, PF_Err_INVALID_INDEX);
   update();

@@ -50,7 +50,8 @@ TEST(ParamClasses, theAlphaOfADefaultColorPlaysNoPart) {
 
 TEST(ParamClasses, phaseIsAskedForOnlyWhenWanted) {
   PlainHost host;
-  ParamAddFloatSlider param(row("Wave"), zeroedDef());
+  const ControlRow wave = row("Wave");
+  ParamAddFloatSlider param(wave, zeroedDef());
   ASSERT_EQ(param.Add(&host.inData, 7, nullptr), PF_Err_NONE);
   EXPECT_EQ(host.added.at(0).u.fs_d.fs_flags, 0U);
   param.wantPhase = 1;
@@ -62,7 +63,8 @@ TEST(ParamClasses, theFlagsOfACheckboxAreAddedToThoseOfItsTemplate) {
   PlainHost host;
   PF_ParamDef definition = zeroedDef();
   definition.flags = 0x20;
-  ParamAddCheckbox param(row("Box"), definition);
+  const ControlRow box = row("Box");
+  ParamAddCheckbox param(box, definition);
   param.extraFlags = 0x42;
   ASSERT_EQ(param.Add(&host.inData, 7, nullptr), PF_Err_NONE);
   EXPECT_EQ(host.added.at(0).flags, 0x62);
@@ -91,7 +93,8 @@ TEST(ParamClasses, theEndOfAGroupHasAZeroDefinitionAndNoName) {
 TEST(ParamClasses, theErrorOfTheHostComesBack) {
   PlainHost host;
   host.addErrorAt = 1;
-  ParamAddTopic param(row("Group"), zeroedDef());
+  const ControlRow group = row("Group");
+  ParamAddTopic param(group, zeroedDef());
   EXPECT_EQ(param.Add(&host.inData, 18, nullptr), PF_Err_INVALID_CALLBACK);
 }
 
