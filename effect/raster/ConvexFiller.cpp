@@ -1,6 +1,7 @@
 #include "effect/raster/ConvexFiller.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "effect/pixel/Pixel.h"
 #include "effect/pixel/Truncate.h"
@@ -30,6 +31,11 @@ void setSide(SideTracker& side, const PathVertex& from, const PathVertex& to, in
   if (dy == 0.0) dy = 1.0;
   side.slope = (to.tx - from.tx) / dy;
   side.x = ((y + 0.5) - from.ty) * side.slope + from.tx;
+}
+
+/// Whether a step to the next sub-row leaves x as it is.
+bool isAtRest(const SideTracker& side) {
+  return side.x + side.slope == side.x || std::isnan(side.x);
 }
 
 /// How many samples of the pixel with the sub-columns c0 to c1 the eight spans cover.
@@ -164,6 +170,12 @@ void fillConvex(ConvexFiller<Pixel>& filler, PolygonRasterizer<Pixel>& outline, 
       } else {
         emitRow(filler, b, a, y);
       }
+    }
+    // A side may be at rest, upright or of endless coordinates. While both are, nothing happens above the canvas until
+    // one of them ends.
+    if (y < 0 && isAtRest(filler.left) && isAtRest(filler.right)) {
+      const int32_t next = std::min({filler.leftNext->iy, filler.rightNext->iy, 0});
+      if (next > y) y = next - 1;
     }
     filler.left.x += filler.left.slope;
     filler.right.x += filler.right.slope;

@@ -1,6 +1,7 @@
 #include "effect/raster/GeneralFiller.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "effect/pixel/Pixel.h"
 #include "effect/pixel/Truncate.h"
@@ -38,8 +39,6 @@ struct EdgeTable {
   int32_t pendingEnd;
   int32_t activeEnd;
 
-  bool noneActive() const { return activeEnd == pendingEnd; }
-
   /// By yTop, the lowest on the screen first. The sentinel is above all; the bound is for outlines beyond even that.
   void sortPending() {
     const int32_t last = pendingEnd;
@@ -69,18 +68,40 @@ struct EdgeTable {
     }
   }
 
-  /// By x, leftmost first. Nearly sorted from the sub-row before, so insertion costs little.
-  void sortActive() {
+  /// By x, leftmost first. Nearly sorted from the sub-row before, so insertion costs little. Returns whether any edge
+  /// has changed its place.
+  bool sortActive() {
+    bool moved = false;
     for (int32_t i = activeEnd - 1; i > pendingEnd; --i) {
       const ScanEdge edge = at(i);
       int32_t j = i;
       for (; j < activeEnd && edge.x > at(j + 1).x; ++j) at(j) = at(j + 1);
       at(j) = edge;
+      moved = moved || j != i;
     }
+    return moved;
   }
 
-  void step() {
-    for (int32_t j = pendingEnd + 1; j <= activeEnd; ++j) at(j).x += at(j).dxdy;
+  /// On to the next sub-row. Returns whether any x has changed.
+  bool step() {
+    bool changed = false;
+    for (int32_t j = pendingEnd + 1; j <= activeEnd; ++j) {
+      const double x = at(j).x;
+      at(j).x += at(j).dxdy;
+      changed = changed || (at(j).x != x && !std::isnan(x));
+    }
+    return changed;
+  }
+
+  /// The first sub-row behind y on which an edge starts or ends, or sub-row 0. y must be negative.
+  int32_t nextChange(int32_t y) {
+    int32_t next = 0;
+    const auto consider = [&next, y](int32_t subRow) {
+      if (subRow > y) next = std::min(next, subRow);
+    };
+    if (pendingEnd >= 0) consider(nearestSubRow(at(pendingEnd).yTop));
+    for (int32_t j = pendingEnd + 1; j <= activeEnd; ++j) consider(nearestSubRow(at(j).yBottom));
+    return next;
   }
 
   ScanEdge& at(int32_t i) { return edges[static_cast<std::size_t>(i)]; }
@@ -190,17 +211,7 @@ void fillGeneral(PolygonRasterizer<Pixel>& rasterizer) {
     }
     table.start(y);
     table.end(y);
-    if (table.noneActive()) {
-      // Nothing happens until the next edge starts; an outline of coordinates beyond the 32-bit range may leave all the
-      // sub-rows above the canvas empty.
-      const int32_t next = table.pendingEnd < 0 ? range.last : nearestSubRow(table.at(table.pendingEnd).yTop);
-      const int32_t nextEvent = next > y ? std::min(next, range.last) : range.last;
-      if (y < nextEvent) {
-        y = nextEvent - 1;
-        continue;
-      }
-    }
-    table.sortActive();
+    const bool sorted = table.sortActive();
     if (y >= 0) {
       if (rasterizer.nonZeroWinding) {
         addNonZeroSpans(coverage, table, y);
@@ -209,7 +220,14 @@ void fillGeneral(PolygonRasterizer<Pixel>& rasterizer) {
       }
     }
     if (coverage.ready || y == range.last) flushRow(rasterizer, y);
-    table.step();
+    const bool stepped = table.step();
+    // Above the canvas nothing is painted. Where neither the order nor any x changes from one sub-row to the next,
+    // nothing happens at all until an edge starts or ends: an outline of endless coordinates has two thousand million
+    // of these.
+    if (y < 0 && !sorted && !stepped) {
+      const int32_t next = std::min(table.nextChange(y), range.last);
+      if (next > y) y = next - 1;
+    }
   }
 }
 
