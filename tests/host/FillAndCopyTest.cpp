@@ -1,0 +1,203 @@
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "host/Image.h"
+#include "host/PixelServices.h"
+
+namespace {
+
+using standin::Depth;
+using standin::Image;
+
+// A picture whose pixels all differ.
+template <class Pixel>
+Image numbered(int32_t width, int32_t height) {
+  Image image(standin::PixelFacts<Pixel>::depth, width, height, 8);
+  for (int32_t y = 0; y < height; ++y) {
+    for (int32_t x = 0; x < width; ++x) {
+      const PF_Pixel small{255, static_cast<A_u_char>(x * 10), static_cast<A_u_char>(y * 10),
+                           static_cast<A_u_char>(x + 16 * y)};
+      image.at<Pixel>(x, y) = standin::convertPixel<Pixel>(small);
+    }
+  }
+  return image;
+}
+
+int32_t redAt(const Image& image, int32_t x, int32_t y) {
+  return image.at<PF_Pixel>(x, y).red;
+}
+
+TEST(Fill, aColourGoesIntoTheRectangleOnly) {
+  Image image(Depth::k8, 4, 4, 4);
+  PF_EffectWorld world = image.view();
+  const PF_Rect rect{1, 2, 3, 9};
+  standin::fillWorld<PF_Pixel>(world, &rect, {1, 2, 3, 4});
+  for (int32_t y = 0; y < 4; ++y) {
+    for (int32_t x = 0; x < 4; ++x) {
+      const bool inside = x >= 1 && x < 3 && y >= 2;
+      EXPECT_EQ(image.at<PF_Pixel>(x, y).blue, inside ? 4 : 0) << x << " " << y;
+    }
+  }
+  EXPECT_TRUE(image.guardsIntact());
+}
+
+TEST(Fill, aNullRectangleIsTheWholeWorld) {
+  Image image(Depth::k32, 3, 2, 4);
+  PF_EffectWorld world = image.view();
+  standin::fillWorld<PF_PixelFloat>(world, nullptr, {0.5F, 0.25F, 1.0F, 2.0F});
+  for (int32_t y = 0; y < 2; ++y) {
+    for (int32_t x = 0; x < 3; ++x) EXPECT_EQ(image.at<PF_PixelFloat>(x, y).blue, 2.0F);
+  }
+  EXPECT_TRUE(image.guardsIntact());
+}
+
+template <class Pixel>
+class CopyAtDepth : public testing::Test {};
+using Pixels = testing::Types<PF_Pixel, PF_Pixel16, PF_PixelFloat>;
+TYPED_TEST_SUITE(CopyAtDepth, Pixels);
+
+TYPED_TEST(CopyAtDepth, equalSizesGiveTheSameBytes) {
+  const Image source = numbered<TypeParam>(5, 4);
+  for (const bool smoothly : {false, true}) {
+    Image target(source.depth(), 5, 4, 12);
+    const auto copy = smoothly ? standin::copyWorldSmoothly : standin::copyWorld;
+    copy(source.depth(), source.view(), target.view(), nullptr, nullptr);
+    EXPECT_TRUE(samePixels(source, target));
+    EXPECT_TRUE(target.guardsIntact());
+  }
+}
+
+TYPED_TEST(CopyAtDepth, aShiftedCopyIsClippedOnEverySide) {
+  const Image source = numbered<TypeParam>(5, 4);
+  for (int32_t dx = -6; dx <= 6; ++dx) {
+    for (int32_t dy = -5; dy <= 5; ++dy) {
+      Image target(source.depth(), 4, 3);
+      const PF_Rect from{0, 0, 5, 4};
+      const PF_Rect to{dx, dy, dx + 5, dy + 4};
+      standin::copyWorld(source.depth(), source.view(), target.view(), &from, &to);
+      for (int32_t y = 0; y < 3; ++y) {
+        for (int32_t x = 0; x < 4; ++x) {
+          const bool covered = x - dx >= 0 && x - dx < 5 && y - dy >= 0 && y - dy < 4;
+          const TypeParam expected = covered ? source.at<TypeParam>(x - dx, y - dy) : TypeParam{};
+          ASSERT_EQ(target.at<TypeParam>(x, y).red, expected.red) << dx << " " << dy << " " << x << " " << y;
+          ASSERT_EQ(target.at<TypeParam>(x, y).alpha, expected.alpha) << dx << " " << dy << " " << x << " " << y;
+        }
+      }
+      ASSERT_TRUE(target.guardsIntact());
+    }
+  }
+}
+
+TYPED_TEST(CopyAtDepth, doubleSizeByNearestDoublesEachPixel) {
+  const Image source = numbered<TypeParam>(3, 2);
+  Image target(source.depth(), 6, 4);
+  standin::copyWorld(source.depth(), source.view(), target.view(), nullptr, nullptr);
+  for (int32_t y = 0; y < 4; ++y) {
+    for (int32_t x = 0; x < 6; ++x) {
+      EXPECT_EQ(target.at<TypeParam>(x, y).blue, source.at<TypeParam>(x / 2, y / 2).blue);
+    }
+  }
+}
+
+TEST(Copy, threePixelsIntoTwoTakeTheNearestCentres) {
+  // Centres of the two lie at 0.75 and 2.25 of three: pixels 0 and 2.
+  const Image source = numbered<PF_Pixel>(3, 1);
+  Image target(Depth::k8, 2, 1);
+  standin::copyWorld(Depth::k8, source.view(), target.view(), nullptr, nullptr);
+  EXPECT_EQ(redAt(target, 0, 0), 0);
+  EXPECT_EQ(redAt(target, 1, 0), 20);
+}
+
+TEST(Copy, anEmptyOrReversedRectangleCopiesNothing) {
+  const Image source = numbered<PF_Pixel>(3, 3);
+  for (const PF_Rect to : {PF_Rect{2, 0, 2, 3}, PF_Rect{3, 0, 1, 3}, PF_Rect{0, 2, 3, 1}}) {
+    for (const auto copy : {standin::copyWorld, standin::copyWorldSmoothly}) {
+      Image target(Depth::k8, 3, 3);
+      copy(Depth::k8, source.view(), target.view(), nullptr, &to);
+      EXPECT_TRUE(samePixels(target, Image(Depth::k8, 3, 3)));
+    }
+  }
+}
+
+TEST(CopyHq, doubleSizeMixesByQuarters) {
+  // Centres of four lie at -0.25, 0.25, 0.75, 1.25 between two pixels of 0 and 100.
+  Image source(Depth::k8, 2, 1);
+  source.at<PF_Pixel>(0, 0) = {255, 0, 0, 0};
+  source.at<PF_Pixel>(1, 0) = {255, 100, 0, 0};
+  Image target(Depth::k8, 4, 1);
+  standin::copyWorldSmoothly(Depth::k8, source.view(), target.view(), nullptr, nullptr);
+  EXPECT_EQ(redAt(target, 0, 0), 0);
+  EXPECT_EQ(redAt(target, 1, 0), 25);
+  EXPECT_EQ(redAt(target, 2, 0), 75);
+  EXPECT_EQ(redAt(target, 3, 0), 100);
+  EXPECT_EQ(target.at<PF_Pixel>(2, 0).alpha, 255);
+}
+
+TEST(CopyHq, aTransparentNeighbourGivesAlphaButNoColour) {
+  Image source(Depth::k16, 2, 1);
+  source.at<PF_Pixel16>(0, 0) = {0, 32768, 32768, 32768};
+  source.at<PF_Pixel16>(1, 0) = {32768, 1000, 2000, 3000};
+  Image target(Depth::k16, 4, 1);
+  standin::copyWorldSmoothly(Depth::k16, source.view(), target.view(), nullptr, nullptr);
+  EXPECT_EQ(target.at<PF_Pixel16>(1, 0).alpha, 8192);
+  EXPECT_EQ(target.at<PF_Pixel16>(1, 0).red, 1000);
+  EXPECT_EQ(target.at<PF_Pixel16>(1, 0).green, 2000);
+}
+
+// The plain form in long double: four corners, each weighed by its distance.
+template <class Pixel>
+long double plainBilinear(const Image& source, int32_t targetWidth, int32_t targetHeight, int32_t x, int32_t y,
+                          int channel) {
+  const long double u = (x + 0.5L) * source.width() / targetWidth - 0.5L;
+  const long double v = (y + 0.5L) * source.height() / targetHeight - 0.5L;
+  const auto left = static_cast<int32_t>(std::floor(u));
+  const auto top = static_cast<int32_t>(std::floor(v));
+  long double alpha = 0;
+  long double color = 0;
+  for (int k = 0; k < 4; ++k) {
+    const int32_t sx = std::clamp(left + k % 2, 0, source.width() - 1);
+    const int32_t sy = std::clamp(top + k / 2, 0, source.height() - 1);
+    const long double wx = k % 2 == 1 ? u - left : 1 - (u - left);
+    const long double wy = k / 2 == 1 ? v - top : 1 - (v - top);
+    const Pixel& p = source.at<Pixel>(sx, sy);
+    alpha += wx * wy * static_cast<long double>(p.alpha);
+    color += wx * wy * static_cast<long double>(p.alpha) *
+             static_cast<long double>(channel == 1   ? p.red
+                                      : channel == 2 ? p.green
+                                                     : p.blue);
+  }
+  return channel == 0 ? alpha : color / alpha;
+}
+
+TYPED_TEST(CopyAtDepth, aStretchIsThePlainBilinearFormRoundedOnce) {
+  Image source = numbered<TypeParam>(7, 5);
+  std::mt19937 random(20240501);
+  for (int32_t y = 0; y < 5; ++y) {
+    for (int32_t x = 0; x < 7; ++x) {
+      const PF_Pixel p{static_cast<A_u_char>(1 + random() % 255), static_cast<A_u_char>(random()),
+                       static_cast<A_u_char>(random()), static_cast<A_u_char>(random())};
+      source.at<TypeParam>(x, y) = standin::convertPixel<TypeParam>(p);
+    }
+  }
+  const bool isFloat = source.depth() == Depth::k32;
+  for (const auto& [width, height] : {std::pair{11, 9}, std::pair{3, 2}, std::pair{7, 13}, std::pair{1, 1}}) {
+    Image target(source.depth(), width, height, 4);
+    standin::copyWorldSmoothly(source.depth(), source.view(), target.view(), nullptr, nullptr);
+    for (int32_t y = 0; y < height; ++y) {
+      for (int32_t x = 0; x < width; ++x) {
+        const TypeParam& p = target.at<TypeParam>(x, y);
+        const long double got[4] = {static_cast<long double>(p.alpha), static_cast<long double>(p.red),
+                                    static_cast<long double>(p.green), static_cast<long double>(p.blue)};
+        for (int c = 0; c < 4; ++c) {
+          const long double plain = plainBilinear<TypeParam>(source, width, height, x, y, c);
+          const long double allowed = isFloat ? 1e-7L : 0.5L + 1e-9L;
+          ASSERT_LE(std::fabs(got[c] - plain), allowed) << width << "x" << height << " at " << x << " " << y;
+        }
+      }
+    }
+    ASSERT_TRUE(target.guardsIntact());
+  }
+}
+
+}  // namespace

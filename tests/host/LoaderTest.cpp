@@ -1,0 +1,88 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "ScriptedEffect.h"
+#include "host/LoadedModule.h"
+
+namespace {
+
+using scripted::joined;
+using standin::Depth;
+using standin::LoadedModule;
+using standin::Matter;
+
+std::string probePath() {
+  // Beside this program, whatever folder the test is started from.
+  return (std::filesystem::path(testing::internal::GetArgvs()[0]).parent_path() / PROBE_FILE).string();
+}
+
+TEST(Loader, aModuleIsDrivenThroughItsEntry) {
+  const LoadedModule module(probePath());
+  standin::StandInHost host(module);
+  EXPECT_EQ(host.start(), PF_Err_NONE);
+  EXPECT_EQ(host.effectVersion(), 42u);
+  standin::FrameRequest frame;
+  frame.input = standin::Image(Depth::k16, 5, 4, 2);
+  frame.input.at<PF_Pixel16>(3, 2).green = 12345;
+  const standin::RenderResult result = host.renderClassic(frame, host.defaults());
+  EXPECT_EQ(result.error, PF_Err_NONE);
+  EXPECT_TRUE(samePixels(result.output, frame.input));
+  EXPECT_EQ(host.finish(), PF_Err_NONE);
+  EXPECT_TRUE(host.books().clean({Matter::kDeclaration})) << joined(host.books().report());
+}
+
+TEST(Loader, theEntrysNameIsThatOfTheResourceWhereThereIsOne) {
+  const LoadedModule module(probePath());
+  EXPECT_EQ(module.pipl().has_value(), PROBE_HAS_PIPL != 0);
+  standin::StandInHost host(module);
+  EXPECT_EQ(module.entryName(), PROBE_HAS_PIPL != 0 ? "ProbeEntry" : "EntryPointFunc");
+  EXPECT_EQ(host.about(), "by " + module.entryName());
+}
+
+TEST(Loader, flagsThatDifferFromTheResourceAreAComplaint) {
+  const LoadedModule module(probePath());
+  standin::StandInHost host(module);
+  host.globalSetup();
+  EXPECT_EQ(host.books().complaintCount(Matter::kDeclaration), PROBE_HAS_PIPL != 0 ? 1 : 0)
+      << joined(host.books().report());
+}
+
+TEST(Loader, theModulesOwnPathIsToldToTheEffect) {
+  const LoadedModule module(probePath());
+  standin::StandInHost host(module);
+  host.makeCurrent();
+  char path[260] = {};
+  host.utils()->get_platform_data(host.effectRef(), PF_PlatData_RES_FILE_PATH_DEPRECATED, path);
+  EXPECT_EQ(path, module.path());
+  EXPECT_TRUE(std::filesystem::path(module.path()).is_absolute());
+  EXPECT_EQ(std::filesystem::path(path).filename(), std::filesystem::path(PROBE_FILE).filename());
+}
+
+TEST(Loader, aMissingFileIsNamed) {
+  try {
+    const LoadedModule module("no-such-module");
+    FAIL() << "it was loaded";
+  } catch (const std::runtime_error& error) {
+    EXPECT_NE(std::string(error.what()).find("no-such-module"), std::string::npos) << error.what();
+  }
+}
+
+TEST(Loader, aFileThatIsNoModuleIsRefused) {
+  const std::filesystem::path file = std::filesystem::temp_directory_path() / "vindrel-no-module.bin";
+  std::ofstream(file) << "this is no module";
+  EXPECT_THROW(LoadedModule{file.string()}, std::runtime_error);
+  std::filesystem::remove(file);
+}
+
+TEST(Loader, aMovedModuleIsUnloadedOnce) {
+  LoadedModule first(probePath());
+  LoadedModule second(std::move(first));
+  EXPECT_EQ(first.entry(), nullptr);  // NOLINT: what a moved-from module holds is its contract
+  ASSERT_NE(second.entry(), nullptr);
+  standin::StandInHost host(second);
+  EXPECT_EQ(host.globalSetup(), PF_Err_NONE);
+}
+
+}  // namespace
