@@ -388,37 +388,36 @@ TEST(EffectorColour, aBlendColourOfAlphaZeroHasNoEffectUnderAnyModeAtAnyDepth) {
 }
 
 TEST(EffectorColour, eachPopupItemHasItsModeAndSeparatorsAreNormal) {
-  // One colour and one blend that tell all twelve modes apart, by hand, with an opaque blend:
-  // d = 200, s = 90 in red.
+  // Two channels of one opaque blend tell all twelve modes apart; by hand, the notes are those of red.
   const struct {
     int32_t item;
-    int red;
+    int red;   // 200 under 90
+    int blue;  // 20 under 90
   } rows[] = {
-      {1, 90},                            // the source
-      {2, 90},                            // a separator
-      {3, 255},                           // 200 + ((90 * 255) >> 8 = 89), cut
-      {4, 111},                           // 200 - 89
-      {5, 70},                            // 18000 >> 8
-      {6, 218},                           // (65025 - 55 * 165) >> 8
-      {7, 185},                           // 255 - ((55 * 165) >> 7)
-      {8, 140},                           // 18000 >> 7
-      {9, 187},                           // A = .78431, B = .35294: (.16917 * -.29412 + .78431) * 255 = 187.3
-      {10, 90},                           // a separator
-      {11, 90},                           // the smaller
-      {12, 200},                          // the larger
-      {13, 110},                          // the distance
-      {14, (165 * 200 + 55 * 90) / 256},  // 148
-      {0, 90},
-      {15, 90},
-      {-3, 90},
-      {999, 90},  // no items at all
+      {1, 90, 90},    // the source
+      {2, 90, 90},    // a separator
+      {3, 255, 109},  // 200 + ((90 * 255) >> 8 = 89), cut
+      {4, 111, 0},    // 200 - 89
+      {5, 70, 7},     // 18000 >> 8
+      {6, 218, 102},  // (65025 - 55 * 165) >> 8
+      {7, 185, 14},   // 255 - ((55 * 165) >> 7)
+      {8, 140, 14},   // 18000 >> 7
+      {9, 187, 14},   // A = .78431, B = .35294: (.16917 * -.29412 + .78431) * 255 = 187.3
+      {10, 90, 90},   // a separator
+      {11, 90, 20},   // the smaller
+      {12, 200, 90},  // the larger
+      {13, 110, 70},  // the distance
+      {14, 148, 95},  // (165 * 200 + 55 * 90) >> 8
+      {0, 90, 90},   {15, 90, 90}, {-3, 90, 90}, {999, 90, 90},  // no items at all
   };
   EffectorParams params = idle();
   params.color = 1;
   params.blendColor = {255, 90, 90, 90};
   for (const auto& row : rows) {
     params.blendMode = row.item;
-    EXPECT_EQ(after(params, 1.0).color.red, row.red) << "item " << row.item;
+    const Pixel8 color = after(params, 1.0).color;
+    EXPECT_EQ(color.red, row.red) << "item " << row.item;
+    EXPECT_EQ(color.blue, row.blue) << "item " << row.item;
   }
 }
 

@@ -24,6 +24,7 @@ TEST(LinearEffectMap, atAngleZeroTheRampRunsUpward) {
   EXPECT_EQ(map.Evaluate(100.0, 17.5), 0.75);
   EXPECT_EQ(map.Evaluate(100.0, 15.0), 0.5);
   EXPECT_EQ(map.Evaluate(100.0, 12.5), 0.25);
+  EXPECT_NEAR(map.Evaluate(100.0, 10.125), 0.0125, 1e-15);
 }
 
 TEST(LinearEffectMap, theWeightIsZeroExactlyAtTheReachAndBeyond) {

@@ -65,6 +65,9 @@ TEST(RadialEffectMap, mirroredTheFullWeightLiesOnTheRingAtHalfTheReach) {
   EXPECT_EQ(map.Evaluate(20.0, 0.0), 1.0);
   EXPECT_EQ(map.Evaluate(0.0, 0.0), 0.0);
   EXPECT_EQ(map.Evaluate(40.0, 0.0), 0.0);
+  // A tenth of the way out and in: (1 + cos 18 degrees) / 2.
+  EXPECT_NEAR(map.Evaluate(22.0, 0.0), 0.97552825814757678, 1e-15);
+  EXPECT_NEAR(map.Evaluate(18.0, 0.0), 0.97552825814757678, 1e-15);
   // Half way from the ring to the centre and to the rim.
   EXPECT_NEAR(map.Evaluate(10.0, 0.0), 0.5, 1e-15);
   EXPECT_NEAR(map.Evaluate(30.0, 0.0), 0.5, 1e-15);

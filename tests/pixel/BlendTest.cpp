@@ -148,7 +148,7 @@ TEST(BlendOverlay, turnsOverAt16385At16Bits) {
 }
 
 TEST(BlendOverlay, turnsOverAboveOneHalfInFloatAndIsCutAtOne) {
-  EXPECT_EQ(overlayChannel<Pixel32>(0.5F, 0.25F), 0.25F);
+  EXPECT_EQ(overlayChannel<Pixel32>(0.5F, 1e-8F), 1e-8F);    // the other branch would round to 0
   EXPECT_EQ(overlayChannel<Pixel32>(0.75F, 0.25F), 0.625F);  // 1 - 0.25 * 0.75 * 2
   EXPECT_EQ(overlayChannel<Pixel32>(0.5F, 4.0F), 1.0F);
 }
@@ -158,7 +158,7 @@ TEST(BlendHardLight, turnsOverOnTheSource) {
   EXPECT_EQ(hardLightChannel<Pixel8>(0, 128), 2);
   EXPECT_EQ(hardLightChannel<Pixel16>(32768, 16384), 32768);
   EXPECT_EQ(hardLightChannel<Pixel16>(0, 16385), 2);
-  EXPECT_EQ(hardLightChannel<Pixel32>(0.25F, 0.5F), 0.25F);
+  EXPECT_EQ(hardLightChannel<Pixel32>(1e-8F, 0.5F), 1e-8F);  // the other branch would round to 0
   EXPECT_EQ(hardLightChannel<Pixel32>(0.25F, 0.75F), 0.625F);
 }
 
@@ -238,6 +238,14 @@ TEST(BlendAll, aSourceOfAlphaZeroLeavesThePixelWholeAtTheIntegerDepths) {
   }
 }
 
+TEST(BlendAll, aSourceOfAlphaZeroLeavesAPixelOfAlphaZeroWholeToo) {
+  // Neither of the two has a weight here, so that mixing would divide by zero.
+  for (int32_t code = firstMode; code <= lastMode; ++code) {
+    EXPECT_EQ((blended(Pixel8{0, 34, 56, 78}, Pixel8{0, 250, 128, 3}, code)), (Pixel8{0, 34, 56, 78}));
+    EXPECT_EQ((blended(Pixel16{0, 34, 56, 78}, Pixel16{0, 250, 128, 3}, code)), (Pixel16{0, 34, 56, 78}));
+  }
+}
+
 TEST(BlendAll, theAlphaOfThePixelNeverChanges) {
   for (int32_t code = firstMode; code <= lastMode; ++code) {
     EXPECT_EQ(blended(Pixel8{12, 34, 56, 78}, Pixel8{99, 250, 128, 3}, code).alpha, 12) << "code " << code;
@@ -284,6 +292,8 @@ TEST(Blend16, channelsBeyondFullScaleWrapHarmlessly) {
   EXPECT_EQ(opaque<Pixel16>(multiplyBlend, 65535, 65535), 65532);
   // (-32767 * 65535) twice is 196606 modulo 2^32: 196606 >> 15 = 5.
   EXPECT_EQ(opaque<Pixel16>(exclusionBlend, 65535, 65535), 5);
+  // 40000 squared is 1600000000, >> 15 = 48828: cut.
+  EXPECT_EQ(opaque<Pixel16>(multiplyBlend, 40000, 40000), 32768);
   // 2^30 - 32767^2 = 65535, >> 15 = 1
   EXPECT_EQ(opaque<Pixel16>(screenBlend, 65535, 65535), 1);
   // Alpha beyond full scale: i = (-32767 * 65535) >> 15 = -65534, t = 1; 100 * 65535 - 7 * 65534 = 6094762,
