@@ -7,7 +7,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <fstream>
-#include <iterator>
 #include <set>
 #include <stdexcept>
 #include <string>
@@ -18,8 +17,10 @@ namespace {
 class FileBytes {
  public:
   explicit FileBytes(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    bytes_.assign(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
+    std::ifstream file(path, std::ios::binary | std::ios::ate);
+    bytes_.resize(static_cast<std::size_t>(std::max<std::streamoff>(file.tellg(), 0)));
+    file.seekg(0);
+    file.read(bytes_.data(), static_cast<std::streamsize>(bytes_.size()));
   }
 
   /// A little-endian number of `width` bytes.
