@@ -188,6 +188,17 @@ TEST_F(ClassicRoad, aFailedDrawingStillGivesTheValuesBack) {
   EXPECT_EQ(host.books().openCount(Matter::kParameter), 0);
 }
 
+TEST_F(ClassicRoad, aGreyedLayerIsNotFetchedButGivenBack) {
+  // With the controls as they are declared no layer is in use, and all four are greyed.
+  ASSERT_EQ(host.updateParamsUi(host.defaults()), 0);
+  host.log().clear();
+  ASSERT_EQ(render(frame()), 0);
+  EXPECT_EQ(host.log().count("checkout_param"), 110);
+  EXPECT_EQ(host.log().count("checkin_param"), 114);
+  EXPECT_EQ(host.books().complaintCount(Matter::kStrayCheckin), 4);
+  finishOwing({Matter::kStrayCheckin, Matter::kLayerParamUi});
+}
+
 TEST_F(ClassicRoad, anErrorOfGivingBackIsToldWhenThereIsNoOther) {
   host.faults().fail("checkin_param", 3, 57);
   EXPECT_EQ(render(frame()), 57);
