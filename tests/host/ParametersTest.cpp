@@ -214,6 +214,17 @@ TEST_F(Parameters, aCheckinWithoutACheckoutIsAComplaint) {
   EXPECT_EQ(host.books().complaintCount(Matter::kStrayCheckin), 1) << report();
 }
 
+TEST_F(Parameters, aSecondCheckinOfOneCheckoutIsAComplaint) {
+  effect.on[PF_Cmd_RENDER] = [](const Call& call) {
+    PF_ParamDef def{};
+    call.checkout(2, &def);
+    call.in->inter.checkin_param(call.in->effect_ref, &def);
+    return call.in->inter.checkin_param(call.in->effect_ref, &def);
+  };
+  host.renderClassic(frameOf(4, 4), host.defaults());
+  EXPECT_EQ(host.books().complaintCount(Matter::kStrayCheckin), 1) << report();
+}
+
 TEST_F(Parameters, aCheckoutIntoTheCommandsOwnArrayIsAComplaint) {
   effect.on[PF_Cmd_RENDER] = [](const Call& call) {
     call.checkout(1, call.params[1]);

@@ -479,10 +479,12 @@ TEST_F(Roads, aLockLeftOnTheSequenceDataIsReportedAndUndone) {
   ParameterValues values = host.defaults();
   host.userChangedParam("Slider", values);
   EXPECT_EQ(host.books().openCount(Matter::kHandleLock), 1) << report();
-  effect.on[PF_Cmd_USER_CHANGED_PARAM] = nullptr;
+  // Only what is not locked can be resized.
+  PF_Handle handle = host.sequenceData();
+  EXPECT_EQ(host.utils()->host_resize_handle(100, &handle), PF_Err_NONE) << "the host takes the lock off";
   effect.on.erase(PF_Cmd_USER_CHANGED_PARAM);
   host.userChangedParam("Slider", values);
-  EXPECT_EQ(host.books().openCount(Matter::kHandleLock), 1) << "the first lock was undone by the host";
+  EXPECT_EQ(host.books().openCount(Matter::kHandleLock), 1) << "one lock, one entry";
   host.dropSequence();
 }
 
