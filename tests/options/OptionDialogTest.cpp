@@ -13,6 +13,7 @@
 #include "effect/options/Messages.h"
 #include "effect/params/StoredDefaults.h"
 #include "tests/options/FakeSystem.h"
+#include "tests/params/TemporaryFolder.h"
 
 namespace {
 
@@ -38,11 +39,7 @@ class OptionDialog : public testing::Test {
     fakeSystem = {};
     fakeDialog = {};
     vindrel::languageState = {};
-    const auto* const test = testing::UnitTest::GetInstance()->current_test_info();
-    const auto base = std::filesystem::temp_directory_path() / (std::string("vindrel-dialog-") + test->name());
-    modulePath = base.string() + ".aex";
-    settings_ = base.string() + ".ini";
-    std::filesystem::remove(settings_);
+    modulePath = folder_.path("effect.aex");
     pathError = PF_Err_NONE;
     utils_.get_platform_data = platformData;
     inData_.utils = &utils_;
@@ -51,11 +48,7 @@ class OptionDialog : public testing::Test {
     inData_.version = {13, 0};
     std::strcpy(vindrel::versionLine, "Version=1.5");
   }
-  ~OptionDialog() override {
-    std::error_code ignored;
-    std::filesystem::remove(settings_, ignored);
-    vindrel::versionLine[0] = '\0';
-  }
+  ~OptionDialog() override { vindrel::versionLine[0] = '\0'; }
 
   void run() { vindrel::DoOptionDialog(&inData_, params_); }
 
@@ -72,7 +65,8 @@ class OptionDialog : public testing::Test {
   PF_UtilCallbacks utils_{};
   SPBasicSuite basic_{};
   PF_ParamDef* params_[1] = {nullptr};
-  std::string settings_;
+  vindrel::test::TemporaryFolder folder_;
+  std::string settings_ = folder_.path("effect.ini");
 };
 
 // What is shown.
@@ -228,8 +222,7 @@ TEST_F(OptionDialog, aHostThatDoesNotTellTheModuleDoesNothing) {
 }
 
 TEST_F(OptionDialog, aModulePathWithoutADotShowsTheDialogAndChangesNothing) {
-  modulePath = (std::filesystem::temp_directory_path() / "vindrel-without-a-dot").string();
-  if (modulePath.find('.') != std::string::npos) modulePath = "vindrel-without-a-dot";
+  modulePath = "a-module-without-a-dot";
   fakeDialog.clicks = {1010};
   run();
   EXPECT_EQ(fakeDialog.shown, 1);

@@ -9,20 +9,12 @@
 #include <iterator>
 #include <string>
 
+#include "tests/params/TemporaryFolder.h"
+
 namespace {
 
 class ProfileFile : public testing::Test {
  protected:
-  ProfileFile() {
-    const auto* const test = testing::UnitTest::GetInstance()->current_test_info();
-    path_ = (std::filesystem::temp_directory_path() / (std::string("vindrel-") + test->name() + ".ini")).string();
-    std::filesystem::remove(path_);
-  }
-  ~ProfileFile() override {
-    std::error_code ignored;
-    std::filesystem::remove(path_, ignored);
-  }
-
   void fileHolds(const std::string& text) const { std::ofstream(path_, std::ios::binary) << text; }
 
   std::string fileText() const {
@@ -58,7 +50,8 @@ class ProfileFile : public testing::Test {
   const char* path() const { return path_.c_str(); }
 
  private:
-  std::string path_;
+  vindrel::test::TemporaryFolder folder_;
+  std::string path_ = folder_.path("settings.ini");
 };
 
 // Missing things.
