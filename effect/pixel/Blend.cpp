@@ -4,6 +4,7 @@
 #include <cassert>
 #include <cmath>
 #include <cstdlib>
+#include <type_traits>
 
 namespace vindrel {
 namespace {
@@ -138,7 +139,7 @@ Channel<Pixel> hardLightChannel(Channel<Pixel> d, Channel<Pixel> s) noexcept {
 
 template <class Pixel>
 Channel<Pixel> softLightChannel(Channel<Pixel> d, Channel<Pixel> s) noexcept {
-  constexpr double F = PixelTraits<Pixel>::fullScale;
+  constexpr auto F = static_cast<double>(PixelTraits<Pixel>::fullScale);
   const double A = static_cast<double>(d) / F;
   const double B = static_cast<double>(s) / F;
   double curve = 0.0;
