@@ -133,6 +133,18 @@ TEST(ConvexFiller, anOutlineAboveTheCanvasPaintsNothing) {
   EXPECT_TRUE(canvas.guardsAreWhole());
 }
 
+// One side upright, the other moving by a sub-column per sub-row, from eight pixels above the canvas.
+TEST(ConvexFiller, aSlantedSideBesideAnUprightOneIsSteppedAboveTheCanvas) {
+  for (const Points& outline : {Points{{0, -8}, {0, 8}, {16, 8}}, Points{{0, -8}, {16, 8}, {0, 8}}}) {
+    TestCanvas<Pixel8> canvas(10, 8);
+    canvas.fill(outline, opaqueRed<Pixel8>());
+    EXPECT_EQ(canvas.count(7, 0), 64);
+    EXPECT_EQ(canvas.count(8, 0), 36);
+    EXPECT_EQ(canvas.count(9, 0), 0);
+    EXPECT_EQ(canvas.count(9, 1), 36);
+  }
+}
+
 TEST(ConvexFiller, anOutlineBelowTheCanvasPaintsNothing) {
   TestCanvas<Pixel8> canvas(4, 4);
   canvas.fill(box(0, 4, 4, 300), opaqueRed<Pixel8>());

@@ -108,11 +108,16 @@ TEST(PaintPixel32, coloursStayStraightByTheNewWeight) {
             (Pixel32{0.625F, 0.25F / 0.625F, 0.0F, 0.0F}));
 }
 
-// 25 * 0.1F lies between two floats and becomes exactly 2.5F; in double it would stay above and end on the next float.
-TEST(PaintPixel32, theWeightedOpacityIsRoundedToFloatBeforeItIsScaled) {
-  const double exact = 25.0 * static_cast<double>(0.1F);
-  ASSERT_GT(exact, 2.5);
+// 25 * 0.1F is 2.5000000372..., nearer to 2.5F than to the next float.
+TEST(PaintPixel32, theWeightedOpacityIsASingleFloat) {
   EXPECT_EQ(painted(Pixel32{}, Pixel32{0.1F, 0.0F, 0.0F, 0.0F}, 25).alpha, 0.0390625F);
+}
+
+// 1 - a is rounded to float before it meets the old alpha: 1 - 2^-30 becomes 1, so nothing of the old weight is lost.
+TEST(PaintPixel32, everyStepIsRoundedToFloat) {
+  const Pixel32 result = painted(Pixel32{0.75F, 0.5F, 0.0F, 0.0F}, Pixel32{0x1p-30F, 1.0F, 0.0F, 0.0F}, 64);
+  EXPECT_EQ(result.alpha, 0.75F);
+  EXPECT_EQ(result.red, 0.5F);
 }
 
 TEST(PaintPixel32, onlyAFiniteOpacityPaintsNothingAtACountOfZero) {
