@@ -27,7 +27,7 @@ TEST(ShippedPresetsTest, eachRendersAtEveryDepthAndChangesThePicture) {
     const std::string ending = depth == standin::Depth::k32 ? ".exr" : ".png";
     const std::string in = (folder / ("in" + ending)).string();
     const std::string out = (folder / ("out" + ending)).string();
-    cli::writePicture(in, smallPicture(depth, 200, 140));
+    cli::writePicture(in, smallPicture(depth, 400, 280));
     for (const auto& preset : shippedPresets()) {
       const Outcome outcome = runCommandLine({"render", in, out, "--preset", preset.string()});
       ASSERT_EQ(outcome.exitCode, 0) << outcome.err;
@@ -39,7 +39,7 @@ TEST(ShippedPresetsTest, eachRendersAtEveryDepthAndChangesThePicture) {
 TEST(ShippedPresetsTest, eachGivesTheSamePictureByEitherRoad) {
   const TemporaryFolder folder;
   const std::string in = (folder / "in.png").string();
-  cli::writePicture(in, smallPicture(standin::Depth::k8, 200, 140));
+  cli::writePicture(in, smallPicture(standin::Depth::k8, 400, 280));
   for (const auto& preset : shippedPresets()) {
     const std::string classic = (folder / "classic.png").string();
     const std::string smart = (folder / "smart.png").string();
