@@ -52,10 +52,15 @@ constexpr ControlRow row(std::string_view name, int32_t id, ControlRow rest) {
   return rest;
 }
 
+template <class Record, class Field>
+constexpr uint32_t sizeOf(Field Record::* /*field*/) {
+  return static_cast<uint32_t>(sizeof(Field));  // NOLINT(bugprone-sizeof-expression): a layer's field is a pointer
+}
+
 // A field of a record, as the place that a value goes to.
-#define FIELD_OF(record, field)                                                                  \
-  ParamTarget {                                                                                  \
-    static_cast<uint32_t>(offsetof(record, field)), static_cast<uint32_t>(sizeof(record::field)) \
+#define FIELD_OF(record, field)                                            \
+  ParamTarget {                                                            \
+    static_cast<uint32_t>(offsetof(record, field)), sizeOf(&record::field) \
   }
 #define FIELD(field) FIELD_OF(RenderParams, field)
 #define EFFECTOR_FIELD(field) FIELD_OF(EffectorParams, field)

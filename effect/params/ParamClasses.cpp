@@ -116,7 +116,7 @@ ParamAddCheckbox::ParamAddCheckbox(const ControlRow& row, const PF_ParamDef& def
 PF_Err ParamAddCheckbox::Add(PF_InData* in_data, int32_t paramId, const char* settingsPath) {
   // Only the low byte of a stored value counts; a byte from 128 up arrives as a negative value.
   const auto initial = static_cast<int8_t>(storedInteger(in_data, name, defaultValue, settingsPath));
-  def.u.bd.value = initial;
+  def.u.bd.value = initial;  // NOLINT(bugprone-signed-char-misuse): the sign is meant
   def.u.bd.dephault = initial;
   def.u.bd.u.nameptr = label;
   def.flags |= extraFlags;
@@ -170,7 +170,7 @@ PF_Err ParamAddLayer::Fetch(void* target, ParamGetter& getter) {
   if (targetSize == 0) return PF_Err_NONE;
   const auto setField = [this, target](PF_EffectWorld* world) {
     if (target != nullptr) {
-      std::memcpy(static_cast<char*>(target) + targetOffset, &world, sizeof world);
+      std::memcpy(static_cast<char*>(target) + targetOffset, &world, targetSize);
     }
   };
   setField(nullptr);
