@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "effect/pixel/Truncate.h"
 
@@ -49,7 +50,8 @@ struct LatticeBox {
 // The acceptance rectangle turned back into the lattice, in a box along the lattice's axes. (centerX, centerY) is where
 // the turn takes the grid centre to.
 LatticeBox boundsInLattice(const DotGrid& grid, double centerX, double centerY) {
-  LatticeBox box{INFINITY, -INFINITY, INFINITY, -INFINITY};
+  constexpr double endless = std::numeric_limits<double>::infinity();
+  LatticeBox box{endless, -endless, endless, -endless};
   for (const double x : {grid.boundLeft - centerX, grid.boundRight - centerX}) {
     for (const double y : {grid.boundTop - centerY, grid.boundBottom - centerY}) {
       const double along = x * grid.rotationCos + y * grid.rotationSin;

@@ -133,9 +133,9 @@ TEST(DotJitter, colorTakesThreeDrawsInTheOrderHueSaturationValue) {
   randomState = 0;
   const Pixel32 color = drawColor(amounts, Pixel32{0.0F, 1.0F, 0.0F, 0.0F});
   EXPECT_EQ(randomState, 60673U);
-  EXPECT_NEAR(double{color.blue}, value, 1e-6);
-  EXPECT_NEAR(double{color.red}, (1.0 - saturation) * value, 1e-6);
-  EXPECT_NEAR(double{color.green}, (1.0 - sixth * saturation) * value, 1e-6);
+  EXPECT_NEAR(static_cast<double>(color.blue), value, 1e-6);
+  EXPECT_NEAR(static_cast<double>(color.red), (1.0 - saturation) * value, 1e-6);
+  EXPECT_NEAR(static_cast<double>(color.green), (1.0 - sixth * saturation) * value, 1e-6);
 }
 
 TEST(DotJitter, noJitterStillCostsAGreyItsLevel) {
