@@ -3,6 +3,10 @@
 #include <OpenImageIO/imageio.h>
 #include <gtest/gtest.h>
 
+#ifdef __SANITIZE_ADDRESS__
+#include <sanitizer/lsan_interface.h>
+#endif
+
 #include "cli/UserError.h"
 #include "tests/cli/TemporaryFolder.h"
 
@@ -293,6 +297,11 @@ TEST_F(ImageFileTest, aCutOffFileIsRefusedInOneLine) {
   cli::writePicture(folder_ / "a.png", everyPair8());
   const std::string whole = folder_.read("a.png");
   folder_.write("cut.png", whole.substr(0, whole.size() / 2));
+#ifdef __SANITIZE_ADDRESS__
+  // The PNG library jumps out of the image library's callback, past the end of a text that is then never freed. Only
+  // what is taken in this scope is forgiven.
+  const __lsan::ScopedDisabler forgiveLibrary;
+#endif
   testing::internal::CaptureStderr();
   const std::string text = refusalToRead(folder_ / "cut.png");
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "") << "the library spoke for itself";
