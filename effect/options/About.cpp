@@ -23,12 +23,13 @@ PF_Err About(PF_InData* in_data, PF_OutData* out_data, PF_ParamDef*[], PF_LayerD
   const char* const copyright = LookupMessage(messageCopyright);
   // The empty text is the place of a note on the edition, of which there is one only. The host breaks the line at a
   // carriage return.
-  if (shiftDown)
+  if (shiftDown) {
     in_data->utils->ansi.sprintf(out_data->return_msg, "%s %d.%d.%d %s build:%d %s\r\r%s", effectName, major, minor,
                                  bugFix, stageName, build, "", copyright);
-  else
+  } else {
     in_data->utils->ansi.sprintf(out_data->return_msg, "%s %d.%d.%d %s\r\r%s", effectName, major, minor, bugFix, "",
                                  copyright);
+  }
   return PF_Err_NONE;
 }
 

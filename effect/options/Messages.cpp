@@ -84,10 +84,11 @@ void readLanguageOptions(const char* text, LanguageOptions& options) {
   for (const char* at = text; *at; ++at) {
     if (*at == '-') {
       ++at;
-      if (afterBlank && upper(*at) == 'L')
+      if (afterBlank && upper(*at) == 'L') {
         at = readLanguageCode(at, options.languageCode);
-      else if (afterBlank && upper(*at) == 'R' && upper(at[1]) == 'E')
+      } else if (afterBlank && upper(*at) == 'R' && upper(at[1]) == 'E') {
         options.renderEngineOption = true;
+      }
     }
     afterBlank = endsCode(*at);
     if (!*at) return;

@@ -25,6 +25,11 @@ void centreOnParent(platform::Window dialog) {
   platform::MoveWindow(dialog, left, top, own.right - own.left, own.bottom - own.top, true);
 }
 
+// A dialog hands its owner's pointer about as a number.
+DialogResult* resultIn(intptr_t word) {
+  return reinterpret_cast<DialogResult*>(word);  // NOLINT(performance-no-int-to-ptr)
+}
+
 void openDialog(platform::Window dialog, DialogResult* result) {
   platform::SetWindowLongPtrA(dialog, platform::userDataIndex, reinterpret_cast<intptr_t>(result));
   centreOnParent(dialog);
@@ -38,7 +43,7 @@ void openDialog(platform::Window dialog, DialogResult* result) {
 }
 
 void closeDialog(platform::Window dialog, int32_t action) {
-  auto* const result = reinterpret_cast<DialogResult*>(platform::GetWindowLongPtrA(dialog, platform::userDataIndex));
+  DialogResult* const result = resultIn(platform::GetWindowLongPtrA(dialog, platform::userDataIndex));
   if (action != 0) result->action = action;
   platform::EndDialog(dialog, 0);
 }
@@ -47,7 +52,7 @@ void closeDialog(platform::Window dialog, int32_t action) {
 
 intptr_t OptionDialogProc(platform::Window dialog, uint32_t message, uintptr_t wParam, intptr_t lParam) {
   if (message == platform::messageInitDialog) {
-    openDialog(dialog, reinterpret_cast<DialogResult*>(lParam));
+    openDialog(dialog, resultIn(lParam));
     return 1;
   }
   if (message != platform::messageCommand) return 0;

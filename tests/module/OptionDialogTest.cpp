@@ -21,7 +21,9 @@ const std::string japaneseSettings =
 class OptionDialog : public ::testing::Test {
  protected:
   OptionDialog() {
-    if (const char* const locale = std::getenv("LC_ALL")) localeBefore_ = locale;
+    if (const char* const locale = std::getenv("LC_ALL")) {
+      localeBefore_ = locale;
+    }
     setenv("LC_ALL", "C", 1);
     std::filesystem::copy_file(VINDREL_MODULE_PATH, folder.path("effect.aex"));
     setenv("VINDREL_DIALOG_LOG", folder.path("dialog.log").c_str(), 1);
@@ -29,10 +31,11 @@ class OptionDialog : public ::testing::Test {
   ~OptionDialog() override {
     unsetenv("VINDREL_DIALOG_LOG");
     unsetenv("VINDREL_DIALOG_ANSWER");
-    if (localeBefore_)
+    if (localeBefore_) {
       setenv("LC_ALL", localeBefore_->c_str(), 1);
-    else
+    } else {
       unsetenv("LC_ALL");
+    }
   }
 
   /// What the dialog showed: its place, then a line for each control.

@@ -22,6 +22,7 @@ int hostSprintf(A_char* buffer, const A_char* format, ...) {
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wformat-nonliteral"
 #endif
+  // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): the line above the pragmas initialises it
   const int written = std::vsnprintf(buffer, sizeof(PF_OutData::return_msg), format, arguments);
 #if defined(__GNUC__)
 #pragma GCC diagnostic pop

@@ -17,7 +17,7 @@ Seen* seen = nullptr;
 
 intptr_t recordingProcedure(platform::Window dialog, uint32_t message, uintptr_t wParam, intptr_t lParam) {
   if (message == platform::messageInitDialog) {
-    seen = reinterpret_cast<Seen*>(lParam);
+    seen = reinterpret_cast<Seen*>(lParam);  // NOLINT(performance-no-int-to-ptr)
     if (seen->greyButtons) {
       platform::EnableWindow(platform::GetDlgItem(dialog, 1010), false);
       platform::EnableWindow(platform::GetDlgItem(dialog, 1012), false);

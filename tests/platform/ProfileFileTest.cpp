@@ -39,8 +39,9 @@ class ProfileFile : public testing::Test {
     const uint32_t length =
         platform::GetPrivateProfileStringA("Version=1.5", key, otherwise, buffer.data(), size, path());
     EXPECT_EQ(buffer[size], '#') << "wrote beyond the buffer";
-    EXPECT_EQ(length, std::string(buffer.c_str()).size());
-    return buffer.c_str();
+    buffer.resize(buffer.find('\0'));
+    EXPECT_EQ(length, buffer.size());
+    return buffer;
   }
 
   bool write(const char* key, const char* value, const char* section = "Version=1.5") const {
