@@ -9,7 +9,6 @@ using moduletest::opaquePicture;
 using moduletest::plainHost;
 using standin::Depth;
 using standin::FrameRequest;
-using standin::Image;
 using standin::Matter;
 using standin::RenderResult;
 

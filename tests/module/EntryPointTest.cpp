@@ -11,7 +11,6 @@ namespace {
 using moduletest::HostedModule;
 using moduletest::LoadedOnly;
 using moduletest::plainHost;
-using standin::HandleCall;
 using standin::Matter;
 
 constexpr std::array<PF_Cmd, 10> ignoredCommands = {PF_Cmd_UNUSED_0,

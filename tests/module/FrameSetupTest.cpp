@@ -5,8 +5,6 @@ namespace {
 
 using moduletest::isTransparentBlack;
 using moduletest::opaquePicture;
-using standin::ById;
-using standin::CopyCall;
 using standin::Depth;
 using standin::FrameRequest;
 using standin::Image;
@@ -27,8 +25,8 @@ class FrameSetup : public moduletest::HostedModule {
   void TearDown() override {
     // The smart road gives no value back and no pixels of the side layers, and neither does a frame that a missing
     // suite has ended.
-    LoadedOnly::TearDown();
     finishOwing({standin::Matter::kParameter, standin::Matter::kLayerPixels});
+    HostedModule::TearDown();
   }
 
   FrameRequest frame(Depth depth = Depth::k8, int32_t width = 24, int32_t height = 16) const {

@@ -2,6 +2,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <limits>
 
 #include "tests/module/HostedModule.h"
 
@@ -9,7 +10,6 @@ namespace {
 
 using moduletest::HostedModule;
 using moduletest::LoadedOnly;
-using moduletest::plainHost;
 
 using GlobalSetup = LoadedOnly;
 
@@ -159,6 +159,36 @@ TEST_F(DynamicFlags, wideTimeIsSetWithAnIntervalOfOne) {
 TEST_F(DynamicFlags, wideTimeIsSetWithAnIntervalThatReadsAsANegativeNumber) {
   query(-1);
   EXPECT_TRUE(wideTime());
+}
+
+/// Asks for the flags while the eight bytes of the value read as this number.
+class DynamicFlagsOfEightBytes : public DynamicFlags {
+ protected:
+  bool wideTimeWith(double number) {
+    eightBytes = number;
+    PF_InData in = host.inData();
+    PF_OutData out = host.outData();
+    in.inter.checkout_param = [](PF_ProgPtr, PF_ParamIndex, A_long, A_long, A_u_long, PF_ParamDef* def) -> PF_Err {
+      def->u.fs_d.value = eightBytes;
+      return PF_Err_NONE;
+    };
+    in.inter.checkin_param = [](PF_ProgPtr, PF_ParamDef*) -> PF_Err { return PF_Err_NONE; };
+    EXPECT_EQ(module.entry()(PF_Cmd_QUERY_DYNAMIC_FLAGS, &in, &out, nullptr, nullptr, nullptr), 0);
+    return (out.out_flags & PF_OutFlag_WIDE_TIME_INPUT) != 0;
+  }
+
+  static inline double eightBytes = 0.0;
+};
+
+TEST_F(DynamicFlagsOfEightBytes, setWideTimeUnlessTheyReadAsZero) {
+  EXPECT_FALSE(wideTimeWith(0.0));
+  EXPECT_FALSE(wideTimeWith(-0.0));
+  EXPECT_TRUE(wideTimeWith(-1.0));
+  EXPECT_TRUE(wideTimeWith(1e-320));
+}
+
+TEST_F(DynamicFlagsOfEightBytes, setWideTimeWhenTheyAreNotANumber) {
+  EXPECT_TRUE(wideTimeWith(std::numeric_limits<double>::quiet_NaN()));
 }
 
 TEST_F(DynamicFlags, noOtherFlagChanges) {

@@ -52,7 +52,7 @@ class HostedModule : public LoadedOnly {
 
   void TearDown() override {
     LoadedOnly::TearDown();
-    if (!finished_) {
+    if (!finished) {
       finishOwing({});
     }
   }
@@ -60,13 +60,12 @@ class HostedModule : public LoadedOnly {
   /// Takes the instance and the module down. Of what is then owed only `matters` are overlooked; the test has counted
   /// them before.
   void finishOwing(std::initializer_list<standin::Matter> matters) {
-    finished_ = true;
+    finished = true;
     EXPECT_EQ(host.finish(), 0);
     EXPECT_EQ(owed(matters), "");
   }
 
- private:
-  bool finished_ = false;
+  bool finished = false;  ///< the instance and the module have been taken down
 };
 
 /// An opaque picture in which no two neighbours are alike.

@@ -20,7 +20,7 @@ class SequenceData : public moduletest::HostedModule {
     const PF_Handle old = host.sequenceData();
     EXPECT_EQ(host.sequenceResetup(), 0);
     EXPECT_NE(host.sequenceData(), old);
-    const Bytes record = host.sequenceBytes();
+    Bytes record = host.sequenceBytes();
     putBack(old);
     return record;
   }

@@ -31,10 +31,10 @@ class SmartRoad : public moduletest::HostedModule {
   }
 
   void TearDown() override {
-    if (!HasFatalFailure() && !finishedInTest) {
-      LoadedOnly::TearDown();
+    if (!finished) {
       finishOwing(leftCheckedOut);
     }
+    HostedModule::TearDown();
   }
 
   FrameRequest frame(Depth depth = Depth::k8) const {
@@ -58,7 +58,6 @@ class SmartRoad : public moduletest::HostedModule {
   static constexpr auto leftCheckedOut = {Matter::kParameter, Matter::kLayerPixels, Matter::kLayerParamUi};
 
   ParameterValues values;
-  bool finishedInTest = false;
 };
 
 TEST_F(SmartRoad, isOffered) {
@@ -271,7 +270,7 @@ TEST_F(SmartRoad, theCanvasLivesUntilTheHostDropsTheFrame) {
 TEST_F(SmartRoad, aFrameThatIsDroppedAfterTheSetDownEndsQuietly) {
   PreRendered made = host.preRender(frame(), values);
   ASSERT_EQ(made.render().error, 0);
-  finishedInTest = true;
+  finished = true;
   EXPECT_EQ(host.finish(), 0);
   // By then the effect has no way to the host's memory any more: what the frame held stays with the host.
   made.discard();
@@ -355,8 +354,8 @@ class BothRoads : public SmartRoad {
  protected:
   void TearDown() override {
     // The classic road checks in every control with a value, greyed layers too, which it hasn't checked out.
-    LoadedOnly::TearDown();
     finishOwing({Matter::kParameter, Matter::kLayerPixels, Matter::kLayerParamUi, Matter::kStrayCheckin});
+    SmartRoad::TearDown();
   }
 };
 
@@ -385,6 +384,45 @@ TEST_F(BothRoads, giveTheSamePixelsAtEveryDepthAndMask) {
       }
     }
   }
+}
+
+TEST_F(BothRoads, giveEachEffectorItsOwnMap) {
+  // Three maps that are dark in a third of the layer each. Dots shrink to nothing where a map is bright.
+  for (int32_t n = 0; n < 3; ++n) {
+    Image map(Depth::k8, 24, 16);
+    for (int32_t y = 0; y < 16; ++y) {
+      for (int32_t x = 0; x < 24; ++x) {
+        const bool dark = x / 8 == n;
+        const A_u_char level = dark ? 0 : 255;
+        map.at<PF_Pixel>(x, y) = {255, level, level, level};
+      }
+    }
+    const std::string number = std::to_string(n + 1);
+    values.setLayer("Custom Map Layer " + number, LayerValue::of(map));
+    values.setPopup("Effect Map " + number, 1);
+    values.setCheckbox("Fit to Layer " + number, true);
+    values.setCheckbox("Absolute " + number, true);
+    values.setNumber("ABS Size " + number, 0);
+  }
+  values.setNumber("Dot Size", 6);
+  values.setNumber("Dot Distance X", 2);
+  values.setNumber("Dot Distance Y", 2);
+  values.setCheckbox("Clear Background", true);
+  std::vector<Image> pictures;
+  for (const char* const enabled : {"Enable Effector 1", "Enable Effector 2", "Enable Effector 3"}) {
+    values.setCheckbox(enabled, true);
+    ASSERT_EQ(host.updateParamsUi(values), 0);
+    const RenderResult classic = host.renderClassic(frame(), values);
+    const RenderResult smart = host.renderSmart(frame(), values);
+    ASSERT_EQ(classic.error, 0);
+    ASSERT_EQ(smart.error, 0);
+    EXPECT_TRUE(samePixels(classic.output, smart.output)) << enabled;
+    pictures.push_back(smart.output);
+    values.setCheckbox(enabled, false);
+  }
+  EXPECT_FALSE(samePixels(pictures[0], pictures[1]));
+  EXPECT_FALSE(samePixels(pictures[1], pictures[2]));
+  EXPECT_FALSE(samePixels(pictures[0], pictures[2]));
 }
 
 TEST_F(BothRoads, differWhereALayerIsGreyedThoughItIsAskedFor) {

@@ -129,7 +129,7 @@ TEST(NewWorld, anAssignmentToItselfKeepsTheWorld) {
 
 TEST(NewWorld, anEmptyHandleHasNothing) {
   const EffectWorldPtr empty;
-  const EffectWorldPtr copy = empty;
+  const EffectWorldPtr copy = empty;  // NOLINT(performance-unnecessary-copy-initialization): it is the subject
   EXPECT_FALSE(copy);
   EXPECT_EQ(copy.world(), nullptr);
 }
