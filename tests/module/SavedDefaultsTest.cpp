@@ -22,7 +22,7 @@ class SavedDefaults : public ::testing::Test {
   }
   void TearDown() override {
     finish();
-    unsetenv("VINDREL_DIALOG_ANSWER");
+    unsetenv("VINDREL_DIALOG_ANSWER");  // NOLINT(concurrency-mt-unsafe): the test has one thread
   }
 
   void start() {
@@ -44,7 +44,7 @@ class SavedDefaults : public ::testing::Test {
     return host->defaults();
   }
   void answer(const char* button, const standin::ParameterValues& values) {
-    setenv("VINDREL_DIALOG_ANSWER", button, 1);
+    setenv("VINDREL_DIALOG_ANSWER", button, 1);  // NOLINT(concurrency-mt-unsafe): the test has one thread
     ASSERT_EQ(host->doDialog(values), 0);
   }
 

@@ -30,7 +30,7 @@ class StoredDefaultsOfAModule : public ::testing::Test {
   }
 
   /// A new start of the host: what it now holds as defaults is that of the file.
-  standin::ParameterValues start(standin::HostSettings settings = {}) {
+  standin::ParameterValues start(const standin::HostSettings& settings = {}) {
     host.emplace(*module, settings);
     EXPECT_EQ(host->start(), 0);
     return host->defaults();

@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include <cstring>
+#include <cstdio>
 
 #include "ae/Constants.h"
 #include "effect/params/ParamTable.h"
@@ -16,7 +16,7 @@ using test::PlainHost;
 
 ControlRow row(const char* name) {
   ControlRow result;
-  std::strcpy(result.name.data(), name);
+  std::snprintf(result.name.data(), result.name.size(), "%s", name);
   result.target = {0, 8};
   return result;
 }
@@ -87,7 +87,7 @@ TEST(ParamClasses, theEndOfAGroupHasAZeroDefinitionAndNoName) {
   PF_ParamDef expected = zeroedDef();
   expected.param_type = PF_Param_GROUP_END;
   expected.uu.id = 19;
-  EXPECT_EQ(std::memcmp(&host.added.at(0), &expected, sizeof expected), 0);
+  EXPECT_TRUE(test::sameBytes(host.added.at(0), expected));
 }
 
 TEST(ParamClasses, theErrorOfTheHostComesBack) {

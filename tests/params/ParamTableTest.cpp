@@ -219,8 +219,7 @@ TEST_F(ParamTable, aFailingCheckoutZeroesTheObjectAndStopsTheWalk) {
   // The failing control and those behind it keep what the record held.
   EXPECT_EQ(record.dotRotation, 0x11111111);
   EXPECT_EQ(record.rotationType, 0x11111111);
-  const PF_ParamDef zeroes = zeroedDef();
-  EXPECT_EQ(std::memcmp(&byId[5]->def, &zeroes, sizeof zeroes), 0);
+  EXPECT_TRUE(test::sameBytes(byId[5]->def, zeroedDef()));
 }
 
 TEST_F(ParamTable, aReleaseChecksInEveryControlWithAValue) {
@@ -307,7 +306,7 @@ TEST_F(ParamTable, theArrayGivesWholeRecordsAndTakesNothingBack) {
   GetParamFromArray getter(params.pointers.data());
   PF_ParamDef def = zeroedDef();
   EXPECT_EQ(getter.Get(3, &def), PF_Err_NONE);
-  EXPECT_EQ(std::memcmp(&def, &params.defs[3], sizeof def), 0);
+  EXPECT_TRUE(test::sameBytes(def, params.defs[3]));
   EXPECT_EQ(getter.Checkin(&def), PF_Err_NONE);
   EXPECT_FALSE(getter.DeferLayers());
   EXPECT_FALSE(getter.IsEnabled(3));

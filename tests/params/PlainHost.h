@@ -8,6 +8,7 @@
 #include <cstring>
 #include <map>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "ae/Constants.h"
@@ -16,6 +17,14 @@
 #include "ae/Suites.h"
 
 namespace vindrel::test {
+
+/// True when both definitions are the same byte for byte, fields of other kinds of controls included.
+inline bool sameBytes(const PF_ParamDef& left, const PF_ParamDef& right) {
+  const auto bytes = [](const PF_ParamDef& def) {
+    return std::string_view(reinterpret_cast<const char*>(&def), sizeof def);
+  };
+  return bytes(left) == bytes(right);
+}
 
 class PlainHost {
  public:

@@ -124,7 +124,7 @@ TEST_F(StoredDefaults, withoutAFileTheBuiltInDefaultsHold) {
   ASSERT_EQ(AddAll(&host.inData, nullptr), PF_Err_NONE);
   ASSERT_EQ(withPath.size(), host.added.size());
   for (size_t i = 0; i < withPath.size(); ++i) {
-    EXPECT_EQ(std::memcmp(&withPath[i], &host.added[i], sizeof(PF_ParamDef)), 0) << withPath[i].name;
+    EXPECT_TRUE(test::sameBytes(withPath[i], host.added[i])) << withPath[i].name;
   }
   EXPECT_FALSE(folder.has("a.b.ini"));
 }
@@ -213,6 +213,7 @@ TEST_F(StoredDefaults, aNumberIsReadFromItsFirst127Characters) {
 /// An array as a command gets it, with the values that the host received at the set-up.
 std::vector<PF_ParamDef*> pointersTo(std::vector<PF_ParamDef>& defs) {
   std::vector<PF_ParamDef*> pointers;
+  pointers.reserve(defs.size() + 1);
   for (PF_ParamDef& def : defs) pointers.push_back(&def);
   pointers.push_back(nullptr);
   return pointers;
