@@ -103,7 +103,7 @@ SPErr acquireSuite(const char* name, int32 version, const void** suite) {
     return kSPSuiteNotFoundError;
   }
   *suite = found->second;
-  return kSPNoError;
+  return host->givenWithError.count(line) != 0 ? kSPBadParameterError : kSPNoError;
 }
 
 SPErr releaseSuite(const char* name, int32 version) {

@@ -30,11 +30,12 @@ class SmallHost {
   int32_t count(const std::string& line) const;
 
   std::vector<std::string> log;
-  std::set<std::string> withheld;     ///< suites that give an error and no pointer: "PF World Suite 2"
-  std::set<std::string> givenAsNull;  ///< suites that give success and a null pointer
-  bool outOfMemory = false;           ///< host_new_handle gives null
-  bool locksFail = false;             ///< host_lock_handle gives null
-  SPErr releaseError = 0;             ///< what ReleaseSuite answers
+  std::set<std::string> withheld;        ///< suites that give an error and no pointer: "PF World Suite 2"
+  std::set<std::string> givenAsNull;     ///< suites that give success and a null pointer
+  std::set<std::string> givenWithError;  ///< suites that give both a pointer and an error
+  bool outOfMemory = false;              ///< host_new_handle gives null
+  bool locksFail = false;                ///< host_lock_handle gives null
+  SPErr releaseError = 0;                ///< what ReleaseSuite answers
   PF_Err newWorldError = 0;
   PF_Err pixelFormatError = 0;
   PF_PixelFormat pixelFormat = 0;  ///< what PF_GetPixelFormat tells

@@ -87,6 +87,13 @@ TEST(SuiteCache, aSuiteThatComesAsNullThrowsTheBareNumber) {
   EXPECT_EQ(thrownNumber([&] { suites->worldTransformSuite(); }), 516);
 }
 
+TEST(SuiteCache, aSuiteThatComesWithAnErrorThrowsTheBareNumber) {
+  SmallHost host;
+  host.givenWithError = {"PF World Transform Suite 1"};
+  AEUtil::SuiteScope suites(host.basic());
+  EXPECT_EQ(thrownNumber([&] { suites->worldTransformSuite(); }), 516);
+}
+
 TEST(SuiteCache, aRefusedSuiteIsAskedForAgainAtTheNextNeed) {
   SmallHost host;
   host.withheld = {"PF Handle Suite 2"};

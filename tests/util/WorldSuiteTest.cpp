@@ -40,6 +40,14 @@ TEST(NewWorld, isMadeAndDisposedOfByVersionTwoWhereTheHostHasIt) {
   EXPECT_EQ(host.log, (Lines{"acquire PF World Suite 2", "PF_DisposeWorld", "release PF World Suite 2"}));
 }
 
+TEST(NewWorld, isMadeByVersionTwoWheneverAPointerComesWhateverTheCode) {
+  SmallHost host;
+  host.givenWithError = {"PF World Suite 2"};
+  const EffectWorldPtr made = makeWorld(PF_PixelFormat_ARGB32);
+  EXPECT_NE(made.world(), nullptr);
+  EXPECT_EQ(host.count("PF_NewWorld clear 1"), 1);
+}
+
 TEST(NewWorld, isClearedEvenWhenNotAskedTo) {
   SmallHost host;
   const EffectWorldPtr made = makeWorld(PF_PixelFormat_ARGB32, 0);
