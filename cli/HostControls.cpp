@@ -119,10 +119,11 @@ void setValue(const ControlFacts& control, const ControlValue& value, standin::P
     }
     case ControlKind::place: {
       const Place place = std::get<Place>(value);
-      if (place.percent)
+      if (place.percent) {
         values.setPointPercent(key, place.x, place.y);
-      else
+      } else {
         values.setPoint(key, place.x, place.y);
+      }
       break;
     }
     case ControlKind::layer:

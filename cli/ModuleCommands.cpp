@@ -52,10 +52,11 @@ void showAbout(const Arguments& arguments, const Surroundings& surroundings) {
   // The host's message box takes a carriage return for a line end; a terminal would write over the line.
   for (std::size_t i = 0; i < text.size(); ++i) {
     if (text[i] != '\r') continue;
-    if (i + 1 < text.size() && text[i + 1] == '\n')
+    if (i + 1 < text.size() && text[i + 1] == '\n') {
       text.erase(i, 1);
-    else
+    } else {
       text[i] = '\n';
+    }
   }
   surroundings.out << text << '\n';
 }

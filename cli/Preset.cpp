@@ -36,10 +36,34 @@ std::string textOf(const json& value, const std::string& name, const std::string
   throw UserError(where + "'" + name + "' takes a number, a text, true or false, not " + value.type_name());
 }
 
-const json& objectAt(const json& parent, const char* key, const std::string& where) {
-  const json& part = parent.at(key);
+void needObject(const json& part, const char* key, const std::string& where) {
   if (!part.is_object()) throw UserError(where + "'" + key + "' takes names with values in braces");
-  return part;
+}
+
+std::vector<Assignment> controlsOf(const json& part, const std::string& where) {
+  needObject(part, "controls", where);
+  std::vector<Assignment> controls;
+  for (const auto& [name, value] : part.items()) controls.push_back({name, textOf(value, name, where)});
+  return controls;
+}
+
+std::string pictureOf(const json& value, const std::string& name, const fs::path& folder, const std::string& where) {
+  if (!value.is_string()) throw UserError(where + "'" + name + "' takes a picture, 'source' or 'none'");
+  std::string picture = value.get<std::string>();
+  if (picture == "source" || picture == "none" || picture.empty()) return picture;
+  return (folder / picture).string();
+}
+
+std::vector<Assignment> layersOf(const json& part, const fs::path& folder, const std::string& where) {
+  needObject(part, "layers", where);
+  std::vector<Assignment> layers;
+  for (const auto& [name, value] : part.items()) layers.push_back({name, pictureOf(value, name, folder, where)});
+  return layers;
+}
+
+[[noreturn]] void refuseKey(const std::string& key, const std::string& where) {
+  throw UserError(where + "no key '" + key + "'" +
+                  suggestion(key, {"about", "controls", "layers"}, "; it may have about, controls and layers"));
 }
 
 std::string contentOf(const fs::path& file) {
@@ -79,19 +103,11 @@ Preset readPreset(const fs::path& file) {
       if (!value.is_string()) throw UserError(where + "'about' takes a text");
       preset.about = value.get<std::string>();
     } else if (key == "controls") {
-      for (const auto& [name, entry] : objectAt(whole, "controls", where).items()) {
-        preset.controls.push_back({name, textOf(entry, name, where)});
-      }
+      preset.controls = controlsOf(value, where);
     } else if (key == "layers") {
-      for (const auto& [name, entry] : objectAt(whole, "layers", where).items()) {
-        if (!entry.is_string()) throw UserError(where + "'" + name + "' takes a picture, 'source' or 'none'");
-        std::string picture = entry.get<std::string>();
-        if (picture != "source" && picture != "none") picture = (file.parent_path() / picture).string();
-        preset.layers.push_back({name, picture});
-      }
+      preset.layers = layersOf(value, file.parent_path(), where);
     } else {
-      throw UserError(where + "no key '" + key + "'" +
-                      suggestion(key, {"about", "controls", "layers"}, "; it may have about, controls and layers"));
+      refuseKey(key, where);
     }
   }
   return preset;
