@@ -105,8 +105,11 @@ void addSquare(DrawContext<Pixel>& context, double x, double y, double w, double
 template <class Pixel>
 void addArc(DrawContext<Pixel>& context, double cx, double cy, double rx, double ry, double startAngle,
             double endAngle) {
-  for (double angle = startAngle; endAngle > angle; angle += arcStep) {
+  // By adding up: the last bit of each angle is part of the outline.
+  double angle = startAngle;
+  while (endAngle > angle) {
     addPoint(context, std::cos(angle) * rx + cx, std::sin(angle) * ry + cy);
+    angle += arcStep;
   }
 }
 

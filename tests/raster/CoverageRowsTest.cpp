@@ -7,7 +7,6 @@
 namespace vindrel {
 namespace {
 
-using model::Run;
 using model::Runs;
 
 Runs runs(const SpanList& list) {

@@ -101,7 +101,8 @@ inline Runs intersected(const Runs& a, const Runs& b) {
     }
   }
   if (hasRun && kept.empty()) {
-    for (; hasRun; nextRun()) kept.push_back(p);
+    kept.push_back(p);
+    kept.insert(kept.end(), a.begin() + static_cast<std::ptrdiff_t>(i) + 1, a.end());
   }
   return kept;
 }
@@ -416,8 +417,10 @@ class Rasterizer {
   }
 
   void arc(double cx, double cy, double rx, double ry, double start, double end) {
-    for (double angle = start; end > angle; angle += 0.15707963267948966) {
+    double angle = start;
+    while (end > angle) {
       add(std::cos(angle) * rx + cx, std::sin(angle) * ry + cy);
+      angle += 0.15707963267948966;
     }
   }
 

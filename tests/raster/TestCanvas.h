@@ -4,6 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <bit>
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -26,6 +29,13 @@ std::string text(const Pixel& p) {
   return out.str();
 }
 
+/// A float that is not a number equals itself here, and 0.0 differs from -0.0.
+template <class Pixel>
+bool sameBytes(const Pixel& a, const Pixel& b) {
+  using Bytes = std::array<std::byte, sizeof(Pixel)>;
+  return std::bit_cast<Bytes>(a) == std::bit_cast<Bytes>(b);
+}
+
 /// Also owns the context and the rasteriser that draw on it. Empty (all channels 0) at first.
 template <class Pixel>
 class TestCanvas {
@@ -34,7 +44,9 @@ class TestCanvas {
   static constexpr int32_t guardRows = 2;
 
   TestCanvas(int32_t columns, int32_t rowCount)
-      : width(columns), height(rowCount), memory_(static_cast<std::size_t>((columns + padding) * (rowCount + 4))) {
+      : width(columns),
+        height(rowCount),
+        memory_(static_cast<std::size_t>(columns + padding) * static_cast<std::size_t>(rowCount + 2 * guardRows)) {
     std::memset(static_cast<void*>(memory_.data()), guardByte, memory_.size() * sizeof(Pixel));
     for (int32_t y = 0; y < height; ++y) {
       for (int32_t x = 0; x < width; ++x) at(x, y) = Pixel{};
@@ -58,7 +70,7 @@ class TestCanvas {
     for (int32_t y = -guardRows; y < height + guardRows; ++y) {
       for (int32_t x = 0; x < width + padding; ++x) {
         const bool inside = y >= 0 && y < height && x < width;
-        if (!inside && std::memcmp(&at(x, y), &untouched, sizeof untouched) != 0) return false;
+        if (!inside && !sameBytes(at(x, y), untouched)) return false;
       }
     }
     return true;
@@ -74,15 +86,15 @@ class TestCanvas {
 
   /// Covered samples of a pixel that was empty and has been painted once, in a colour of full opacity.
   int32_t count(int32_t x, int32_t y) {
-    return static_cast<int32_t>(
-        static_cast<double>(at(x, y).alpha) / static_cast<double>(PixelTraits<Pixel>::fullScale) * 64.0 + 0.5);
+    const double share = static_cast<double>(at(x, y).alpha) / static_cast<double>(PixelTraits<Pixel>::fullScale);
+    return static_cast<int32_t>(std::lround(share * 64.0));
   }
 
   /// Empty when both hold the same bytes, otherwise the first pixel that differs.
   std::string differenceFrom(TestCanvas& other) {
     for (int32_t y = 0; y < height; ++y) {
       for (int32_t x = 0; x < width; ++x) {
-        if (std::memcmp(&at(x, y), &other.at(x, y), sizeof(Pixel)) != 0) {
+        if (!sameBytes(at(x, y), other.at(x, y))) {
           std::ostringstream out;
           out << "pixel (" << x << ", " << y << ") is " << text(at(x, y)) << ", should be " << text(other.at(x, y));
           return out.str();

@@ -9,7 +9,10 @@
 #define VINDREL_SEEN_BY_THE_CHECKER
 #endif
 
+// The name is the checker's choice.
+// NOLINTNEXTLINE(bugprone-reserved-identifier)
 extern "C" VINDREL_SEEN_BY_THE_CHECKER const char* __lsan_default_suppressions();
+// NOLINTNEXTLINE(bugprone-reserved-identifier)
 extern "C" const char* __lsan_default_suppressions() {
   return "leak:vindrel::spanAppend\nleak:vindrel::spanIntersect\n";
 }
