@@ -97,7 +97,7 @@ bool beginsWithMagic(const PF_InData& in_data, PF_Handle handle) {
 }  // namespace
 
 PF_Err setUpSequence(PF_InData* in_data, PF_OutData* out_data) {
-  const PF_Handle handle = in_data->utils->host_new_handle(sizeof(SequenceRecord));
+  PF_Handle handle = in_data->utils->host_new_handle(sizeof(SequenceRecord));
   if (handle == nullptr) {
     return PF_Err_OUT_OF_MEMORY;
   }
@@ -125,7 +125,7 @@ PF_Err flattenSequence(PF_InData* in_data, PF_OutData* out_data) {
   // Kept as is: even the reserved fields are stored as those of a new record, so that the form is a constant.
   resetStoredFields(*old.record());
   const std::vector<uint8_t> bytes = flatForm(*old.record());
-  const PF_Handle handle = in_data->utils->host_new_handle(bytes.size());
+  PF_Handle handle = in_data->utils->host_new_handle(bytes.size());
   if (handle == nullptr) {
     return PF_Err_OUT_OF_MEMORY;
   }

@@ -57,7 +57,7 @@ PF_Err requestFrame(FrameRecord& frame, PF_InData* in_data, PF_PreRenderExtra* e
 
 /// Input, output, format and side layers of the frame. `usable` tells whether there is something to draw on.
 PF_Err checkOutPixels(FrameRecord& frame, const PF_SmartRenderCallbacks& host, bool& usable) {
-  const PF_ProgPtr effect_ref = frame.in_data->effect_ref;
+  PF_ProgPtr effect_ref = frame.in_data->effect_ref;
   frame.input = nullptr;
   frame.output = nullptr;
   PF_Err err = host.checkout_layer_pixels(effect_ref, inputCheckout, &frame.input);

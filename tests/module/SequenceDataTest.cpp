@@ -17,7 +17,7 @@ class SequenceData : public moduletest::HostedModule {
   Bytes recordFrom(const Bytes& stored) {
     EXPECT_EQ(host.sequenceSetdown(), 0);
     host.loadSequence(stored);
-    const PF_Handle old = host.sequenceData();
+    PF_Handle old = host.sequenceData();
     EXPECT_EQ(host.sequenceResetup(), 0);
     EXPECT_NE(host.sequenceData(), old);
     Bytes record = host.sequenceBytes();
@@ -111,7 +111,7 @@ TEST_F(SequenceData, aResetupWithoutDataIsASetup) {
 }
 
 TEST_F(SequenceData, aResetupLeavesTheOldHandleToTheHost) {
-  const PF_Handle old = host.sequenceData();
+  PF_Handle old = host.sequenceData();
   const int32_t handles = host.books().openCount(Matter::kHandle);
   ASSERT_EQ(host.sequenceResetup(), 0);
   EXPECT_EQ(host.books().openCount(Matter::kHandle), handles + 1);
@@ -119,7 +119,7 @@ TEST_F(SequenceData, aResetupLeavesTheOldHandleToTheHost) {
 }
 
 TEST_F(SequenceData, everyFlatteningGivesTheSameBytes) {
-  const PF_Handle first = host.sequenceData();
+  PF_Handle first = host.sequenceData();
   ASSERT_EQ(host.sequenceFlatten(), 0);
   EXPECT_EQ(host.sequenceBytes(), storedForm);
   putBack(first);
@@ -129,17 +129,17 @@ TEST_F(SequenceData, everyFlatteningGivesTheSameBytes) {
   record[21] = 0x88;
   record[24] = 1;
   record[28] = 2;
-  const PF_Handle flat = host.sequenceData();
+  PF_Handle flat = host.sequenceData();
   host.loadSequence(record);
   putBack(flat);
-  const PF_Handle second = host.sequenceData();
+  PF_Handle second = host.sequenceData();
   ASSERT_EQ(host.sequenceFlatten(), 0);
   EXPECT_EQ(host.sequenceBytes(), storedForm);
   putBack(second);
 }
 
 TEST_F(SequenceData, aFlatteningLeavesTheOldHandleToTheHost) {
-  const PF_Handle old = host.sequenceData();
+  PF_Handle old = host.sequenceData();
   const int32_t handles = host.books().openCount(Matter::kHandle);
   ASSERT_EQ(host.sequenceFlatten(), 0);
   EXPECT_NE(host.sequenceData(), old);
@@ -153,10 +153,10 @@ TEST_F(SequenceData, aFlatteningPutsTheStoredFieldsOfTheOldRecordBack) {
   record[20] = 0x88;
   record[24] = 1;
   record[28] = 2;
-  const PF_Handle unused = host.sequenceData();
+  PF_Handle unused = host.sequenceData();
   host.loadSequence(record);
   putBack(unused);
-  const PF_Handle old = host.sequenceData();
+  PF_Handle old = host.sequenceData();
   ASSERT_EQ(host.sequenceFlatten(), 0);
   const auto* const bytes = static_cast<const uint8_t*>(*old);
   Bytes expected = freshRecord;
@@ -167,10 +167,10 @@ TEST_F(SequenceData, aFlatteningPutsTheStoredFieldsOfTheOldRecordBack) {
 }
 
 TEST_F(SequenceData, aRecordSurvivesSavingAndLoading) {
-  const PF_Handle first = host.sequenceData();
+  PF_Handle first = host.sequenceData();
   ASSERT_EQ(host.sequenceFlatten(), 0);
   putBack(first);
-  const PF_Handle flat = host.sequenceData();
+  PF_Handle flat = host.sequenceData();
   ASSERT_EQ(host.sequenceResetup(), 0);
   EXPECT_EQ(host.sequenceBytes(), freshRecord);
   putBack(flat);
@@ -215,7 +215,7 @@ TEST_F(SequenceData, aFlatteningThatCantLockTheRecordIsDamage) {
 }
 
 TEST_F(SequenceData, aFlatteningWithoutMemoryForTheStoredFormReturnsFour) {
-  const PF_Handle old = host.sequenceData();
+  PF_Handle old = host.sequenceData();
   const int32_t handles = host.books().openCount(Matter::kHandle);
   host.faults().fail("host_new_handle", 2, 0);
   EXPECT_EQ(host.sequenceFlatten(), PF_Err_OUT_OF_MEMORY);
@@ -224,7 +224,7 @@ TEST_F(SequenceData, aFlatteningWithoutMemoryForTheStoredFormReturnsFour) {
 }
 
 TEST_F(SequenceData, aFlatteningThatCantLockTheStoredFormDisposesOfIt) {
-  const PF_Handle old = host.sequenceData();
+  PF_Handle old = host.sequenceData();
   const int32_t handles = host.books().openCount(Matter::kHandle);
   host.faults().fail("host_lock_handle", 3, 0);
   EXPECT_EQ(host.sequenceFlatten(), PF_Err_INTERNAL_STRUCT_DAMAGED);
@@ -235,7 +235,7 @@ TEST_F(SequenceData, aFlatteningThatCantLockTheStoredFormDisposesOfIt) {
 // In a resetup the old handle is locked for the mark, then for its bytes; the new one when it is filled, then when it
 // is written.
 TEST_F(SequenceData, aResetupWhoseDataCantBeLockedForTheMarkIsASetup) {
-  const PF_Handle old = host.sequenceData();
+  PF_Handle old = host.sequenceData();
   host.faults().fail("host_lock_handle", 1, 0);
   EXPECT_EQ(host.sequenceResetup(), 0);
   EXPECT_EQ(host.sequenceBytes(), freshRecord);
@@ -253,7 +253,7 @@ TEST_F(SequenceData, aResetupWithoutMemoryReturnsFour) {
 }
 
 TEST_F(SequenceData, aResetupThatCantWriteItsNewRecordLeavesItAsItIs) {
-  const PF_Handle old = host.sequenceData();
+  PF_Handle old = host.sequenceData();
   host.faults().fail("host_lock_handle", 4, 0);
   EXPECT_EQ(host.sequenceResetup(), PF_Err_INTERNAL_STRUCT_DAMAGED);
   EXPECT_NE(host.sequenceData(), old);

@@ -70,7 +70,7 @@ TEST(PendingErrors, keepTheirRoomWhenEmptied) {
 TEST(LockedHandle, isUnlockedOnEveryWayOut) {
   SmallHost host;
   void* block = nullptr;
-  const PF_Handle handle = &block;
+  PF_Handle handle = &block;
   block = &host;
   try {
     const AEUtil::LockedHandle lock(handle);

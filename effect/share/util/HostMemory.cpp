@@ -13,7 +13,7 @@ namespace {
 
 /// A locked block of `bytes` bytes that holds its own handle in front, or null.
 char* newLockedHandle(const PF_HandleSuite1& suite, A_HandleSize bytes) {
-  const PF_Handle handle = suite.host_new_handle(bytes);
+  PF_Handle handle = suite.host_new_handle(bytes);
   if (handle == nullptr) {
     return nullptr;
   }
