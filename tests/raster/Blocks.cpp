@@ -15,8 +15,7 @@ vindrel::blocks::Refusal howToRefuse = vindrel::blocks::Refusal::throws;
 void* operator new(std::size_t size) {
   if (blocksLeft <= 0) {
     // As the module's own allocator does before the host has lent its memory; the build says so to the compiler.
-    void* const none = nullptr;
-    if (howToRefuse == vindrel::blocks::Refusal::answersNull) return none;
+    if (howToRefuse == vindrel::blocks::Refusal::answersNull) return nullptr;  // NOLINT
     throw std::bad_alloc();
   }
   if (blocksLeft != INT64_MAX) --blocksLeft;
