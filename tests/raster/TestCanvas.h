@@ -61,7 +61,10 @@ class TestCanvas {
   TestCanvas(const TestCanvas&) = delete;
   TestCanvas& operator=(const TestCanvas&) = delete;
 
-  Pixel& at(int32_t x, int32_t y) { return memory_[static_cast<std::size_t>((y + guardRows) * (width + padding) + x)]; }
+  Pixel& at(int32_t x, int32_t y) {
+    const int32_t index = (y + guardRows) * (width + padding) + x;
+    return memory_[static_cast<std::size_t>(index)];
+  }
 
   /// Whether nothing was written but pixels of the canvas.
   bool guardsAreWhole() {
