@@ -1,7 +1,7 @@
 #include "effect/filter/BaseFilter.h"
 
 #include "effect/filter/ClassicRoad.h"
-#include "effect/filter/Identity.h"
+#include "effect/share/util/Identity.h"
 #include "effect/filter/SequenceData.h"
 #include "effect/filter/SmartRoad.h"
 #include "effect/options/About.h"

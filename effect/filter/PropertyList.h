@@ -9,7 +9,7 @@
 #include <cstdint>
 #include <string_view>
 
-#include "effect/filter/Identity.h"
+#include "effect/share/util/Identity.h"
 
 namespace vindrel {
 

@@ -1,6 +1,6 @@
 #include "effect/options/About.h"
 
-#include "effect/filter/Identity.h"
+#include "effect/share/util/Identity.h"
 #include "effect/options/Messages.h"
 #include "platform/KeyState.h"
 

@@ -3,13 +3,11 @@
 #include <algorithm>
 #include <iterator>
 
-#include "effect/filter/Identity.h"
+#include "effect/share/util/Identity.h"
+#include "effect/share/util/LanguageOptions.h"
 #include "platform/CodePage.h"
-#include "platform/CommandLine.h"
 
 namespace vindrel {
-
-LanguageState languageState;
 
 namespace {
 
@@ -49,57 +47,7 @@ constexpr MessageRow messageRows[] = {
      "Restore initial default parameter values"},
 };
 
-char upper(char c) {
-  return c >= 'a' && c <= 'z' ? static_cast<char>(c - ('a' - 'A')) : c;
-}
-
-bool isBlank(char c) {
-  return c == ' ' || c == '\t';
-}
-
-bool endsCode(char c) {
-  return isBlank(c) || c == '\0';
-}
-
-/// Reads the value of -L, from the letter L on. Returns the first character behind the code.
-const char* readLanguageCode(const char* at, uint32_t& code) {
-  ++at;
-  while (isBlank(*at)) ++at;
-  code = 0;
-  for (; !endsCode(*at); ++at) {
-    // Kept as is: a character beyond ASCII is negative and fills the upper bytes with ones. Such a code is no known
-    // language, and English. Held by aCharacterBeyondAsciiFillsTheUpperBytes.
-    code = (code << 8) | static_cast<uint32_t>(static_cast<int32_t>(static_cast<int8_t>(upper(*at))));
-  }
-  return at;
-}
-
 }  // namespace
-
-void readLanguageOptions(const char* text, LanguageOptions& options) {
-  // Kept as is: a double quote is a character like any other, so that an option inside a quoted path, behind a blank,
-  // is taken too; and an option at the very start is not, since no blank stands before it. Command lines that people
-  // have in their shortcuts rest on both. Held by anOptionInsideQuotesIsTaken and anOptionAtTheVeryStartIsNotSeen.
-  bool afterBlank = false;
-  for (const char* at = text; *at; ++at) {
-    if (*at == '-') {
-      ++at;
-      if (afterBlank && upper(*at) == 'L') {
-        at = readLanguageCode(at, options.languageCode);
-      } else if (afterBlank && upper(*at) == 'R' && upper(at[1]) == 'E') {
-        options.renderEngineOption = true;
-      }
-    }
-    afterBlank = endsCode(*at);
-    if (!*at) return;
-  }
-}
-
-void ReadCommandLine() {
-  if (languageState.commandLineRead) return;
-  languageState.commandLineRead = true;
-  readLanguageOptions(platform::GetCommandLineA(), languageState.options);
-}
 
 const char* LookupMessage(int32_t id) {
   const auto* const row = std::find_if(std::begin(messageRows), std::end(messageRows),

@@ -4,10 +4,10 @@
 #include <iterator>
 
 #include "ae/Constants.h"
-#include "effect/options/Messages.h"
 #include "effect/params/ControlIds.h"
 #include "effect/params/ControlRows.h"
 #include "effect/params/ParamClasses.h"
+#include "effect/share/util/LanguageOptions.h"
 #include "effect/share/util/SuiteCache.h"
 
 namespace vindrel {

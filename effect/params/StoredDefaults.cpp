@@ -4,7 +4,7 @@
 #include <cstring>
 
 #include "ae/Constants.h"
-#include "effect/filter/Identity.h"
+#include "effect/share/util/Identity.h"
 #include "effect/params/DecimalText.h"
 #include "effect/params/ParamGetter.h"
 #include "effect/params/ParamTable.h"

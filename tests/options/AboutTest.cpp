@@ -7,6 +7,7 @@
 #include <string>
 
 #include "effect/options/Messages.h"
+#include "effect/share/util/LanguageOptions.h"
 #include "tests/options/FakeSystem.h"
 
 namespace {

@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "effect/share/util/LanguageOptions.h"
 #include "tests/options/FakeSystem.h"
 
 namespace {

@@ -12,6 +12,7 @@
 #include "ae/Suites.h"
 #include "effect/options/Messages.h"
 #include "effect/params/StoredDefaults.h"
+#include "effect/share/util/LanguageOptions.h"
 #include "tests/options/FakeSystem.h"
 #include "tests/params/TemporaryFolder.h"
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "effect/options/Messages.h"
+#include "effect/share/util/LanguageOptions.h"
 
 namespace {
 
