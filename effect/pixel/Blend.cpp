@@ -119,6 +119,8 @@ Channel<Pixel> overlayChannel(Channel<Pixel> d, Channel<Pixel> s) noexcept {
   if constexpr (std::is_same_v<Pixel, Pixel8>) {
     return static_cast<uint8_t>(d < 128 ? doubledProduct<Pixel>(d, s) : doubledScreen<Pixel>(d, s));
   } else if constexpr (std::is_same_v<Pixel, Pixel16>) {
+    // Kept as is: the low 16 bits first and the cut afterwards, so that a destination beyond full scale may come out
+    // below it (keepsTheLowBitsAndIsCutAfterwardsAt16Bits).
     const int32_t result = d < 16385 ? doubledProduct<Pixel>(d, s) : doubledScreen<Pixel>(d, s);
     return std::min(static_cast<uint16_t>(result), PixelTraits<Pixel16>::fullScale);
   } else {

@@ -153,6 +153,15 @@ TEST(BlendOverlay, turnsOverAboveOneHalfInFloatAndIsCutAtOne) {
   EXPECT_EQ(overlayChannel<Pixel32>(0.5F, 4.0F), 1.0F);
 }
 
+TEST(BlendOverlay, isCutAtOneAboveTheMiddleTooInFloat) {
+  EXPECT_EQ(overlayChannel<Pixel32>(0.75F, 3.0F), 1.0F);  // 1 - 0.25 * -2 * 2 = 2
+}
+
+TEST(BlendOverlay, keepsTheLowBitsAndIsCutAfterwardsAt16Bits) {
+  EXPECT_EQ(overlayChannel<Pixel16>(16384, 65535), 32768);  // (16384 * 65535) >> 14 = 65535: cut
+  EXPECT_EQ(overlayChannel<Pixel16>(65535, 0), 32766);      // 32768 + 65534 = 98302, less 65536: not cut
+}
+
 TEST(BlendHardLight, turnsOverOnTheSource) {
   EXPECT_EQ(hardLightChannel<Pixel8>(255, 127), 253);
   EXPECT_EQ(hardLightChannel<Pixel8>(0, 128), 2);
@@ -180,6 +189,12 @@ TEST(BlendSoftLight, bendsAtOneEighthAndNotAtOneQuarter) {
   EXPECT_FLOAT_EQ(softLightChannel<Pixel32>(0.1875F, 0.75F), 0.31025635F);
   // A = 0.0625 lies below both: (0.0625 - 0.00390625) * (3 - 0.5) = 0.146484375, times 0.5.
   EXPECT_EQ(softLightChannel<Pixel32>(0.0625F, 0.75F), 0.1357421875F);
+}
+
+TEST(BlendSoftLight, atExactlyOneEighthTheRootIsTaken) {
+  // sqrt(0.125) = 0.353553...; the other branch would give 0.125 + 0.109375 * 2 = 0.34375.
+  EXPECT_FLOAT_EQ(softLightChannel<Pixel32>(0.125F, 1.0F), 0.35355339F);
+  EXPECT_EQ(softLightChannel<Pixel16>(4096, 32768), 11585);  // 0.353553 * 32768 = 11585.2
 }
 
 TEST(BlendSoftLight, darkensBelowTheMiddle) {

@@ -1,4 +1,5 @@
-// The integer blend modes against plain twins: exact fractions, floored once, over all pairs of 8-bit channels.
+// The blend modes against plain twins: exact fractions, floored once, over all pairs of 8-bit channels; and in float
+// step by step, each step rounded to single precision by itself.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -148,6 +149,76 @@ TEST(NormalOver16, agreesWithItsTwinForRandomPixels) {
     ASSERT_EQ(pixel.alpha, before.alpha);
   }
 }
+
+/// The single-precision number nearest to one sum, product or quotient of two such numbers: a double holds it with so
+/// many bits to spare that rounding twice makes no difference.
+double single(double number) {
+  return static_cast<double>(static_cast<float>(number));
+}
+
+/// A float mode for one channel, before the source's alpha weighs it. Soft Light is not among them.
+double twinFloatMode(int32_t code, double d, double s) {
+  const double doubled = single(single(d * s) * 2.0);
+  const double screened = single(single(1.0 - d) * single(1.0 - s));
+  const double doubledScreen = single(1.0 - single(screened * 2.0));
+  switch (code) {
+    case multiplyBlend:
+      return std::fmin(single(d * s), 1.0);
+    case screenBlend:
+      return single(1.0 - screened);
+    case overlayBlend:
+      return std::fmin(d > 0.5 ? doubledScreen : doubled, 1.0);
+    case hardLightBlend:
+      return s > 0.5 ? doubledScreen : doubled;
+    case darkenBlend:
+      return std::fmin(d, s);
+    case lightenBlend:
+      return std::fmax(d, s);
+    case differenceBlend:
+      return std::fabs(single(d - s));
+    case exclusionBlend:
+      return single(single(single(1.0 - d) * s) + single(single(1.0 - s) * d));
+    default:
+      return s;
+  }
+}
+
+/// One channel of a whole blend in float: `a` and `P` are the alphas of the source and of the pixel.
+double twinFloatBlend(int32_t code, double d, double s, double a, double P) {
+  if (code == addBlend) return std::fmin(single(single(a * s) + d), 1.0);
+  if (code == subtractBlend) return std::fmax(single(d - single(a * s)), 0.0);
+  const double result = twinFloatMode(code, d, s);
+  if (a == 1.0) return result;
+  const double i = single(single(1.0 - a) * P);
+  return single(single(single(result * a) + single(d * i)) / single(i + a));
+}
+
+class BlendModeFloat : public testing::TestWithParam<int32_t> {};
+
+TEST_P(BlendModeFloat, isRoundedToSinglePrecisionAtEveryStep) {
+  constexpr unsigned seed = 60617;
+  std::mt19937 random(seed);
+  const auto channel = [&](double low, double high) {
+    return static_cast<float>(low + (high - low) * (static_cast<double>(random()) / 4294967296.0));
+  };
+  for (int round = 0; round < 50000; ++round) {
+    const float alpha = random() % 4U == 0 ? 1.0F : channel(0.001, 1.0);
+    const Pixel32 source{alpha, channel(0.0, 1.0), channel(-0.5, 3.0), channel(0.4, 0.6)};
+    const Pixel32 before{channel(0.0, 1.0), channel(0.0, 1.0), channel(-0.5, 3.0), channel(0.4, 0.6)};
+    Pixel32 pixel = before;
+    blendPixel(pixel, source, GetParam());
+    const auto expected = [&](float d, float s) {
+      return static_cast<float>(twinFloatBlend(GetParam(), static_cast<double>(d), static_cast<double>(s),
+                                               static_cast<double>(alpha), static_cast<double>(before.alpha)));
+    };
+    ASSERT_EQ(pixel.red, expected(before.red, source.red)) << modeNames[GetParam()] << ", round " << round;
+    ASSERT_EQ(pixel.green, expected(before.green, source.green)) << modeNames[GetParam()] << ", round " << round;
+    ASSERT_EQ(pixel.blue, expected(before.blue, source.blue)) << modeNames[GetParam()] << ", round " << round;
+    ASSERT_EQ(pixel.alpha, before.alpha);
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(StepByStep, BlendModeFloat, testing::Values(1, 2, 3, 4, 5, 6, 7, 9, 10, 11, 12));
 
 }  // namespace
 }  // namespace vindrel

@@ -178,6 +178,50 @@ TEST(HsvRoundTrip, randomColoursNeverMoveByMoreThanALevel) {
   }
 }
 
+/// There and back at 8 bits in plain steps. Levels hang on last bits: the low channel is (1 - (V - m) / V) * V, which
+/// comes out at m or just below it.
+Pixel8 twinThereAndBack(const Pixel8& pixel) {
+  const double r = pixel.red * 0.00392156862745098;
+  const double g = pixel.green * 0.00392156862745098;
+  const double b = pixel.blue * 0.00392156862745098;
+  const double V = std::fmax(r, std::fmax(g, b));
+  const double m = std::fmin(r, std::fmin(g, b));
+  double S = 0.0;
+  if (V != 0.0) S = (V - m) / V;
+  double H = 0.0;
+  if (S != 0.0) {
+    if (V == r) {
+      H = (g - b) / (V - m);
+    } else if (V == g) {
+      H = (b - r) / (V - m) + 2.0;
+    } else {
+      H = (r - g) / (V - m) + 4.0;
+    }
+    H = H * sixth;
+    if (H < 0.0) H = H + 1.0;
+  }
+  const double sectors = H * 6.0;  // below six: nothing to wrap
+  const double f = sectors - std::floor(sectors);
+  const double p = (1.0 - S) * V;
+  const double q = (1.0 - f * S) * V;
+  const double t = (1.0 - (1.0 - f) * S) * V;
+  const double wheel[6][3] = {{V, t, p}, {q, V, p}, {p, V, t}, {p, q, V}, {t, p, V}, {V, p, q}};
+  const double* rgb = wheel[static_cast<int>(sectors)];
+  return {255, static_cast<uint8_t>(rgb[0] * 255.0), static_cast<uint8_t>(rgb[1] * 255.0),
+          static_cast<uint8_t>(rgb[2] * 255.0)};
+}
+
+TEST(HsvRoundTrip, everyLastBitIsThatOfThePlainSteps) {
+  for (int red = 0; red < 256; red += 3) {
+    for (int green = 0; green < 256; green += 3) {
+      for (int blue = 0; blue < 256; ++blue) {
+        const Pixel8 pixel{255, static_cast<uint8_t>(red), static_cast<uint8_t>(green), static_cast<uint8_t>(blue)};
+        ASSERT_EQ(hsvToRgb<Pixel8>(rgbToHsv(pixel)), twinThereAndBack(pixel)) << red << ' ' << green << ' ' << blue;
+      }
+    }
+  }
+}
+
 /// The same conversion by the textbook's other formula: channel(k) = V - V * S * clamp(min(k, 4 - k), 0, 1).
 double twinChannel(long double hue, long double saturation, long double value, long double n) {
   const long double k = std::fmod(n + (hue - std::floor(hue)) * 6.0L, 6.0L);
