@@ -1,7 +1,6 @@
 #include "effect/filter/BaseFilter.h"
 
 #include "effect/filter/ClassicRoad.h"
-#include "effect/share/util/Identity.h"
 #include "effect/filter/SequenceData.h"
 #include "effect/filter/SmartRoad.h"
 #include "effect/options/About.h"
@@ -9,6 +8,7 @@
 #include "effect/params/ParamRules.h"
 #include "effect/params/ParamTable.h"
 #include "effect/params/StoredDefaults.h"
+#include "effect/share/util/Identity.h"
 
 namespace vindrel {
 

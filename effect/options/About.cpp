@@ -1,7 +1,7 @@
 #include "effect/options/About.h"
 
-#include "effect/share/util/Identity.h"
 #include "effect/options/Messages.h"
+#include "effect/share/util/Identity.h"
 #include "platform/KeyState.h"
 
 namespace vindrel {

@@ -16,12 +16,12 @@ struct FrameRecord {
   RenderParams params{};
   PF_InData* in_data = nullptr;
   PF_OutData* out_data = nullptr;
-  PF_EffectWorld* input = nullptr;   ///< the layer that the effect is applied to
-  PF_EffectWorld* output = nullptr;  ///< the world that the host gets back
+  PF_EffectWorld* input = nullptr;                       ///< the layer that the effect is applied to
+  PF_EffectWorld* output = nullptr;                      ///< the world that the host gets back
   PF_PixelFormat pixel_format = PF_PixelFormat_INVALID;  ///< the tag of `input`; invalid while not known
-  PF_LRect extent{};                 ///< what the host says is visible; kept for a reader under a debugger
-  AEUtil::EffectWorldPtr canvas;     ///< the world that the dots are drawn on, in layer coordinates
-  bool whole_canvas = false;         ///< never set: the transfer always cuts out the part that `input` covers
+  PF_LRect extent{};              ///< what the host says is visible; kept for a reader under a debugger
+  AEUtil::EffectWorldPtr canvas;  ///< the world that the dots are drawn on, in layer coordinates
+  bool whole_canvas = false;      ///< never set: the transfer always cuts out the part that `input` covers
 };
 
 }  // namespace vindrel

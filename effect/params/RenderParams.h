@@ -18,57 +18,57 @@ using Bool8 = uint8_t;
 /// One effector group.
 struct EffectorParams {
   Bool8 enabled;
-  int32_t effectMap;        ///< 1 custom map, 2 separator, 3 radial, 4 radial mirror, 5 linear, 6 linear mirror
-  PF_Fixed angle;           ///< degrees, 16.16
-  PF_FixedPoint position;   ///< layer pixels, 16.16
+  int32_t effectMap;       ///< 1 custom map, 2 separator, 3 radial, 4 radial mirror, 5 linear, 6 linear mirror
+  PF_Fixed angle;          ///< degrees, 16.16
+  PF_FixedPoint position;  ///< layer pixels, 16.16
   Bool8 centerDotToFront;
-  double size;              ///< pixels
-  double falloff;           ///< percent
+  double size;                     ///< pixels
+  double falloff;                  ///< percent
   PF_EffectWorld* customMapLayer;  ///< null when there is none; never owned
   Bool8 fitToLayer;
   Bool8 pickSourceColor;
-  int32_t tiling;           ///< 1 none, 2 repeat, 3 mirror, 4 extend edge
+  int32_t tiling;  ///< 1 none, 2 repeat, 3 mirror, 4 extend edge
   Bool8 absolute;
-  double absSize;           ///< pixels
-  double absAspect;         ///< percent
-  PF_Fixed absRotation;     ///< degrees, 16.16
-  double absOpacity;        ///< percent
+  double absSize;                                              ///< pixels
+  double absAspect;                                            ///< percent
+  PF_Fixed absRotation;                                        ///< degrees, 16.16
+  double absOpacity;                                           ///< percent
   double ratioSize, ratioAspect, ratioRotation, ratioOpacity;  ///< factors, 1.0 changes nothing
-  double offsetSize;        ///< pixels
-  double offsetAspect;      ///< percent
-  PF_Fixed offsetRotation;  ///< degrees, 16.16
-  double offsetOpacity;     ///< percent
+  double offsetSize;                                           ///< pixels
+  double offsetAspect;                                         ///< percent
+  PF_Fixed offsetRotation;                                     ///< degrees, 16.16
+  double offsetOpacity;                                        ///< percent
   Bool8 color;
-  int32_t blendMode;        ///< popup value from 1, the separators at 2 and 10 counted
-  PF_Pixel blendColor;      ///< bytes 0 to 255 at every depth
-  PF_Fixed shiftHue;        ///< degrees, 16.16
+  int32_t blendMode;    ///< popup value from 1, the separators at 2 and 10 counted
+  PF_Pixel blendColor;  ///< bytes 0 to 255 at every depth
+  PF_Fixed shiftHue;    ///< degrees, 16.16
 };
 
 /// All controls of a frame. All bytes zero when made.
 struct RenderParams {
-  int32_t dotShape;         ///< a DotShape
-  PF_Pixel dotColor;        ///< bytes 0 to 255 at every depth
-  double dotSize;           ///< pixels
-  double dotAspect;         ///< percent, -100 to 100
-  PF_Fixed dotRotation;     ///< degrees, 16.16
-  int32_t rotationType;     ///< 1 normal, 2 look at centre, 3 fix dot angle
-  double dotOpacity;        ///< percent
-  int32_t distanceBetween;  ///< 1 between dots, 2 between centres
+  int32_t dotShape;                   ///< a DotShape
+  PF_Pixel dotColor;                  ///< bytes 0 to 255 at every depth
+  double dotSize;                     ///< pixels
+  double dotAspect;                   ///< percent, -100 to 100
+  PF_Fixed dotRotation;               ///< degrees, 16.16
+  int32_t rotationType;               ///< 1 normal, 2 look at centre, 3 fix dot angle
+  double dotOpacity;                  ///< percent
+  int32_t distanceBetween;            ///< 1 between dots, 2 between centres
   double dotDistanceX, dotDistanceY;  ///< pixels
   PF_FixedPoint centerPosition;       ///< layer pixels, 16.16
   Bool8 centerDotToFront;
-  PF_Fixed globalRotation;  ///< degrees, 16.16
-  int32_t globalRotationCenter;       ///< 1 centerPosition, 2 to 4 the position of effector 1 to 3
-  int32_t mask;             ///< 1 normal, 2 none, 3 layer
-  PF_EffectWorld* maskTargetLayer;    ///< null when there is none; never owned
+  PF_Fixed globalRotation;          ///< degrees, 16.16
+  int32_t globalRotationCenter;     ///< 1 centerPosition, 2 to 4 the position of effector 1 to 3
+  int32_t mask;                     ///< 1 normal, 2 none, 3 layer
+  PF_EffectWorld* maskTargetLayer;  ///< null when there is none; never owned
   Bool8 invertMask;
   Bool8 clearBackground;
-  int32_t randomInterval;   ///< frames
-  int32_t randomArray;      ///< count
+  int32_t randomInterval;  ///< frames
+  int32_t randomArray;     ///< count
   int32_t randomSeed;
   double randomSize, randomAspect, randomRotation, randomOpacity, randomDistanceX, randomDistanceY;  ///< spread
-  PF_Fixed randomHue;       ///< degrees, 16.16
-  double randomSaturation, randomValue;  ///< percent
+  PF_Fixed randomHue;                                                                                ///< degrees, 16.16
+  double randomSaturation, randomValue;                                                              ///< percent
   EffectorParams effector[3];
 };
 

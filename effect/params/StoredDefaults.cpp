@@ -4,10 +4,10 @@
 #include <cstring>
 
 #include "ae/Constants.h"
-#include "effect/share/util/Identity.h"
 #include "effect/params/DecimalText.h"
 #include "effect/params/ParamGetter.h"
 #include "effect/params/ParamTable.h"
+#include "effect/share/util/Identity.h"
 #include "platform/ProfileFile.h"
 
 namespace vindrel {
