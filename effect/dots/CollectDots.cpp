@@ -63,11 +63,11 @@ class DotMaker {
     dot.x = x + drawJitter(jitter.distanceX) * grid.pitchX;
     dot.y = y + drawJitter(jitter.distanceY) * grid.pitchY;
     dot.frontKey = frontOrderingPossible && centerDotToFront ? keyFromGridCenter(dot.x, dot.y) : noFrontKey;
-    dot.size = drawSize(jitter.size, base.size);
-    dot.aspect = drawJitter(jitter.aspect) + base.aspect;
-    dot.rotation = drawRotation(jitter.rotation, base.rotation);
-    dot.opacity = drawOpacity(jitter.opacity, base.opacity);
-    dot.color = base.color;
+    dot.size = drawSize(jitter.size, base.baseSize);
+    dot.aspect = drawJitter(jitter.aspect) + base.baseAspect;
+    dot.rotation = drawRotation(jitter.rotation, base.baseRotation);
+    dot.opacity = drawOpacity(jitter.opacity, base.baseOpacity);
+    dot.color = base.baseColor;
     for (const FrameEffector<Pixel>& effector : effectors) {
       if (effector.state.enabled == 0) continue;
       applyEffector(effector.state, *effector.map, effector.blendColor, frontOrderingPossible, dot);

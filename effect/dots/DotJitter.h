@@ -19,8 +19,9 @@ struct JitterAmounts {
   double aspect;                ///< 1.0 takes a round dot to a line
   double rotation;              ///< turns
   double opacity;               ///< 1.0 is opaque
-  double hue;                   ///< turns
-  double saturation, value;     ///< 1.0 is the full scale
+  double hueAmount;             ///< turns
+  double saturationAmount;      ///< 1.0 is the full scale
+  double valueAmount;           ///< 1.0 is the full scale
 };
 
 inline JitterAmounts makeJitterAmounts(const RenderParams& params) noexcept {
@@ -30,9 +31,9 @@ inline JitterAmounts makeJitterAmounts(const RenderParams& params) noexcept {
           .aspect = params.randomAspect,
           .rotation = params.randomRotation,
           .opacity = params.randomOpacity,
-          .hue = params.randomHue * 1.52587890625e-05 / 360.0,
-          .saturation = params.randomSaturation / 100.0,
-          .value = params.randomValue / 100.0};
+          .hueAmount = params.randomHue * 1.52587890625e-05 / 360.0,
+          .saturationAmount = params.randomSaturation / 100.0,
+          .valueAmount = params.randomValue / 100.0};
 }
 
 /// Draw 3. Pixels, never below 0.
@@ -70,9 +71,9 @@ inline double foldIntoUnit(double number) noexcept {
 template <class Pixel>
 Pixel drawColor(const JitterAmounts& amounts, const Pixel& color) noexcept {
   Hsv hsv = rgbToHsv(color);
-  hsv.hue = drawJitter(amounts.hue) + hsv.hue;
-  hsv.saturation = foldIntoUnit(drawJitter(amounts.saturation) + hsv.saturation);
-  hsv.value = foldIntoUnit(drawJitter(amounts.value) + hsv.value);
+  hsv.hue = drawJitter(amounts.hueAmount) + hsv.hue;
+  hsv.saturation = foldIntoUnit(drawJitter(amounts.saturationAmount) + hsv.saturation);
+  hsv.value = foldIntoUnit(drawJitter(amounts.valueAmount) + hsv.value);
   return hsvToRgb<Pixel>(hsv);
 }
 

@@ -6,6 +6,7 @@
 #include "effect/raster/DrawDot.h"
 
 namespace vindrel {
+
 template <class Pixel>
 void SortDots(std::vector<DotRecord<Pixel>>& records, DotOrder order) {
   using Dot = DotRecord<Pixel>;

@@ -16,11 +16,11 @@ namespace vindrel {
 /// What every dot of a frame is before jitter and effectors.
 template <class Pixel>
 struct BaseDot {
-  double size;      ///< pixels
-  double aspect;    ///< -1.0 to 1.0
-  double rotation;  ///< radians
-  double opacity;   ///< 1.0 is opaque; limited to 0.0 to 1.0 only when it is drawn from
-  Pixel color;
+  double baseSize;      ///< pixels
+  double baseAspect;    ///< -1.0 to 1.0
+  double baseRotation;  ///< radians
+  double baseOpacity;   ///< 1.0 is opaque; limited to 0.0 to 1.0 only when it is drawn from
+  Pixel baseColor;
 };
 
 template <class Pixel>
@@ -29,11 +29,11 @@ BaseDot<Pixel> makeBaseDot(const RenderParams& params) noexcept {
   if (aspect < -1.0) aspect = -1.0;
   if (aspect > 1.0) aspect = 1.0;
   const PF_Pixel& color = params.dotColor;
-  return {.size = params.dotSize,
-          .aspect = aspect,
-          .rotation = params.dotRotation * 1.52587890625e-05 * 0.017453292519943295,
-          .opacity = params.dotOpacity / 100.0,
-          .color = pixelFrom8<Pixel>(color.alpha, color.red, color.green, color.blue)};
+  return {.baseSize = params.dotSize,
+          .baseAspect = aspect,
+          .baseRotation = params.dotRotation * 1.52587890625e-05 * 0.017453292519943295,
+          .baseOpacity = params.dotOpacity / 100.0,
+          .baseColor = pixelFrom8<Pixel>(color.alpha, color.red, color.green, color.blue)};
 }
 
 /// The angle of a dot at x, y by the rotation type, radians. `rotation` is the dot's own, after jitter and effectors.

@@ -34,7 +34,8 @@ int32_t tileModeOf(int32_t tiling) noexcept {
   }
 }
 
-/// To the nearest integer, halves toward positive infinity.
+/// To the nearest integer, halves toward positive infinity. Kept as is: the two sides of zero round by themselves, and
+/// the number next to -0.5 goes to -1 (theNumberNextToMinusOneHalfGoesDown).
 int32_t roundHalfUp(double value) noexcept {
   if (value > 0.0) return truncateToInt32(value + 0.5);
   const double raised = value + 0.5;

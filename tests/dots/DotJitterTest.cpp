@@ -45,9 +45,9 @@ TEST(DotJitter, amountsAreTakenInTheirOwnUnits) {
   EXPECT_EQ(amounts.aspect, 4.0);
   EXPECT_EQ(amounts.rotation, 5.0);
   EXPECT_EQ(amounts.opacity, 6.0);
-  EXPECT_EQ(amounts.hue, 0.25);
-  EXPECT_EQ(amounts.saturation, 0.5);
-  EXPECT_EQ(amounts.value, 0.25);
+  EXPECT_EQ(amounts.hueAmount, 0.25);
+  EXPECT_EQ(amounts.saturationAmount, 0.5);
+  EXPECT_EQ(amounts.valueAmount, 0.25);
 }
 
 TEST(DotJitter, sizeSpreadsByItsOwnShare) {
@@ -121,9 +121,9 @@ TEST(DotJitter, theFoldBearsWhatIsNoNumberOrTooLarge) {
 
 TEST(DotJitter, colorTakesThreeDrawsInTheOrderHueSaturationValue) {
   JitterAmounts amounts{};
-  amounts.hue = 0.5;
-  amounts.saturation = 0.25;
-  amounts.value = 0.125;
+  amounts.hueAmount = 0.5;
+  amounts.saturationAmount = 0.25;
+  amounts.valueAmount = 0.125;
   // Red: hue 0, saturation 1, value 1. Draws 7, 14434, 60673 of state 0 give:
   const double hue = 1.0 * 7.0 / 65536.0 - 0.5;                           // wraps to just above half a turn
   const double saturation = 1.0 + (0.5 * 14434.0 / 65536.0 - 0.25);       // 0.86

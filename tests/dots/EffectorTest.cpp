@@ -140,6 +140,36 @@ TEST(EffectorState, theControlsThemselvesAreKept) {
 
 // No change.
 
+/// Full weight everywhere, and a count of the questions.
+class CountingMap final : public BaseEffectMap {
+ public:
+  explicit CountingMap(int& questions) : questions_(&questions) {}
+  double Evaluate(double, double) const noexcept override {
+    ++*questions_;
+    return 1.0;
+  }
+
+ private:
+  int* questions_;
+};
+
+TEST(Effector, aMapIsAskedOnceForEachDotThoughNothingChanges) {
+  int questions = 0;
+  const CountingMap map(questions);
+  for (int dots = 1; dots <= 3; ++dots) {
+    expectSame(after(idle(), map, draft(orange)), draft(orange));
+    EXPECT_EQ(questions, dots);
+  }
+}
+
+TEST(Effector, theMapOfADisabledOneIsNotAsked) {
+  int questions = 0;
+  EffectorParams params = idle();
+  params.enabled = 0;
+  after(params, CountingMap(questions), draft(orange));
+  EXPECT_EQ(questions, 0);
+}
+
 TEST(Effector, withAllRatiosOneAndNothingElseItChangesNothing) {
   for (const double weight : {0.0, 0.25, 1.0, 3.0}) expectSame(after(idle(), weight), draft(orange));
 }
@@ -316,6 +346,16 @@ TEST(EffectorWeight, aboveOneTheFormulasExtrapolate) {
   params.ratioSize = 2.0;
   params.offsetSize = 1.0;
   EXPECT_EQ(after(params, 3.0).size, 35.0);  // (1 * 3 + 1) * 8 + 3
+}
+
+TEST(EffectorWeight, belowZeroTheFormulasExtrapolateToo) {
+  // A float layer darker than black gives such a weight; only exactly 0.0 leaves the dot alone.
+  EffectorParams params = idle();
+  params.ratioSize = 3.0;
+  params.offsetOpacity = 50.0;
+  const DotDraft<Pixel8> dot = after(params, -0.25);
+  EXPECT_EQ(dot.size, 4.0);  // (2 * -0.25 + 1) * 8
+  EXPECT_EQ(dot.opacity, 0.625);
 }
 
 TEST(EffectorWeight, anOverbrightFloatLayerExtrapolates) {

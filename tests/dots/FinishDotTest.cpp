@@ -43,26 +43,26 @@ TEST(FinishDot, theBaseIsMadeFromTheControls) {
   params.dotRotation = fixed(30.5);
   params.dotOpacity = 150.0;
   const BaseDot<Pixel8> base = makeBaseDot<Pixel8>(params);
-  EXPECT_EQ(base.size, 12.25);
-  EXPECT_EQ(base.aspect, -40.0 / 100.0);
-  EXPECT_EQ(base.rotation, 30.5 * 0.017453292519943295);
-  EXPECT_EQ(base.opacity, 1.5);  // limited only where it is drawn from
-  EXPECT_EQ(base.color, (Pixel8{255, 255, 125, 20}));
+  EXPECT_EQ(base.baseSize, 12.25);
+  EXPECT_EQ(base.baseAspect, -40.0 / 100.0);
+  EXPECT_EQ(base.baseRotation, 30.5 * 0.017453292519943295);
+  EXPECT_EQ(base.baseOpacity, 1.5);  // limited only where it is drawn from
+  EXPECT_EQ(base.baseColor, (Pixel8{255, 255, 125, 20}));
 }
 
 TEST(FinishDot, anAspectBeyondAHundredPercentIsClamped) {
   RenderParams params = plainParams();
   params.dotAspect = 250.0;
-  EXPECT_EQ(makeBaseDot<Pixel8>(params).aspect, 1.0);
+  EXPECT_EQ(makeBaseDot<Pixel8>(params).baseAspect, 1.0);
   params.dotAspect = -100.5;
-  EXPECT_EQ(makeBaseDot<Pixel8>(params).aspect, -1.0);
+  EXPECT_EQ(makeBaseDot<Pixel8>(params).baseAspect, -1.0);
 }
 
 TEST(FinishDot, theBaseColorHasTheScaleOfItsDepth) {
   const RenderParams params = plainParams();
-  EXPECT_EQ(makeBaseDot<Pixel16>(params).color,
+  EXPECT_EQ(makeBaseDot<Pixel16>(params).baseColor,
             (Pixel16{32768, 32768, 16062, 2570}));  // 125 / 255 * 32768 = 16062.7, 20 / 255 * 32768 = 2570.04
-  EXPECT_EQ(makeBaseDot<Pixel32>(params).color.green, static_cast<float>(125.0 / 255.0));
+  EXPECT_EQ(makeBaseDot<Pixel32>(params).baseColor.green, static_cast<float>(125.0 / 255.0));
 }
 
 TEST(FinishDot, noAspectLeavesBothExtents) {

@@ -72,7 +72,10 @@ inline RandomFrame randomFrame(uint32_t seed) {
   // Not the library's distributions, which differ between libraries: frames are the same everywhere.
   const auto next = [&] { return static_cast<uint32_t>(engine()); };
   const auto below = [&](uint32_t count) { return next() % count; };
-  const auto between = [&](double low, double high) { return low + (high - low) * (next() / 4294967296.0); };
+  const auto between = [&](double low, double high) {
+    const double coarse = next() / 4294967296.0;
+    return low + (high - low) * (coarse + next() / 4294967296.0 / 4294967296.0);
+  };
   const auto orZero = [&](double value) { return below(2) == 0 ? value : 0.0; };
   const auto length = [&] { return below(2) == 0 ? between(0.0, 25.0) : below(20); };
 

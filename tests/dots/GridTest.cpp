@@ -69,6 +69,26 @@ void expectSameWalk(const RenderParams& params, int32_t width, int32_t height, u
   }
 }
 
+TEST(Grid, theLatticeIsTheSlowTwinsBitForBit) {
+  for (uint32_t seed = 1; seed <= 500; ++seed) {
+    const RandomFrame frame = randomFrame(seed);
+    SCOPED_TRACE(::testing::Message() << frame);
+    const plain::Grid twin = plain::makeGrid(frame.params, frame.width, frame.height);
+    const DotGrid grid = makeDotGrid(frame.params, frame.width, frame.height);
+    ASSERT_EQ(grid.gridCenterX, twin.gridCenterX);
+    ASSERT_EQ(grid.gridCenterY, twin.gridCenterY);
+    ASSERT_EQ(grid.rotationCenterX, twin.rotationCenterX);
+    ASSERT_EQ(grid.rotationCenterY, twin.rotationCenterY);
+    ASSERT_EQ(grid.pitchX, twin.pitchX);
+    ASSERT_EQ(grid.pitchY, twin.pitchY);
+    ASSERT_EQ(grid.rotation, twin.rotation);
+    ASSERT_EQ(grid.boundLeft, twin.boundLeft);
+    ASSERT_EQ(grid.boundTop, twin.boundTop);
+    ASSERT_EQ(grid.boundRight, twin.boundRight);
+    ASSERT_EQ(grid.boundBottom, twin.boundBottom);
+  }
+}
+
 TEST(Grid, theWalkIsTheSlowTwinsBitForBit) {
   std::size_t dots = 0;
   for (uint32_t seed = 1; seed <= 250; ++seed) {

@@ -75,6 +75,13 @@ TEST(LayerEffectMap, negativeHalvesGoUpToo) {
   EXPECT_EQ(ten.column(-2.49), 2);
 }
 
+TEST(LayerEffectMap, theNumberNextToMinusOneHalfGoesDown) {
+  // The largest number below one half: adding a half gives a fraction, and taking one away rounds to -1.
+  const TenBySix ten(mirror);
+  EXPECT_EQ(ten.column(-0.49999999999999994), 1);
+  EXPECT_EQ(ten.column(-0.4999999999999999), 0);
+}
+
 TEST(LayerEffectMap, theCentreOfTheLayerSitsOnTheGivenPoint) {
   LayerWorld<Pixel16> layer(10, 6);
   layer.number();
@@ -282,9 +289,11 @@ TYPED_TEST(LayerMemory, withoutALayerThereIsNoWeightAndNoColour) {
 
 TYPED_TEST(LayerMemory, aLayerOfNoWidthOrNoHeightIsAsNone) {
   const TypeParam fallback{1, 0, 1, 0};
-  for (const auto& [width, height] : {std::pair{0, 5}, std::pair{5, 0}, std::pair{0, 0}}) {
+  for (const auto& [width, height] : {std::pair{0, 5}, std::pair{5, 0}, std::pair{0, 0}, std::pair{-5, 5}}) {
     for (const int32_t tiling : {none, repeat, mirror, extend, unknown}) {
-      LayerWorld<TypeParam> layer(width, height);
+      LayerWorld<TypeParam> layer(1, 1);  // there is memory: the size alone tells
+      layer.world()->width = width;
+      layer.world()->height = height;
       const LayerEffectMap<TypeParam> map = onTopLeft(layer, tiling);
       EXPECT_FALSE(map.hasPixels());
       EXPECT_EQ(map.Evaluate(0.0, 0.0), 0.0);

@@ -1,17 +1,17 @@
 // The slow, plain twin of a frame's records: one long function that does one thing after the other, on the slow walk.
-// Of the code under test it uses only what has tests of its own: the effectors, their maps and the colour conversions.
+// Of the code under test it uses only what has tests of its own: the blend modes and the colour conversions.
 #pragma once
 
 #include <cmath>
 #include <cstdint>
 #include <vector>
 
-#include "effect/dots/EffectMap.h"
 #include "effect/dots/Effector.h"
 #include "effect/params/RenderParams.h"
 #include "effect/pixel/Convert.h"
 #include "effect/pixel/Hsv.h"
 #include "effect/raster/DotRecord.h"
+#include "tests/dots/PlainEffector.h"
 #include "tests/dots/PlainGridWalk.h"
 
 namespace vindrel::plain {
@@ -53,13 +53,6 @@ Field<Pixel> collectDots(const RenderParams& p, int32_t currentTime, int32_t tim
   const double baseOpacity = p.dotOpacity / 100;
   const Pixel baseColor = pixelFrom8<Pixel>(p.dotColor.alpha, p.dotColor.red, p.dotColor.green, p.dotColor.blue);
 
-  std::vector<EffectorState> states;
-  std::vector<EffectMapPtr> maps;
-  for (const EffectorParams& effector : p.effector) {
-    states.push_back(makeEffectorState(effector, width, height));
-    maps.push_back(MakeEffectMap<Pixel>(states.back()));
-  }
-
   Field<Pixel> field;
   walkGrid(grid, generator, ringLimit, [&](double X, double Y, int32_t, int32_t, int32_t) {
     DotDraft<Pixel> dot{};
@@ -80,10 +73,8 @@ Field<Pixel> collectDots(const RenderParams& p, int32_t currentTime, int32_t tim
     if (dot.opacity > 1) dot.opacity = 2.0 - dot.opacity;
     if (dot.opacity < 0) dot.opacity = 0;
     dot.color = baseColor;
-    for (std::size_t i = 0; i < 3; ++i) {
-      if (states[i].enabled == 0) continue;
-      const PF_Pixel& b = states[i].blendColor;
-      applyEffector(states[i], *maps[i], pixelFrom8<Pixel>(b.alpha, b.red, b.green, b.blue), field.frontOrdering, dot);
+    for (const EffectorParams& effector : p.effector) {
+      plain::applyEffector(effector, width, height, field.frontOrdering, dot);
     }
 
     Hsv hsv = rgbToHsv(dot.color);

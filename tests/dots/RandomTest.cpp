@@ -206,6 +206,22 @@ TEST(Random, aJitterRunsFromMinusItsAmountUpToJustBelowIt) {
   EXPECT_EQ(drawJitter(3.0), 6.0 * 65535.0 / 65536.0 - 3.0);
 }
 
+TEST(Random, aJitterRoundsEachOfItsSteps) {
+  // A tenth has all its bits, so twice a tenth times the draw is rounded, and taking a tenth away again is too.
+  int unlike = 0;
+  randomState = 0;
+  for (int draw = 0; draw < 1000; ++draw) {
+    const uint32_t before = randomState;
+    const auto number = static_cast<double>(NextRandom());
+    randomState = before;
+    const double product = 0.2 * number;
+    const double expected = product / 65536.0 - 0.1;
+    ASSERT_EQ(drawJitter(0.1), expected) << "from state " << before;
+    unlike += expected == 0.1 * (2.0 * number / 65536.0 - 1.0) ? 0 : 1;
+  }
+  EXPECT_GT(unlike, 100);  // the draws tell the order of the steps
+}
+
 TEST(Random, aJitterOfNothingIsZeroAndStillADraw) {
   randomState = 0;
   EXPECT_EQ(drawJitter(0.0), 0.0);

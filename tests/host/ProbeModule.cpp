@@ -7,8 +7,12 @@
 
 namespace {
 
+// A block of the module's own in each thread that calls it, as a module with exceptions has.
+thread_local int callsOfThisThread = 0;
+
 PF_Err answer(const char* name, PF_Cmd cmd, PF_InData* in_data, PF_OutData* out_data, PF_ParamDef* params[],
               PF_LayerDef* output) {
+  ++callsOfThisThread;
   if (cmd == PF_Cmd_ABOUT) std::strcpy(out_data->return_msg, name);
   if (cmd == PF_Cmd_GLOBAL_SETUP) {
     out_data->my_version = 42;
