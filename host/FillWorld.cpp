@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cmath>
 #include <type_traits>
 
 #include "host/PixelAccess.h"
@@ -21,7 +22,7 @@ typename PixelFacts<To>::Channel convertChannel(typename PixelFacts<From>::Chann
     return static_cast<Target>(static_cast<double>(value) / static_cast<double>(fullFrom));
   } else if constexpr (std::is_floating_point_v<Source>) {
     const double held = value > Source{0} ? std::min(static_cast<double>(value), 1.0) : 0.0;  // not a number: 0
-    return static_cast<Target>(held * static_cast<double>(fullTo) + 0.5);
+    return static_cast<Target>(std::floor(held * static_cast<double>(fullTo) + 0.5));
   } else {
     const uint64_t held = std::min<uint64_t>(value, fullFrom);
     return static_cast<Target>(roundedQuotient(held * fullTo, fullFrom));

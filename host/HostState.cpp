@@ -140,6 +140,7 @@ PF_EffectWorld HostState::lend(std::shared_ptr<const Image> picture, std::string
   PF_EffectWorld world = picture->view();
   if (!writeable) world.world_flags &= ~PF_WorldFlag_WRITEABLE;
   const uintptr_t key = ++lastWorldKey;
+  // NOLINTNEXTLINE(performance-no-int-to-ptr): a number in a field that has room for a pointer, never followed
   world.reserved0 = reinterpret_cast<void*>(key);
   const Depth depth = picture->depth();
   worlds.emplace(key, WorldInUse{depth, std::move(picture), false, false, 0, std::move(name)});

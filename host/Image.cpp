@@ -27,8 +27,8 @@ Pixel meanOfBlock(const Image& image, int32_t left, int32_t top, int32_t columns
   for (int32_t y = top; y < top + rows; ++y) {
     for (int32_t x = left; x < left + columns; ++x) {
       const Pixel& p = image.at<Pixel>(x, y);
-      const Sum a = p.alpha;
-      const Sum colors[3] = {p.red, p.green, p.blue};
+      const auto a = static_cast<Sum>(p.alpha);
+      const Sum colors[3] = {static_cast<Sum>(p.red), static_cast<Sum>(p.green), static_cast<Sum>(p.blue)};
       alpha += a;
       for (int c = 0; c < 3; ++c) {
         weighted[c] += colors[c] * a;

@@ -153,6 +153,7 @@ PF_Err StandInHost::updateParamsUi(const ParameterValues& values, const FrameReq
   const std::vector<PF_ParamDef> before(state_->paramsBegin, state_->paramsEnd);
   const PF_Err err = state_->callEntry(PF_Cmd_UPDATE_PARAMS_UI, params.pointers(), nullptr, nullptr);
   for (int32_t i = 0; i < params.size(); ++i) {
+    // NOLINTNEXTLINE(bugprone-suspicious-memory-comparison): any byte that differs was written
     if (std::memcmp(&before[static_cast<size_t>(i)], &params.at(i), sizeof(PF_ParamDef)) != 0) {
       state_->books.complain(Matter::kWrongArgument, "parameter " + std::to_string(i) + " was written to",
                              PF_Cmd_UPDATE_PARAMS_UI);

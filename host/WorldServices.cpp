@@ -95,7 +95,7 @@ PF_Err getPixelFormat(const PF_EffectWorld* world, PF_PixelFormat* format) {
 // The depth of a world that is about to be written; nothing when it can't or must not be.
 std::optional<Depth> depthToWrite(HostState& host, const PF_EffectWorld* world, std::string_view service) {
   const auto depth = host.depthOf(world, service);
-  if (!depth) return std::nullopt;
+  if (!depth || world == nullptr) return std::nullopt;
   const WorldInUse* known = host.find(*world);
   const bool mayWriteInput = (host.outFlags & PF_OutFlag_I_WRITE_INPUT_BUFFER) != 0;
   if (known != nullptr && (world->world_flags & PF_WorldFlag_WRITEABLE) == 0 && !mayWriteInput) {
@@ -193,7 +193,7 @@ PF_Err drawTransfer(HostState& host, PF_ModeFlags modeFlags, const PF_Rect* sour
                     const PF_CompositeMode* mode, const PF_MaskWorld* mask, A_long targetX, A_long targetY,
                     PF_EffectWorld* target) {
   const auto depth = commonDepth(host, "transfer_rect", source, target);
-  if (!depth) return PF_Err_BAD_CALLBACK_PARAM;
+  if (!depth || source == nullptr || target == nullptr) return PF_Err_BAD_CALLBACK_PARAM;
   if (mode == nullptr || modeFlags != PF_MF_Alpha_STRAIGHT) {
     host.complain(Matter::kUnknownService, "transfer_rect of colours that are multiplied by alpha");
     return PF_Err_BAD_CALLBACK_PARAM;
