@@ -1,0 +1,140 @@
+// Effectors with their maps against the plain twin, to the last bit of every value: which product comes first, and what
+// is added to what, decides on levels of a colour and on the columns of a layer.
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "effect/dots/Effector.h"
+#include "tests/dots/LayerWorld.h"
+#include "tests/dots/PlainEffector.h"
+
+namespace vindrel {
+namespace {
+
+using testing::LayerWorld;
+
+/// Random numbers of as many bits as a double has. Not the library's distributions, which differ between libraries.
+class RandomNumbers {
+ public:
+  explicit RandomNumbers(uint32_t seed) : engine_(seed) {}
+
+  uint32_t below(uint32_t count) { return static_cast<uint32_t>(engine_() % count); }
+  double between(double low, double high) {
+    return low + (high - low) * (static_cast<double>(engine_() >> 11U) / 9007199254740992.0);
+  }
+  Bool8 flag() { return static_cast<Bool8>(below(2)); }
+  uint8_t byte() { return static_cast<uint8_t>(below(3) == 0 ? below(2) * 255 : below(256)); }
+  PF_Fixed fixed(double low, double high) { return static_cast<PF_Fixed>(between(low, high) * 65536.0); }
+  /// Degrees, often a right angle.
+  PF_Fixed angle() {
+    return below(3) == 0 ? (static_cast<PF_Fixed>(below(17)) - 8) * 90 * 65536 : fixed(-3000.0, 3000.0);
+  }
+
+ private:
+  std::mt19937_64 engine_;
+};
+
+EffectorParams randomEffector(RandomNumbers& random) {
+  EffectorParams e{};
+  e.enabled = random.below(8) == 0 ? 0 : 1;
+  e.effectMap = 1 + static_cast<int32_t>(random.below(6));
+  e.angle = random.angle();
+  e.position = {random.fixed(-50.0, 150.0), random.fixed(-50.0, 150.0)};
+  e.centerDotToFront = random.flag();
+  e.size = random.below(8) == 0 ? 0.0 : random.between(0.0, 150.0);
+  e.falloff = random.below(4) == 0 ? random.below(2) * 100.0 : random.between(0.0, 100.0);
+  e.fitToLayer = random.flag();
+  e.pickSourceColor = random.flag();
+  e.tiling = 1 + static_cast<int32_t>(random.below(4));
+  e.absolute = random.flag();
+  e.absSize = random.between(0.0, 100.0);
+  e.absAspect = random.between(-130.0, 130.0);
+  e.absRotation = random.angle();
+  e.absOpacity = random.between(0.0, 100.0);
+  e.ratioSize = random.between(0.0, 4.0);
+  e.ratioAspect = random.between(0.0, 4.0);
+  e.ratioRotation = random.between(0.0, 4.0);
+  e.ratioOpacity = random.between(0.0, 4.0);
+  e.offsetSize = random.between(-100.0, 100.0);
+  e.offsetAspect = random.between(-130.0, 130.0);
+  e.offsetRotation = random.angle();
+  e.offsetOpacity = random.between(-100.0, 100.0);
+  e.color = random.flag();
+  e.blendMode = static_cast<int32_t>(random.below(16));
+  e.blendColor = {.alpha = random.byte(), .red = random.byte(), .green = random.byte(), .blue = random.byte()};
+  e.shiftHue = random.below(2) == 0 ? 0 : random.angle();
+  return e;
+}
+
+template <class Pixel>
+Pixel randomPixel(RandomNumbers& random) {
+  const auto channel = [&] {
+    if constexpr (std::is_same_v<Pixel, Pixel32>) {
+      return static_cast<float>(random.between(-0.25, 1.75));
+    } else {
+      return static_cast<Channel<Pixel>>(random.below(PixelTraits<Pixel>::fullScale + 1U));
+    }
+  };
+  const auto alpha = channel();
+  const auto red = channel();
+  const auto green = channel();
+  return {alpha, red, green, channel()};
+}
+
+template <class Pixel>
+class EffectorTwin : public ::testing::Test {};
+using Depths = ::testing::Types<Pixel8, Pixel16, Pixel32>;
+TYPED_TEST_SUITE(EffectorTwin, Depths);
+
+TYPED_TEST(EffectorTwin, everyValueIsThatOfThePlainStepsBitForBit) {
+  constexpr uint32_t seed = 31337;
+  constexpr int32_t canvasWidth = 97;
+  constexpr int32_t canvasHeight = 61;
+  RandomNumbers random(seed);
+  LayerWorld<TypeParam> layer(13, 9, 5);
+  for (int32_t row = 0; row < 9; ++row) {
+    for (int32_t column = 0; column < 13; ++column) layer.set(column, row, randomPixel<TypeParam>(random));
+  }
+  int changed = 0;
+  for (int round = 0; round < 40000; ++round) {
+    EffectorParams params = randomEffector(random);
+    if (random.below(8) != 0) params.customMapLayer = layer.world();
+    const EffectorState state = makeEffectorState(params, canvasWidth, canvasHeight);
+    const EffectMapPtr map = MakeEffectMap<TypeParam>(state);
+    const PF_Pixel& b = state.blendColor;
+    const auto blendColor = pixelFrom8<TypeParam>(b.alpha, b.red, b.green, b.blue);
+    for (int place = 0; place < 3; ++place) {
+      const bool frontOrdering = random.below(4) != 0;
+      DotDraft<TypeParam> before{};
+      before.frontKey = random.below(2) == 0 ? -1.0 : random.between(0.0, 9000.0);
+      before.x = random.between(-40.0, 140.0);
+      before.y = random.between(-40.0, 140.0);
+      before.size = random.between(-20.0, 60.0);
+      before.aspect = random.between(-2.0, 2.0);
+      before.rotation = random.between(-7.0, 7.0);
+      before.opacity = random.between(-1.0, 2.0);
+      before.color = randomPixel<TypeParam>(random);
+      DotDraft<TypeParam> dot = before;
+      applyEffector(state, *map, blendColor, frontOrdering, dot);
+      DotDraft<TypeParam> expected = before;
+      plain::applyEffector(params, canvasWidth, canvasHeight, frontOrdering, expected);
+      EXPECT_EQ(dot.frontKey, expected.frontKey);
+      EXPECT_EQ(dot.x, expected.x);
+      EXPECT_EQ(dot.y, expected.y);
+      EXPECT_EQ(dot.size, expected.size);
+      EXPECT_EQ(dot.aspect, expected.aspect);
+      EXPECT_EQ(dot.rotation, expected.rotation);
+      EXPECT_EQ(dot.opacity, expected.opacity);
+      EXPECT_EQ(dot.color, expected.color);
+      if (this->HasFailure()) {
+        FAIL() << "seed " << seed << ", round " << round << ", effect map " << params.effectMap << ", place "
+               << before.x << ", " << before.y;
+      }
+      changed += dot.size == before.size ? 0 : 1;
+    }
+  }
+  EXPECT_GT(changed, 60000);
+}
+
+}  // namespace
+}  // namespace vindrel
