@@ -2,9 +2,11 @@
 // is added to what, decides on levels of a colour and on the columns of a layer.
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <random>
 
 #include "effect/dots/Effector.h"
+#include "effect/dots/LayerEffectMap.h"
 #include "tests/dots/LayerWorld.h"
 #include "tests/dots/PlainEffector.h"
 
@@ -134,6 +136,55 @@ TYPED_TEST(EffectorTwin, everyValueIsThatOfThePlainStepsBitForBit) {
     }
   }
   EXPECT_GT(changed, 60000);
+}
+
+TEST(LayerTwin, besideEachEdgeOfAColumnLastBitsDecideAsInThePlainSteps) {
+  constexpr uint32_t seed = 8086;
+  RandomNumbers random(seed);
+  LayerWorld<Pixel16> layer(13, 9);
+  layer.number();
+  for (int round = 0; round < 20000; ++round) {
+    EffectorParams params = randomEffector(random);
+    params.effectMap = 1;
+    params.customMapLayer = layer.world();
+    params.tiling = 2;
+    const auto canvasWidth = static_cast<int32_t>(1 + random.below(300));
+    const auto canvasHeight = static_cast<int32_t>(1 + random.below(300));
+    const EffectMapPtr map = MakeEffectMap<Pixel16>(makeEffectorState(params, canvasWidth, canvasHeight));
+    const auto& layerMap = static_cast<const LayerEffectMap<Pixel16>&>(*map);
+    const auto positionOf = [&](double x, double y) {
+      return plain::layerPosition(params, canvasWidth, canvasHeight, x, y);
+    };
+    const double y = random.between(-40.0, 140.0);
+    double x = random.between(-40.0, 140.0);
+    // Go to where the column changes, and then look at the numbers next to that place on both sides.
+    const double columnsPerPixel = positionOf(x + 1.0, y).u - positionOf(x, y).u;
+    if (std::abs(columnsPerPixel) < 0.01) continue;
+    for (int step = 0; step < 3; ++step) {
+      const double u = positionOf(x, y).u;
+      x += (std::floor(u) + 0.5 - u) / columnsPerPixel;
+    }
+    for (int step = 0; step < 8; ++step) x = std::nextafter(x, -1e9);
+    for (int step = 0; step < 16; ++step) {
+      const Pixel16 expected = plain::layerPixel(params, plain::layerPlace(positionOf(x, y)), Pixel16{});
+      ASSERT_EQ(layerMap.SamplePixel(x, y), expected)
+          << "seed " << seed << ", round " << round << ", place " << x << ", " << y;
+      x = std::nextafter(x, 1e9);
+    }
+  }
+}
+
+TEST(EffectorStateTwin, theHueShiftIsScaledDownBeforeItIsDivided) {
+  int unlike = 0;
+  for (PF_Fixed shift = 1; shift < 40000000; shift += 65537) {
+    EffectorParams params{};
+    params.shiftHue = shift;
+    const double turns = makeEffectorState(params, 1, 1).hueShiftTurns;
+    const double degrees = shift / 65536.0;
+    ASSERT_EQ(turns, degrees / 360.0) << shift;
+    unlike += turns == shift * (1.0 / 65536.0 / 360.0) ? 0 : 1;
+  }
+  EXPECT_GT(unlike, 50);  // the numbers tell a division from a factor
 }
 
 }  // namespace

@@ -48,7 +48,12 @@ inline double radialWeight(const EffectorParams& e, double x, double y) {
   return std::cos((r - solid) * 3.141592653589793 / fade) * 0.5 + 0.5;
 }
 
-/// The layer's column and row, before any tiling, under a place on the canvas.
+/// The place in a layer, in layer pixels, that lies under a place on the canvas.
+struct LayerPosition {
+  double u, v;
+};
+
+/// The same as column and row, before any tiling.
 struct LayerPlace {
   int64_t column, row;
 };
@@ -59,8 +64,9 @@ inline int64_t nearest(double t) {
   return static_cast<int64_t>(t - 0.5);
 }
 
-/// There must be a layer, and the place must lie within 32 bits.
-inline LayerPlace layerPlace(const EffectorParams& e, int32_t canvasWidth, int32_t canvasHeight, double x, double y) {
+/// There must be a layer.
+inline LayerPosition layerPosition(const EffectorParams& e, int32_t canvasWidth, int32_t canvasHeight, double x,
+                                   double y) {
   double cx = e.position.x * perFixed;
   double cy = e.position.y * perFixed;
   double degrees = e.angle * perFixed;
@@ -83,7 +89,12 @@ inline LayerPlace layerPlace(const EffectorParams& e, int32_t canvasWidth, int32
   const double m11 = sy * c - 0.0 * s;
   const double m02 = (-cy * m01 + -cx * m00) + width * 0.5;
   const double m12 = (-cx * m10 + -cy * m11) + height * 0.5;
-  return {nearest((x * m00 + y * m01) + m02), nearest((x * m10 + y * m11) + m12)};
+  return {(x * m00 + y * m01) + m02, (x * m10 + y * m11) + m12};
+}
+
+/// The position must lie within 32 bits.
+inline LayerPlace layerPlace(LayerPosition position) {
+  return {nearest(position.u), nearest(position.v)};
 }
 
 /// One step at a time from the layer's edge, -1 for nothing there.
@@ -162,7 +173,7 @@ void applyEffector(const EffectorParams& e, int32_t canvasWidth, int32_t canvasH
   double w = 0.0;
   if (e.effectMap == 1) {
     if (e.customMapLayer != nullptr) {
-      const LayerPlace place = layerPlace(e, canvasWidth, canvasHeight, dot.x, dot.y);
+      const LayerPlace place = layerPlace(layerPosition(e, canvasWidth, canvasHeight, dot.x, dot.y));
       const Pixel opaqueBlack{PixelTraits<Pixel>::fullScale, 0, 0, 0};
       if (e.pickSourceColor != 0) dot.color = layerPixel(e, place, dot.color);
       w = layerWeight(layerPixel(e, place, opaqueBlack));
