@@ -223,7 +223,10 @@ TEST(HsvRoundTrip, everyLastBitIsThatOfThePlainSteps) {
 }
 
 /// The same conversion by the textbook's other formula: channel(k) = V - V * S * clamp(min(k, 4 - k), 0, 1).
-double twinChannel(long double hue, long double saturation, long double value, long double n) {
+double twinChannel(const Hsv& hsv, long double n) {
+  const auto hue = static_cast<long double>(hsv.hue);
+  const auto saturation = static_cast<long double>(hsv.saturation);
+  const auto value = static_cast<long double>(hsv.value);
   const long double k = std::fmod(n + (hue - std::floor(hue)) * 6.0L, 6.0L);
   const long double ramp = std::fmax(0.0L, std::fmin(1.0L, std::fmin(k, 4.0L - k)));
   return static_cast<double>(value - value * saturation * ramp);
@@ -238,9 +241,8 @@ TEST(HsvToRgb, agreesWithAnotherFormulaOverTheWholeWheel) {
     const Hsv hsv{hues(random), units(random), units(random)};
     const Pixel32 pixel = hsvToRgb<Pixel32>(hsv);
     const auto near = [](float a, double b) { return std::abs(static_cast<double>(a) - b) < 1e-6; };
-    ASSERT_TRUE(near(pixel.red, twinChannel(hsv.hue, hsv.saturation, hsv.value, 5.0L)) &&
-                near(pixel.green, twinChannel(hsv.hue, hsv.saturation, hsv.value, 3.0L)) &&
-                near(pixel.blue, twinChannel(hsv.hue, hsv.saturation, hsv.value, 1.0L)))
+    ASSERT_TRUE(near(pixel.red, twinChannel(hsv, 5.0L)) && near(pixel.green, twinChannel(hsv, 3.0L)) &&
+                near(pixel.blue, twinChannel(hsv, 1.0L)))
         << "seed " << seed << ", hue " << hsv.hue << ", saturation " << hsv.saturation << ", value " << hsv.value;
   }
 }
