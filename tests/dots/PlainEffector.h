@@ -59,8 +59,9 @@ struct LayerPlace {
 };
 
 inline int64_t nearest(double t) {
-  if (t > 0) return static_cast<int64_t>(t + 0.5);
-  if (t + 0.5 == std::floor(t + 0.5)) return static_cast<int64_t>(t);
+  const double raised = t + 0.5;
+  if (t > 0) return static_cast<int64_t>(raised);
+  if (raised == std::floor(raised)) return static_cast<int64_t>(t);
   return static_cast<int64_t>(t - 0.5);
 }
 
