@@ -67,28 +67,28 @@ struct ChannelPlaces {
   int alpha = -1;
 };
 
-ChannelPlaces placesOf(const ImageSpec& spec, const fs::path& file) {
+ChannelPlaces placesOf(const ImageSpec& layout, const fs::path& file) {
   const std::string colourSpace =
-      spec.get_string_attribute("tiff:ColorSpace", spec.get_string_attribute("jpeg:ColorSpace"));
+      layout.get_string_attribute("tiff:ColorSpace", layout.get_string_attribute("jpeg:ColorSpace"));
   // The library turns these into RGB by a rule of thumb; a print colour without its profile is better refused.
   if (colourSpace == "CMYK" || colourSpace == "YCCK") {
     throw UserError(quoted(file) + " is a CMYK picture; grey and RGB, each with or without alpha, can be read");
   }
-  const auto placeOf = [&spec](const char* name) { return spec.channelindex(name); };
-  if (spec.nchannels >= 3 && placeOf("R") >= 0 && placeOf("G") >= 0 && placeOf("B") >= 0) {
-    return {placeOf("R"), placeOf("G"), placeOf("B"), spec.alpha_channel};
+  const auto placeOf = [&layout](const char* name) { return layout.channelindex(name); };
+  if (layout.nchannels >= 3 && placeOf("R") >= 0 && placeOf("G") >= 0 && placeOf("B") >= 0) {
+    return {placeOf("R"), placeOf("G"), placeOf("B"), layout.alpha_channel};
   }
-  const bool greyWithAlpha = spec.nchannels == 2 && spec.alpha_channel == 1;
-  if (spec.nchannels == 1 || greyWithAlpha) return {0, 0, 0, greyWithAlpha ? 1 : -1};
+  const bool greyWithAlpha = layout.nchannels == 2 && layout.alpha_channel == 1;
+  if (layout.nchannels == 1 || greyWithAlpha) return {0, 0, 0, greyWithAlpha ? 1 : -1};
 
   std::string names;
-  for (const std::string& name : spec.channelnames) names += (names.empty() ? "" : ", ") + name;
+  for (const std::string& name : layout.channelnames) names += (names.empty() ? "" : ", ") + name;
   throw UserError(quoted(file) + " has the channels " + names +
                   "; grey and RGB, each with or without alpha, can be read");
 }
 
-Depth depthOf(const ImageSpec& spec, const fs::path& file) {
-  switch (spec.format.basetype) {
+Depth depthOf(const ImageSpec& layout, const fs::path& file) {
+  switch (layout.format.basetype) {
     case TypeDesc::UINT8:
       return Depth::k8;
     case TypeDesc::UINT16:
@@ -98,7 +98,7 @@ Depth depthOf(const ImageSpec& spec, const fs::path& file) {
     case TypeDesc::DOUBLE:
       return Depth::k32;
     default:
-      throw UserError(quoted(file) + " has pixels of the type " + spec.format.c_str() +
+      throw UserError(quoted(file) + " has pixels of the type " + layout.format.c_str() +
                       "; 8-bit, 16-bit and float pixels can be read");
   }
 }
@@ -145,20 +145,20 @@ Pixel unpacked(const Channel* from, const ChannelPlaces& places, bool associated
 template <class Pixel>
 Image readAs(ImageInput& input, const ChannelPlaces& places, const fs::path& file) {
   using Channel = typename standin::PixelFacts<Pixel>::Channel;
-  const ImageSpec& spec = input.spec();
-  const auto channelCount = static_cast<std::size_t>(spec.nchannels);
-  std::vector<Channel> pixels(static_cast<std::size_t>(spec.width) * static_cast<std::size_t>(spec.height) *
+  const ImageSpec& layout = input.spec();
+  const auto channelCount = static_cast<std::size_t>(layout.nchannels);
+  std::vector<Channel> pixels(static_cast<std::size_t>(layout.width) * static_cast<std::size_t>(layout.height) *
                               channelCount);
-  if (!input.read_image(0, 0, 0, spec.nchannels, OIIO::BaseTypeFromC<Channel>::value, pixels.data())) {
+  if (!input.read_image(0, 0, 0, layout.nchannels, OIIO::BaseTypeFromC<Channel>::value, pixels.data())) {
     throw UserError("can't read " + quoted(file) + ": " + oneLine(input.geterror()));
   }
-  const bool associated = places.alpha >= 0 && spec.get_int_attribute("oiio:UnassociatedAlpha", 0) == 0;
-  Image image(standin::PixelFacts<Pixel>::depth, spec.full_width, spec.full_height);
+  const bool associated = places.alpha >= 0 && layout.get_int_attribute("oiio:UnassociatedAlpha", 0) == 0;
+  Image image(standin::PixelFacts<Pixel>::depth, layout.full_width, layout.full_height);
   const Channel* from = pixels.data();
-  for (int y = 0; y < spec.height; ++y) {
-    for (int x = 0; x < spec.width; ++x, from += channelCount) {
-      const int toX = x + spec.x - spec.full_x;
-      const int toY = y + spec.y - spec.full_y;
+  for (int y = 0; y < layout.height; ++y) {
+    for (int x = 0; x < layout.width; ++x, from += channelCount) {
+      const int toX = x + layout.x - layout.full_x;
+      const int toY = y + layout.y - layout.full_y;
       if (toX < 0 || toY < 0 || toX >= image.width() || toY >= image.height()) continue;
       image.at<Pixel>(toX, toY) = unpacked<Pixel>(from, places, associated);
     }
@@ -273,9 +273,9 @@ void writePixels(ImageOutput& output, const fs::path& making, const fs::path& ta
     }
   }
   const TypeDesc type = OIIO::BaseTypeFromC<Channel>::value;
-  ImageSpec spec(image.width(), image.height(), 4, type);
-  if (!associate) spec.attribute("oiio:UnassociatedAlpha", 1);
-  if (!output.open(making.string(), spec) || !output.write_image(type, channels.data()) || !output.close()) {
+  ImageSpec layout(image.width(), image.height(), 4, type);
+  if (!associate) layout.attribute("oiio:UnassociatedAlpha", 1);
+  if (!output.open(making.string(), layout) || !output.write_image(type, channels.data()) || !output.close()) {
     throw UserError("can't write " + quoted(target) + ": " + oneLine(output.geterror()));
   }
 }
@@ -292,16 +292,16 @@ Image readPicture(const fs::path& file) {
     static_cast<void>(OIIO::geterror());  // names the library's own reasons, which help nobody who gave a wrong file
     throw UserError(quoted(file) + " is no picture that can be read; PNG, TIFF, EXR and JPEG can");
   }
-  const ImageSpec& spec = input->spec();
-  if (spec.full_width > PF_MAX_WORLD_WIDTH || spec.full_height > PF_MAX_WORLD_HEIGHT ||
-      spec.width > 2 * PF_MAX_WORLD_WIDTH || spec.height > 2 * PF_MAX_WORLD_HEIGHT) {
-    throw UserError(quoted(file) + " is " + std::to_string(spec.full_width) + " x " + std::to_string(spec.full_height) +
-                    " pixels; at most 30000 x 30000 can be rendered");
+  const ImageSpec& layout = input->spec();
+  if (layout.full_width > PF_MAX_WORLD_WIDTH || layout.full_height > PF_MAX_WORLD_HEIGHT ||
+      layout.width > 2 * PF_MAX_WORLD_WIDTH || layout.height > 2 * PF_MAX_WORLD_HEIGHT) {
+    throw UserError(quoted(file) + " is " + std::to_string(layout.full_width) + " x " +
+                    std::to_string(layout.full_height) + " pixels; at most 30000 x 30000 can be rendered");
   }
-  const ChannelPlaces places = placesOf(spec, file);
-  const Depth depth = depthOf(spec, file);
+  const ChannelPlaces places = placesOf(layout, file);
+  const Depth depth = depthOf(layout, file);
   Image image = standin::withPixelOf(depth, [&](auto pixel) { return readAs<decltype(pixel)>(*input, places, file); });
-  return upright(std::move(image), spec.get_int_attribute("Orientation", 1));
+  return upright(std::move(image), layout.get_int_attribute("Orientation", 1));
 }
 
 void checkWritable(const fs::path& file, Depth depth) {

@@ -21,10 +21,10 @@ namespace {
 
 /// Writes a file with the image library alone, so that what is read back rests on nothing of ours.
 template <class Channel>
-void writeForeign(const std::filesystem::path& file, const ImageSpec& spec, const std::vector<Channel>& channels) {
+void writeForeign(const std::filesystem::path& file, const ImageSpec& layout, const std::vector<Channel>& channels) {
   const auto output = ImageOutput::create(file.string());
   ASSERT_TRUE(output);
-  ASSERT_TRUE(output->open(file.string(), spec)) << output->geterror();
+  ASSERT_TRUE(output->open(file.string(), layout)) << output->geterror();
   ASSERT_TRUE(output->write_image(OIIO::BaseTypeFromC<Channel>::value, channels.data())) << output->geterror();
   ASSERT_TRUE(output->close());
 }
@@ -209,12 +209,12 @@ TEST_F(ImageFileTest, colourTimesAlphaIsMadeStraight) {
 }
 
 TEST_F(ImageFileTest, aCropStandsInItsPlaceOnTheFullImage) {
-  ImageSpec spec(1, 1, 4, TypeDesc::FLOAT);
-  spec.x = 2;
-  spec.y = 1;
-  spec.full_width = 4;
-  spec.full_height = 3;
-  writeForeign<float>(folder_ / "crop.exr", spec, {1, 0, 0, 1});
+  ImageSpec layout(1, 1, 4, TypeDesc::FLOAT);
+  layout.x = 2;
+  layout.y = 1;
+  layout.full_width = 4;
+  layout.full_height = 3;
+  writeForeign<float>(folder_ / "crop.exr", layout, {1, 0, 0, 1});
   const Image image = cli::readPicture(folder_ / "crop.exr");
   EXPECT_EQ(image.width(), 4);
   EXPECT_EQ(image.height(), 3);
@@ -229,9 +229,9 @@ TEST_F(ImageFileTest, theOrientationOfACameraIsApplied) {
   };
   for (const Case& c : {Case{1, 2, 1, 0, 0}, Case{2, 2, 1, 1, 0}, Case{3, 2, 1, 1, 0}, Case{4, 2, 1, 0, 0},
                         Case{5, 1, 2, 0, 0}, Case{6, 1, 2, 0, 0}, Case{7, 1, 2, 0, 1}, Case{8, 1, 2, 0, 1}}) {
-    ImageSpec spec(2, 1, 3, TypeDesc::UINT8);
-    spec.attribute("Orientation", c.orientation);
-    writeForeign<uint8_t>(folder_ / "o.tif", spec, {200, 0, 0, 10, 0, 0});
+    ImageSpec layout(2, 1, 3, TypeDesc::UINT8);
+    layout.attribute("Orientation", c.orientation);
+    writeForeign<uint8_t>(folder_ / "o.tif", layout, {200, 0, 0, 10, 0, 0});
     const Image image = cli::readPicture(folder_ / "o.tif");
     ASSERT_EQ(image.width(), c.width) << c.orientation;
     ASSERT_EQ(image.height(), c.height) << c.orientation;
@@ -245,9 +245,9 @@ TEST_F(ImageFileTest, theOrientationTurnsColumnsTheRightWay) {
     int orientation, x, y;
   };
   for (const Case& c : {Case{3, 0, 1}, Case{4, 0, 1}, Case{5, 0, 0}, Case{6, 1, 0}, Case{7, 1, 0}, Case{8, 0, 0}}) {
-    ImageSpec spec(1, 2, 3, TypeDesc::UINT8);
-    spec.attribute("Orientation", c.orientation);
-    writeForeign<uint8_t>(folder_ / "o.tif", spec, {200, 0, 0, 10, 0, 0});
+    ImageSpec layout(1, 2, 3, TypeDesc::UINT8);
+    layout.attribute("Orientation", c.orientation);
+    writeForeign<uint8_t>(folder_ / "o.tif", layout, {200, 0, 0, 10, 0, 0});
     EXPECT_EQ(cli::readPicture(folder_ / "o.tif").at<PF_Pixel>(c.x, c.y).red, 200) << c.orientation;
   }
 }
@@ -260,21 +260,21 @@ TEST_F(ImageFileTest, jpegCanBeRead) {
 }
 
 TEST_F(ImageFileTest, printColoursAreRefused) {
-  ImageSpec spec(1, 1, 4, TypeDesc::UINT8);
-  spec.attribute("tiff:ColorSpace", "CMYK");
-  spec.channelnames = {"C", "M", "Y", "K"};
-  spec.alpha_channel = -1;
-  writeForeign<uint8_t>(folder_ / "c.tif", spec, {1, 2, 3, 4});
+  ImageSpec layout(1, 1, 4, TypeDesc::UINT8);
+  layout.attribute("tiff:ColorSpace", "CMYK");
+  layout.channelnames = {"C", "M", "Y", "K"};
+  layout.alpha_channel = -1;
+  writeForeign<uint8_t>(folder_ / "c.tif", layout, {1, 2, 3, 4});
   EXPECT_EQ(refusalToRead(folder_ / "c.tif"),
             "'" + (folder_ / "c.tif").string() +
                 "' is a CMYK picture; grey and RGB, each with or without alpha, can be read");
 }
 
 TEST_F(ImageFileTest, channelsThatMakeNoColourAreRefusedByName) {
-  ImageSpec spec(1, 1, 2, TypeDesc::FLOAT);
-  spec.channelnames = {"U", "V"};
-  spec.alpha_channel = -1;
-  writeForeign<float>(folder_ / "uv.exr", spec, {1, 2});
+  ImageSpec layout(1, 1, 2, TypeDesc::FLOAT);
+  layout.channelnames = {"U", "V"};
+  layout.alpha_channel = -1;
+  writeForeign<float>(folder_ / "uv.exr", layout, {1, 2});
   EXPECT_EQ(refusalToRead(folder_ / "uv.exr"),
             "'" + (folder_ / "uv.exr").string() +
                 "' has the channels U, V; grey and RGB, each with or without alpha, can be read");
