@@ -234,7 +234,7 @@ constexpr size_t rowCount = std::size(mainRows) + effectorCount * rowsOfEffector
 
 constexpr std::array<ControlRow, rowCount> allRows = [] {
   std::array<ControlRow, rowCount> rows{};
-  auto* end = std::copy(std::begin(mainRows), std::end(mainRows), rows.begin());
+  ControlRow* end = std::copy(std::begin(mainRows), std::end(mainRows), rows.data());
   for (int effector = 1; effector <= effectorCount; ++effector) {
     const auto group = effectorRows({effector});
     end = std::copy(group.begin(), group.end(), end);

@@ -10,10 +10,10 @@
 
 namespace vindrel {
 
+/// Never deleted by this type, so that its table of operations holds the four below and no destructor.
 class ParamGetter {
  public:
   ParamGetter() = default;
-  virtual ~ParamGetter() = default;
   ParamGetter(const ParamGetter&) = delete;
   ParamGetter& operator=(const ParamGetter&) = delete;
 
@@ -25,6 +25,9 @@ class ParamGetter {
   virtual bool DeferLayers() = 0;
   /// False when the control is greyed.
   virtual bool IsEnabled(int32_t index) = 0;
+
+ protected:
+  ~ParamGetter() = default;
 };
 
 /// Checks values out at the current time. A failing check-out zeroes *def.
