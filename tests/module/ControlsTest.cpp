@@ -4,6 +4,7 @@
 
 #include <cstdio>
 #include <cstring>
+#include <map>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -321,13 +322,18 @@ TEST_F(Controls, ofLayersStartWithTheEffectsOwnLayerButForTheMask) {
   }
 }
 
-TEST_F(Controls, separatorsAreItemsThatCannotBeChosen) {
-  const std::vector<std::string>& blend = host.control("Blend Mode 1")->choices;
-  ASSERT_EQ(blend.size(), 14U);
-  EXPECT_EQ(blend[1], "(-");
-  EXPECT_EQ(blend[2], "Add");
-  EXPECT_EQ(blend[9], "(-");
-  EXPECT_EQ(host.control("Effect Map 1")->choices.at(1), "(-");
+// A host draws an item "(-" as a line that cannot be chosen, and counts it.
+TEST_F(Controls, haveSeparatorsForTheBlendModesTwoAndTenAndTheSecondEffectMap) {
+  std::map<std::string, std::vector<size_t>> separators;
+  for (const Control& control : host.controls()) {
+    for (size_t i = 0; i < control.choices.size(); ++i) {
+      if (control.choices[i] == "(-") separators[control.name].push_back(i + 1);
+    }
+  }
+  const std::map<std::string, std::vector<size_t>> expected = {{"Blend Mode 1", {2, 10}}, {"Blend Mode 2", {2, 10}},
+                                                               {"Blend Mode 3", {2, 10}}, {"Effect Map 1", {2}},
+                                                               {"Effect Map 2", {2}},     {"Effect Map 3", {2}}};
+  EXPECT_EQ(separators, expected);
 }
 
 TEST_F(Controls, lateAdditionsStandInTheMiddleWithHighIds) {
@@ -336,12 +342,17 @@ TEST_F(Controls, lateAdditionsStandInTheMiddleWithHighIds) {
   EXPECT_EQ(host.control(standin::ByIndex{12})->name, "Center Dot to Front");
 }
 
-TEST_F(Controls, theAnswerOfTheFirstHostErrorEndsTheSetUpAndTheCountIsWrittenAllTheSame) {
+class FailingSetUp : public LoadedOnly {};
+
+TEST_F(FailingSetUp, endsAtTheFirstHostErrorAndTellsTheCountAllTheSame) {
+  ASSERT_EQ(host.globalSetup(), 0);
+  ASSERT_NE(host.outData().num_params, 123) << "the count is not known to the host before the set-up";
   host.faults().fail("add_param", 7, PF_Err_OUT_OF_MEMORY);
   EXPECT_EQ(host.paramsSetup(), PF_Err_OUT_OF_MEMORY);
   EXPECT_EQ(host.controls().size(), 6U);
   EXPECT_EQ(host.outData().num_params, 123);
-  finishOwing({Matter::kDeclaration});
+  EXPECT_EQ(host.globalSetdown(), 0);
+  EXPECT_EQ(owed({Matter::kDeclaration}), "");
 }
 
 class RenderEngineControls : public LoadedOnly {

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <iterator>
 #include <map>
 #include <set>
 #include <string>
@@ -165,6 +166,102 @@ TEST(ControlRows, everyFieldOfTheRecordIsFilledOnce) {
                        8 * (/*sliders*/ 2 + /*ABS*/ 3 + /*ratio*/ 4 + /*offset*/ 3 + /*point*/ 1 + /*layer*/ 1) +
                        /*boxes*/ 6;
   EXPECT_EQ(filled, mainPart + 3 * group);
+}
+
+/// A field of a record, and the control whose value it is.
+struct FieldOfControl {
+  const char* control;
+  size_t offset;  ///< bytes from the start of its record
+};
+
+// In the order of the fields.
+constexpr FieldOfControl mainFields[] = {
+    {"Dot Shape", offsetof(RenderParams, dotShape)},
+    {"Dot Color", offsetof(RenderParams, dotColor)},
+    {"Dot Size", offsetof(RenderParams, dotSize)},
+    {"Dot Aspect", offsetof(RenderParams, dotAspect)},
+    {"Dot Rotation", offsetof(RenderParams, dotRotation)},
+    {"Rotation Type", offsetof(RenderParams, rotationType)},
+    {"Dot Opacity", offsetof(RenderParams, dotOpacity)},
+    {"Distance Between", offsetof(RenderParams, distanceBetween)},
+    {"Dot Distance X", offsetof(RenderParams, dotDistanceX)},
+    {"Dot Distance Y", offsetof(RenderParams, dotDistanceY)},
+    {"Center Position", offsetof(RenderParams, centerPosition)},
+    {"Center Dot to Front", offsetof(RenderParams, centerDotToFront)},
+    {"Global Rotation", offsetof(RenderParams, globalRotation)},
+    {"Global Rotation Center", offsetof(RenderParams, globalRotationCenter)},
+    {"Mask", offsetof(RenderParams, mask)},
+    {"Mask Target Layer", offsetof(RenderParams, maskTargetLayer)},
+    {"Invert Mask", offsetof(RenderParams, invertMask)},
+    {"Clear Background", offsetof(RenderParams, clearBackground)},
+    {"Random Interval", offsetof(RenderParams, randomInterval)},
+    {"Random Array", offsetof(RenderParams, randomArray)},
+    {"Random Seed", offsetof(RenderParams, randomSeed)},
+    {"Size", offsetof(RenderParams, randomSize)},
+    {"Aspect", offsetof(RenderParams, randomAspect)},
+    {"Rotation", offsetof(RenderParams, randomRotation)},
+    {"Opacity", offsetof(RenderParams, randomOpacity)},
+    {"Distance X", offsetof(RenderParams, randomDistanceX)},
+    {"Distance Y", offsetof(RenderParams, randomDistanceY)},
+    {"H", offsetof(RenderParams, randomHue)},
+    {"S", offsetof(RenderParams, randomSaturation)},
+    {"V", offsetof(RenderParams, randomValue)},
+};
+
+// In the order of the fields; the number of the effector follows the name.
+constexpr FieldOfControl effectorFields[] = {
+    {"Enable Effector", offsetof(EffectorParams, enabled)},
+    {"Effect Map", offsetof(EffectorParams, effectMap)},
+    {"Angle", offsetof(EffectorParams, angle)},
+    {"Position", offsetof(EffectorParams, position)},
+    {"Center Dot to Front", offsetof(EffectorParams, centerDotToFront)},
+    {"Size", offsetof(EffectorParams, size)},
+    {"Falloff", offsetof(EffectorParams, falloff)},
+    {"Custom Map Layer", offsetof(EffectorParams, customMapLayer)},
+    {"Fit to Layer", offsetof(EffectorParams, fitToLayer)},
+    {"Pick Source Color", offsetof(EffectorParams, pickSourceColor)},
+    {"Tiling", offsetof(EffectorParams, tiling)},
+    {"Absolute", offsetof(EffectorParams, absolute)},
+    {"ABS Size", offsetof(EffectorParams, absSize)},
+    {"ABS Aspect", offsetof(EffectorParams, absAspect)},
+    {"ABS Rotation", offsetof(EffectorParams, absRotation)},
+    {"ABS Opacity", offsetof(EffectorParams, absOpacity)},
+    {"Ratio Size", offsetof(EffectorParams, ratioSize)},
+    {"Ratio Aspect", offsetof(EffectorParams, ratioAspect)},
+    {"Ratio Rotation", offsetof(EffectorParams, ratioRotation)},
+    {"Ratio Opacity", offsetof(EffectorParams, ratioOpacity)},
+    {"Offset Size", offsetof(EffectorParams, offsetSize)},
+    {"Offset Aspect", offsetof(EffectorParams, offsetAspect)},
+    {"Offset Rotation", offsetof(EffectorParams, offsetRotation)},
+    {"Offset Opacity", offsetof(EffectorParams, offsetOpacity)},
+    {"Color", offsetof(EffectorParams, color)},
+    {"Blend Mode", offsetof(EffectorParams, blendMode)},
+    {"Blend Color", offsetof(EffectorParams, blendColor)},
+    {"Shift Hue", offsetof(EffectorParams, shiftHue)},
+};
+
+TEST(ControlRows, eachControlFillsTheFieldOfItsOwnName) {
+  std::map<std::string, size_t> expected, targets;
+  for (const FieldOfControl& field : mainFields) expected[field.control] = field.offset;
+  for (size_t n = 1; n <= 3; ++n) {
+    const size_t group = offsetof(RenderParams, effector) + (n - 1) * sizeof(EffectorParams);
+    for (const FieldOfControl& field : effectorFields) {
+      expected[std::string(field.control) + " " + std::to_string(n)] = group + field.offset;
+    }
+  }
+  for (const ControlRow& row : controlRows()) {
+    if (row.target.size != 0) targets[nameOf(row)] = row.target.offset;
+  }
+  EXPECT_EQ(targets, expected);
+}
+
+TEST(ControlRows, fieldsKeepTheirOrderInTheRecord) {
+  const auto comesBefore = [](const FieldOfControl& left, const FieldOfControl& right) {
+    return left.offset < right.offset;
+  };
+  EXPECT_TRUE(std::is_sorted(std::begin(mainFields), std::end(mainFields), comesBefore));
+  EXPECT_TRUE(std::is_sorted(std::begin(effectorFields), std::end(effectorFields), comesBefore));
+  EXPECT_LT(std::prev(std::end(mainFields))->offset, offsetof(RenderParams, effector));
 }
 
 TEST(ControlRows, fieldsOfAnEffectorLieInItsOwnElement) {

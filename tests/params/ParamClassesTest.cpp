@@ -90,6 +90,41 @@ TEST(ParamClasses, theEndOfAGroupHasAZeroDefinitionAndNoName) {
   EXPECT_TRUE(test::sameBytes(host.added.at(0), expected));
 }
 
+TEST(ParamClasses, theNameIsCopiedByTheHostsOwnRoutine) {
+  PlainHost host;
+  host.utils.ansi.strcpy = [](A_char* to, const A_char* from) {
+    to[0] = '>';
+    std::snprintf(to + 1, 31, "%s", from);
+    return to;
+  };
+  const ControlRow group = row("Group");
+  ParamAddTopic param(group, zeroedDef());
+  ASSERT_EQ(param.Add(&host.inData, 18, nullptr), PF_Err_NONE);
+  EXPECT_STREQ(host.added.at(0).name, ">Group");
+}
+
+TEST(ParamClasses, theTextsOfAWholeSliderAreEmptiedWhateverTheTemplateHolds) {
+  PlainHost host;
+  PF_ParamDef definition = zeroedDef();
+  definition.u.sd.value_str[0] = 'x';
+  definition.u.sd.value_desc[0] = 'y';
+  const ControlRow count = row("Count");
+  ParamAddSlider param(count, definition);
+  ASSERT_EQ(param.Add(&host.inData, 7, nullptr), PF_Err_NONE);
+  EXPECT_STREQ(host.added.at(0).u.sd.value_str, "");
+  EXPECT_STREQ(host.added.at(0).u.sd.value_desc, "");
+}
+
+TEST(ParamClasses, aLayerWithoutAValueIsNotFetched) {
+  PlainHost host;
+  ControlRow layer = row("Layer");
+  layer.target = {};
+  ParamAddLayer param(layer, zeroedDef());
+  GetParamByCheckout getter(&host.inData, nullptr, false);
+  EXPECT_EQ(param.Fetch(nullptr, getter), PF_Err_NONE);
+  EXPECT_TRUE(host.checkouts.empty());
+}
+
 TEST(ParamClasses, theErrorOfTheHostComesBack) {
   PlainHost host;
   host.addErrorAt = 1;

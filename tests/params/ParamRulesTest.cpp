@@ -2,10 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
 #include <limits>
 #include <map>
 #include <random>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -70,6 +72,15 @@ class ParamRules : public testing::Test {
     return updates;
   }
 
+  /// What the host was told of a control last.
+  bool lastTold(const std::string& name) {
+    const int32_t index = indexOf(name);
+    const auto last = std::find_if(host.updates.rbegin(), host.updates.rend(),
+                                   [index](const PlainHost::Update& each) { return each.index == index; });
+    if (last == host.updates.rend()) throw std::logic_error("the host was not told of " + name);
+    return last->enabled;
+  }
+
   PF_Err update() { return UpdateParamsRules(&host.inData, &outData, pointers.data()); }
   PF_Err change(int32_t index = 8) {
     PF_UserChangedParamExtra extra{index};
@@ -128,6 +139,27 @@ TEST_F(ParamRules, anEffectorIsOnOnlyWhenItsBoxIsExactlyOne) {
   ASSERT_EQ(update(), PF_Err_NONE);
   EXPECT_EQ(host.updates.size(), 2U + 3U * 29U);
   for (size_t call = 2; call < host.updates.size(); ++call) EXPECT_FALSE(host.updates[call].enabled) << call;
+}
+
+TEST_F(ParamRules, anyFitThatIsNotZeroTakesACustomMapItsPlace) {
+  Deciders deciders;
+  deciders.effector[0] = {1, 1, 2, 0, 0};
+  set(deciders);
+  ASSERT_EQ(update(), PF_Err_NONE);
+  EXPECT_FALSE(lastTold("Angle 1"));
+  EXPECT_FALSE(lastTold("Position 1"));
+}
+
+TEST_F(ParamRules, absoluteAndColorFreeTheirControlsOnlyWhenExactlyOne) {
+  Deciders deciders;
+  deciders.effector[0] = {1, 3, 0, 2, 2};
+  set(deciders);
+  ASSERT_EQ(update(), PF_Err_NONE);
+  for (const char* name : {"ABS Size 1", "ABS Aspect 1", "ABS Rotation 1", "ABS Opacity 1"}) {
+    EXPECT_FALSE(lastTold(name)) << name;
+  }
+  EXPECT_FALSE(lastTold("Blend Mode 1"));
+  EXPECT_FALSE(lastTold("Blend Color 1"));
 }
 
 TEST_F(ParamRules, theTwoEmptyIdsOfAnEffectorReachTheHostAsIndexZero) {

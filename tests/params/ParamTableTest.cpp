@@ -9,6 +9,7 @@
 
 #include "ae/Constants.h"
 #include "effect/params/RenderParams.h"
+#include "effect/share/util/LanguageOptions.h"
 #include "effect/share/util/SuiteCache.h"
 #include "tests/params/PlainHost.h"
 
@@ -420,6 +421,19 @@ TEST_F(ParamTable, afterEffectsIsAskedWhetherItIsARenderEngine) {
   EXPECT_EQ(host.suites, once);
   AEUtil::closeGlobalSuites();
   EXPECT_EQ(host.held(kPFAppSuite), 0);
+}
+
+TEST_F(ParamTable, theLanguageIsReadBeforeAfterEffectsIsAsked) {
+  const LanguageState before = languageState;
+  languageState.commandLineRead = false;
+  IsRenderEngine(&host.inData);
+  EXPECT_FALSE(languageState.commandLineRead) << "another host is not asked, and nothing is read";
+  host.inData.appl_id = kAppIdAfterEffects;
+  host.withoutAppSuite = true;
+  AEUtil::openGlobalSuites(&host.basic);
+  EXPECT_THROW(IsRenderEngine(&host.inData), long);
+  EXPECT_TRUE(languageState.commandLineRead);
+  languageState = before;
 }
 
 TEST_F(ParamTable, aMissingAppSuiteIsThrownAsABareNumber) {
