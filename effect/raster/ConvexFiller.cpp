@@ -5,9 +5,9 @@
 
 #include "effect/pixel/Pixel.h"
 #include "effect/pixel/Truncate.h"
+#include "effect/pixel/Wrap.h"
 #include "effect/raster/PaintPixel.h"
 #include "effect/raster/PolygonRasterizer.h"
-#include "effect/raster/Wrap.h"
 
 namespace vindrel {
 namespace {

@@ -1,6 +1,6 @@
 #include "effect/raster/CoverageRows.h"
 
-#include "effect/raster/Wrap.h"
+#include "effect/pixel/Wrap.h"
 
 namespace vindrel {
 

@@ -10,7 +10,7 @@
 
 #include "effect/pixel/Pixel.h"
 #include "effect/pixel/Truncate.h"
-#include "effect/raster/Wrap.h"
+#include "effect/pixel/Wrap.h"
 
 namespace vindrel {
 

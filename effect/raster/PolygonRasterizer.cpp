@@ -3,8 +3,8 @@
 #include <cstddef>
 
 #include "effect/pixel/Pixel.h"
+#include "effect/pixel/Wrap.h"
 #include "effect/raster/GeneralFiller.h"
-#include "effect/raster/Wrap.h"
 
 namespace vindrel {
 

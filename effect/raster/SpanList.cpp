@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "effect/raster/Wrap.h"
+#include "effect/pixel/Wrap.h"
 
 namespace vindrel {
 namespace {
