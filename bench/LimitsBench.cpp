@@ -5,7 +5,8 @@
 //
 // Each frame is drawn by a process of its own, so that peaks of memory don't mix and a frame that hangs ends (after a
 // minute and a half) as "no answer". Waits are between two progress calls on a canvas of 3840 x 2160. The time before
-// the the first one, in which the lattice is walked and the dots are sorted, stands in a column of its own.
+// the first one, in which the lattice is walked, the dots are sorted and the first one is drawn, stands in a column of
+// its own.
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
