@@ -9,6 +9,7 @@
 
 #include "effect/dots/CollectDots.h"
 #include "effect/dots/Grid.h"
+#include "effect/params/Choices.h"
 #include "effect/pixel/Pixel.h"
 #include "tests/dots/Frames.h"
 #include "tests/dots/PlainGridWalk.h"
@@ -23,7 +24,7 @@ int32_t heightOf(int32_t width) {
 RenderParams onePixelLattice(int32_t width) {
   RenderParams params = testing::plainParams();
   params.dotSize = 1.0;
-  params.distanceBetween = 2;
+  params.distanceBetween = distanceBetweenCentersItem;
   params.dotDistanceX = params.dotDistanceY = 1.0;
   testing::placeCenter(params, width * 0.5, heightOf(width) * 0.5);
   return params;
@@ -39,7 +40,7 @@ void showCells(benchmark::State& state, int64_t rings, int64_t dots) {
 
 void walk(benchmark::State& state) {
   const auto width = static_cast<int32_t>(state.range(0));
-  const DotGrid grid = makeDotGrid(onePixelLattice(width), width, heightOf(width));
+  const DotGrid grid = testing::gridOf(onePixelLattice(width), width, heightOf(width));
   int64_t dots = 0;
   for (auto _ : state) {
     randomState = 0;
@@ -79,10 +80,10 @@ void plainWalk(benchmark::State& state) {
 template <class Pixel>
 void collectRecords(benchmark::State& state) {
   const auto width = static_cast<int32_t>(state.range(0));
-  const RenderParams params = onePixelLattice(width);
+  const auto settings = testing::settingsOf<Pixel>(onePixelLattice(width));
   std::size_t dots = 0;
   for (auto _ : state) {
-    const DotField<Pixel> field = collectDots<Pixel>(params, nullptr, width, heightOf(width));
+    const DotField<Pixel> field = collectDots(settings, width, heightOf(width));
     dots = field.records.size();
     benchmark::DoNotOptimize(field.records.data());
   }
@@ -93,7 +94,7 @@ void collectRecords(benchmark::State& state) {
 void walkFromAfar(benchmark::State& state) {
   RenderParams params = onePixelLattice(1920);
   testing::placeCenter(params, static_cast<double>(state.range(0)), 540.0);
-  const DotGrid grid = makeDotGrid(params, 1920, 1080);
+  const DotGrid grid = testing::gridOf(params, 1920, 1080);
   int64_t dots = 0;
   for (auto _ : state) {
     dots = 0;

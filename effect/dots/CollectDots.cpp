@@ -1,43 +1,13 @@
 #include "effect/dots/CollectDots.h"
 
+#include <algorithm>
 #include <array>
-#include <cstddef>
 
-#include "effect/dots/DotJitter.h"
 #include "effect/dots/EffectMap.h"
-#include "effect/dots/Effector.h"
-#include "effect/dots/FinishDot.h"
-#include "effect/dots/Grid.h"
-#include "effect/dots/Random.h"
-#include "effect/pixel/Convert.h"
 #include "effect/pixel/Pixel.h"
 
 namespace vindrel {
 namespace {
-
-RandomSchedule randomSchedule(const RenderParams& params, const PF_InData* in_data) {
-  RandomSchedule schedule{.seed = params.randomSeed, .interval = params.randomInterval, .array = params.randomArray};
-  if (in_data != nullptr) {
-    schedule.currentTime = in_data->current_time;
-    schedule.timeStep = in_data->time_step;
-  }
-  return schedule;
-}
-
-/// Everything that one effector needs for the dots of a frame.
-template <class Pixel>
-struct FrameEffector {
-  EffectorState state;
-  Pixel blendColor;
-  EffectMapPtr map;  // built for a disabled effector too
-};
-
-template <class Pixel>
-FrameEffector<Pixel> makeFrameEffector(const EffectorParams& params, int32_t width, int32_t height) {
-  const EffectorState state = makeEffectorState(params, width, height);
-  const PF_Pixel& blend = state.blendColor;
-  return {state, pixelFrom8<Pixel>(blend.alpha, blend.red, blend.green, blend.blue), MakeEffectMap<Pixel>(state)};
-}
 
 /// Makes the record of one cell after the other.
 ///
@@ -46,35 +16,33 @@ FrameEffector<Pixel> makeFrameEffector(const EffectorParams& params, int32_t wid
 template <class Pixel>
 class DotMaker {
  public:
-  DotMaker(const RenderParams& params, const DotGrid& dotGrid, int32_t width, int32_t height)
-      : grid(dotGrid),
-        base(makeBaseDot<Pixel>(params)),
-        jitter(makeJitterAmounts(params)),
-        effectors{makeFrameEffector<Pixel>(params.effector[0], width, height),
-                  makeFrameEffector<Pixel>(params.effector[1], width, height),
-                  makeFrameEffector<Pixel>(params.effector[2], width, height)},
-        centerDotToFront(params.centerDotToFront != 0),
-        rotationType(params.rotationType),
-        shape(params.dotShape) {}
+  DotMaker(const FieldSettings<Pixel>& fieldSettings, const DotGrid& dotGrid, int32_t width, int32_t height)
+      : settings(fieldSettings),
+        grid(dotGrid),
+        // A disabled effector has its map too.
+        maps{MakeEffectMap(settings.effectors[0], width, height), MakeEffectMap(settings.effectors[1], width, height),
+             MakeEffectMap(settings.effectors[2], width, height)} {}
 
   /// Takes the nine draws of a cell, whose turned place is (x, y).
   DotRecord<Pixel> makeDot(double x, double y) {
+    const BaseDot<Pixel>& base = settings.base;
+    const JitterAmounts& jitter = settings.jitter;
     DotDraft<Pixel> dot{};
-    dot.x = x + drawJitter(jitter.distanceX) * grid.pitchX;
-    dot.y = y + drawJitter(jitter.distanceY) * grid.pitchY;
-    dot.frontKey = frontOrderingPossible && centerDotToFront ? keyFromGridCenter(dot.x, dot.y) : noFrontKey;
+    dot.x = x + drawJitter(settings.lattice.jitterX) * grid.pitchX;
+    dot.y = y + drawJitter(settings.lattice.jitterY) * grid.pitchY;
+    dot.frontKey = frontOrderingPossible && settings.centerDotToFront ? keyFromGridCenter(dot.x, dot.y) : noFrontKey;
     dot.size = drawSize(jitter.size, base.baseSize);
     dot.aspect = drawJitter(jitter.aspect) + base.baseAspect;
     dot.rotation = drawRotation(jitter.rotation, base.baseRotation);
     dot.opacity = drawOpacity(jitter.opacity, base.baseOpacity);
     dot.color = base.baseColor;
-    for (const FrameEffector<Pixel>& effector : effectors) {
-      if (effector.state.enabled == 0) continue;
-      applyEffector(effector.state, *effector.map, effector.blendColor, frontOrderingPossible, dot);
+    for (std::size_t i = 0; i < maps.size(); ++i) {
+      const EffectorState<Pixel>& effector = settings.effectors[i];
+      if (effector.enabled) applyEffector(effector, *maps[i], frontOrderingPossible, dot);
     }
     dot.color = drawColor(jitter, dot.color);
     if (dot.frontKey == noFrontKey) frontOrderingPossible = false;
-    return finishDot(dot, dotAngle(rotationType, grid, dot.x, dot.y, dot.rotation), shape);
+    return finishDot(dot, dotAngle(base.rotationType, grid, dot.x, dot.y, dot.rotation), base.shape);
   }
 
   DotOrder order() const { return frontOrderingPossible ? DotOrder::nearestOnTop : DotOrder::reading; }
@@ -86,31 +54,41 @@ class DotMaker {
     return dx * dx + dy * dy;
   }
 
+  const FieldSettings<Pixel>& settings;
   const DotGrid& grid;
-  const BaseDot<Pixel> base;
-  const JitterAmounts jitter;
-  const std::array<FrameEffector<Pixel>, 3> effectors;
-  const bool centerDotToFront;
-  const int32_t rotationType;
-  const int32_t shape;
+  const std::array<EffectMapPtr, 3> maps;
   bool frontOrderingPossible = true;
 };
 
 }  // namespace
 
 template <class Pixel>
-DotField<Pixel> collectDots(const RenderParams& params, const PF_InData* in_data, int32_t width, int32_t height) {
-  const DotGrid grid = makeDotGrid(params, width, height);
-  RandomReseed(randomSchedule(params, in_data));
-  DotMaker<Pixel> maker(params, grid, width, height);
+DotField<Pixel> collectDots(const FieldSettings<Pixel>& settings, int32_t width, int32_t height) {
+  const DotGrid grid = makeDotGrid(settings.lattice, width, height);
+  RandomReseed(settings.random);
+  DotMaker<Pixel> maker(settings, grid, width, height);
   DotField<Pixel> field;
   walkGrid(grid, [&](double x, double y) { field.records.push_back(maker.makeDot(x, y)); });
   field.order = maker.order();
   return field;
 }
 
-template DotField<Pixel8> collectDots(const RenderParams&, const PF_InData*, int32_t, int32_t);
-template DotField<Pixel16> collectDots(const RenderParams&, const PF_InData*, int32_t, int32_t);
-template DotField<Pixel32> collectDots(const RenderParams&, const PF_InData*, int32_t, int32_t);
+template <class Pixel>
+void SortDots(std::vector<DotRecord<Pixel>>& records, DotOrder order) {
+  using Dot = DotRecord<Pixel>;
+  if (order == DotOrder::nearestOnTop) {
+    std::sort(records.begin(), records.end(), [](const Dot& a, const Dot& b) { return a.frontKey < b.frontKey; });
+  } else {
+    std::sort(records.begin(), records.end(),
+              [](const Dot& a, const Dot& b) { return a.y < b.y || (a.y == b.y && a.x < b.x); });
+  }
+}
+
+template DotField<Pixel8> collectDots(const FieldSettings<Pixel8>&, int32_t, int32_t);
+template DotField<Pixel16> collectDots(const FieldSettings<Pixel16>&, int32_t, int32_t);
+template DotField<Pixel32> collectDots(const FieldSettings<Pixel32>&, int32_t, int32_t);
+template void SortDots(std::vector<DotRecord<Pixel8>>&, DotOrder);
+template void SortDots(std::vector<DotRecord<Pixel16>>&, DotOrder);
+template void SortDots(std::vector<DotRecord<Pixel32>>&, DotOrder);
 
 }  // namespace vindrel

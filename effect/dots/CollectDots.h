@@ -1,23 +1,41 @@
-// All dots of a frame, as records: the lattice, the jitter, the effectors and the finishing of each dot in one pass.
+// All dots of a frame, as records, and the order in which they are to be drawn.
 //
-// Pure arithmetic: it calls nothing of the host and draws nothing.
+// The lattice, the jitter, the effectors and the finishing of each dot in one pass. Nothing is drawn here.
 #pragma once
 
 #include <cstdint>
+#include <vector>
 
-#include "ae/InOutData.h"
-#include "effect/dots/DotOrder.h"
-#include "effect/params/RenderParams.h"
+#include "effect/dots/FieldSettings.h"
+#include "effect/raster/DrawDot.h"
 
 namespace vindrel {
 
-/// Makes the records in the order of the walk, and says in which order they are to be drawn.
-/// @param params  the frame's values, size-like fields scaled to the down-sampling.
-/// @param in_data  its times choose the random pattern; null is as a time step of 0.
+/// Both work on the final places: after the turn of the lattice and after the jitter.
+enum class DotOrder {
+  reading,       ///< top row first, within a row from left to right: lower dots lie over higher ones
+  nearestOnTop,  ///< the dots nearest to the front centres last, by frontKey
+};
+
+/// All dots of a frame, and the order that they are to be drawn in.
+template <class Pixel>
+struct DotField {
+  std::vector<DotRecord<Pixel>> records;
+  DotOrder order = DotOrder::reading;
+};
+
+/// Makes the records in the order of the walk, and says in which order they are to be drawn. Starts the generator anew,
+/// so two frames must not be collected at the same time (see Random.h).
 /// @param width, height  of the canvas, pixels.
 /// Throws std::bad_alloc when there is no memory for the records.
 /// @tparam Pixel  Pixel8, Pixel16 or Pixel32.
 template <class Pixel>
-DotField<Pixel> collectDots(const RenderParams& params, const PF_InData* in_data, int32_t width, int32_t height);
+DotField<Pixel> collectDots(const FieldSettings<Pixel>& settings, int32_t width, int32_t height);
+
+/// Sorts the records once and in place, as whole values: ascending by y and then x for the reading order, ascending by
+/// frontKey for the other, which is drawn from the last record down. The order of two that tie is the sort's own. No
+/// place and no key may be NaN.
+template <class Pixel>
+void SortDots(std::vector<DotRecord<Pixel>>& records, DotOrder order);
 
 }  // namespace vindrel

@@ -9,39 +9,6 @@
 namespace vindrel {
 namespace {
 
-constexpr double fixedToDouble = 1.52587890625e-05;
-constexpr double degreesToRadians = 0.017453292519943295;
-
-struct Place {
-  double x, y;
-};
-
-Place placeOf(const PF_FixedPoint& point) {
-  return {point.x * fixedToDouble, point.y * fixedToDouble};
-}
-
-// A disabled effector's position serves as well as an enabled one's.
-Place rotationCenter(const RenderParams& params) {
-  switch (params.globalRotationCenter) {
-    case 1:
-      return placeOf(params.centerPosition);
-    case 2:
-    case 3:
-    case 4:
-      return placeOf(params.effector[params.globalRotationCenter - 2].position);
-    default:
-      return {0.0, 0.0};
-  }
-}
-
-// "Dots" measures the gap between two dots of nominal size, "Centers" from centre to centre.
-double pitch(int32_t distanceBetween, double dotSize, double distance) {
-  double result = 1.0;
-  if (distanceBetween == 1) result = dotSize + distance;
-  if (distanceBetween == 2) result = distance;
-  return result < 1.0 ? 1.0 : result;
-}
-
 // Lengths of the lattice's own axes that a rectangle covers, from the grid centre, in canvas pixels.
 struct LatticeBox {
   double left, right, top, bottom;
@@ -98,24 +65,23 @@ struct RunClip {
 
 }  // namespace
 
-DotGrid makeDotGrid(const RenderParams& params, int32_t width, int32_t height) {
+DotGrid makeDotGrid(const LatticeSettings& settings, int32_t width, int32_t height) {
   DotGrid grid{};
-  const Place center = placeOf(params.centerPosition);
-  grid.gridCenterX = center.x;
-  grid.gridCenterY = center.y;
-  const Place turnCenter = rotationCenter(params);
-  grid.rotationCenterX = turnCenter.x;
-  grid.rotationCenterY = turnCenter.y;
-  grid.pitchX = pitch(params.distanceBetween, params.dotSize, params.dotDistanceX);
-  grid.pitchY = pitch(params.distanceBetween, params.dotSize, params.dotDistanceY);
-  grid.rotation = params.globalRotation * fixedToDouble * degreesToRadians;
+  grid.gridCenterX = settings.centerX;
+  grid.gridCenterY = settings.centerY;
+  grid.rotationCenterX = settings.rotationCenterX;
+  grid.rotationCenterY = settings.rotationCenterY;
+  // The least pitch holds for the margin too, and not for the number of cells alone.
+  grid.pitchX = settings.pitchX < 1.0 ? 1.0 : settings.pitchX;
+  grid.pitchY = settings.pitchY < 1.0 ? 1.0 : settings.pitchY;
+  grid.rotation = settings.rotation;
   grid.rotationCos = std::cos(grid.rotation);
   grid.rotationSin = std::sin(grid.rotation);
 
   // The frame, grown by one pitch and by the largest jitter. Kept as is: the size of a dot plays no part, so a dot
   // larger than the margin whose centre lies beyond it is missing from the edge of the picture.
-  const double marginX = grid.pitchX * params.randomDistanceX + grid.pitchX;
-  const double marginY = grid.pitchY * params.randomDistanceY + grid.pitchY;
+  const double marginX = grid.pitchX * settings.jitterX + grid.pitchX;
+  const double marginY = grid.pitchY * settings.jitterY + grid.pitchY;
   grid.boundLeft = 0.0 - marginX;
   grid.boundRight = marginX + static_cast<double>(width);
   grid.boundTop = 0.0 - marginY;

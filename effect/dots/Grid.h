@@ -21,9 +21,17 @@
 
 #include "effect/dots/Random.h"
 #include "effect/dots/RepeatedAddition.h"
-#include "effect/params/RenderParams.h"
 
 namespace vindrel {
+
+/// What makes a lattice.
+struct LatticeSettings {
+  double centerX{}, centerY{};                  ///< the place of ring 0 before the lattice is turned
+  double rotationCenterX{}, rotationCenterY{};  ///< the point about which the lattice turns
+  double rotation{};                            ///< turn of the lattice, radians
+  double pitchX{}, pitchY{};                    ///< from a cell to its neighbour; less than 1.0 is as 1.0
+  double jitterX{}, jitterY{};                  ///< how far a dot may be shaken out of its place, in pitches
+};
 
 struct DotGrid {
   double gridCenterX, gridCenterY;          ///< the place of ring 0 before the lattice is turned
@@ -35,10 +43,8 @@ struct DotGrid {
   double boundLeft, boundTop, boundRight, boundBottom;
 };
 
-/// The lattice of a frame.
-/// @param params  size-like fields scaled to the down-sampling.
-/// @param width, height  of the canvas, pixels.
-DotGrid makeDotGrid(const RenderParams& params, int32_t width, int32_t height);
+/// The lattice on a canvas of `width` by `height` pixels.
+DotGrid makeDotGrid(const LatticeSettings& settings, int32_t width, int32_t height);
 
 /// Rings first to end - 1; a ring outside of them makes no dot for certain. One inside need not make one either.
 struct RingSpan {

@@ -6,33 +6,11 @@
 
 #include "effect/pixel/Convert.h"
 #include "effect/pixel/Truncate.h"
+#include "effect/pixel/Units.h"
+#include "effect/pixel/Wrap.h"
 
 namespace vindrel {
 namespace {
-
-constexpr double radiansPerDegree = 0.017453292519943295;
-
-constexpr int32_t noTiling = 0;
-constexpr int32_t extendEdge = 1;
-constexpr int32_t repeatTiles = 2;
-constexpr int32_t mirrorTiles = 3;
-constexpr int32_t unknownTiling = -1;
-
-/// The internal code of a value of the popup "None|Repeat|Mirror|Extend Edge".
-int32_t tileModeOf(int32_t tiling) noexcept {
-  switch (tiling) {
-    case 1:
-      return noTiling;
-    case 2:
-      return repeatTiles;
-    case 3:
-      return mirrorTiles;
-    case 4:
-      return extendEdge;
-    default:
-      return unknownTiling;
-  }
-}
 
 /// To the nearest integer, halves toward positive infinity. Kept as is: the two sides of zero round by themselves, and
 /// the number next to -0.5 goes to -1 (theNumberNextToMinusOneHalfGoesDown).
@@ -42,48 +20,46 @@ int32_t roundHalfUp(double value) noexcept {
   return truncateToInt32(std::trunc(raised) == raised ? value : value - 0.5);
 }
 
-int32_t wrapSubtract(int32_t a, int32_t b) noexcept {
-  return static_cast<int32_t>(static_cast<uint32_t>(a) - static_cast<uint32_t>(b));
-}
-
 bool isOutside(int32_t c, int32_t n) noexcept {
   return static_cast<uint32_t>(c) >= static_cast<uint32_t>(n);
 }
 
 /// Brings a column (or row) c to a layer of n columns, n above 0. The smallest integer wraps where it is negated, and
 /// then may stay outside; the read guards against that.
-int32_t tile(int32_t c, int32_t n, int32_t tileMode) noexcept {
+int32_t tile(int32_t c, int32_t n, Tiling tileMode) noexcept {
   if (!isOutside(c, n)) return c;
   switch (tileMode) {
-    case noTiling:
+    case Tiling::none:
       return -1;
-    case extendEdge:
+    case Tiling::extendEdge:
       return c < 0 ? 0 : n - 1;
-    case repeatTiles: {
+    case Tiling::repeat: {
       if (c >= 0) return c % n;
       const int32_t tiles = wrapSubtract(c, n - 1) / n;
-      return wrapSubtract(c, static_cast<int32_t>(static_cast<uint32_t>(tiles) * static_cast<uint32_t>(n)));
+      return wrapSubtract(c, wrapMultiply(tiles, n));
     }
-    case mirrorTiles: {
-      // Kept as is: the high edge mirrors with its pixel repeated, the low edge without (column -1 is column 1).
+    case Tiling::mirror: {
+      // Kept as is: the high edge mirrors with its pixel repeated, the low edge without
+      // (mirrorRepeatsTheEdgePixelOnTheHighSideOnly: column -1 is column 1).
       const int32_t m = c < 0 ? wrapSubtract(0, c) : c;
       const int32_t remainder = m % n;
       return (m / n) % 2 != 0 ? n - remainder - 1 : remainder;
     }
-    default:
-      return c;
+    case Tiling::unknown:
+      break;
   }
+  return c;
 }
 
 }  // namespace
 
 template <class Pixel>
 LayerEffectMap<Pixel>::LayerEffectMap(double centerX, double centerY, double angleDegrees, double scaleX, double scaleY,
-                                      int32_t tiling, const PF_EffectWorld* layer) noexcept
-    : tileMode_(tileModeOf(tiling)), outsidePixel_{PixelTraits<Pixel>::fullScale, 0, 0, 0}, layer_(layer) {
-  if (!layer) return;
-  m02_ = layer->width * 0.5;
-  m12_ = layer->height * 0.5;
+                                      Tiling tiling, const LayerView<Pixel>& layer) noexcept
+    : tileMode_(tiling), outsidePixel_{PixelTraits<Pixel>::fullScale, 0, 0, 0}, layer_(&layer) {
+  if (layer.pixels == nullptr || layer.width <= 0 || layer.height <= 0) return;
+  m02_ = layer.width * 0.5;
+  m12_ = layer.height * 0.5;
 
   m00_ *= scaleX;
   m10_ *= scaleX;
@@ -102,12 +78,7 @@ LayerEffectMap<Pixel>::LayerEffectMap(double centerX, double centerY, double ang
 
   m02_ = -centerY * m01_ + -centerX * m00_ + m02_;
   m12_ = -centerX * m10_ + -centerY * m11_ + m12_;
-  sampleWorld_ = layer;
-}
-
-template <class Pixel>
-bool LayerEffectMap<Pixel>::hasPixels() const noexcept {
-  return layer_ && layer_->data && layer_->width > 0 && layer_->height > 0;
+  sampleWorld_ = &layer;
 }
 
 template <class Pixel>
@@ -117,9 +88,6 @@ typename LayerEffectMap<Pixel>::Place LayerEffectMap<Pixel>::placeOf(double x, d
 
 template <class Pixel>
 Pixel LayerEffectMap<Pixel>::readPixel(Place place) const noexcept {
-  if (!sampleWorld_ || !sampleWorld_->data || sampleWorld_->width == 0 || sampleWorld_->height == 0) {
-    return outsidePixel_;
-  }
   const int32_t width = sampleWorld_->width;
   const int32_t height = sampleWorld_->height;
   if (static_cast<uint32_t>(place.column) > static_cast<uint32_t>(width) ||
@@ -129,14 +97,14 @@ Pixel LayerEffectMap<Pixel>::readPixel(Place place) const noexcept {
   // One column or row beyond the layer passes the test above (an unknown tiling brings it here), so the address is
   // held against the memory from the first to the last pixel before anything is read.
   constexpr auto pixelSize = static_cast<int64_t>(sizeof(Pixel));
-  const int64_t lastRow = static_cast<int64_t>(height - 1) * sampleWorld_->rowbytes;
+  const int64_t lastRow = static_cast<int64_t>(height - 1) * sampleWorld_->rowBytes;
   const int64_t begin = std::min<int64_t>(lastRow, 0);
   const int64_t end = std::max<int64_t>(lastRow, 0) + width * pixelSize;
-  const int64_t offset = static_cast<int64_t>(place.row) * sampleWorld_->rowbytes + place.column * pixelSize;
+  const int64_t offset = static_cast<int64_t>(place.row) * sampleWorld_->rowBytes + place.column * pixelSize;
   if (offset < begin || offset + pixelSize > end) return outsidePixel_;
 
   Pixel pixel;  // rows may start anywhere, so the pixel is copied out and not pointed at
-  std::memcpy(&pixel, reinterpret_cast<const unsigned char*>(sampleWorld_->data) + offset, sizeof pixel);
+  std::memcpy(&pixel, sampleWorld_->pixels + offset, sizeof pixel);
   return pixel;
 }
 
@@ -146,7 +114,7 @@ Pixel LayerEffectMap<Pixel>::SamplePixel(double x, double y) const noexcept {
   Place place = placeOf(x, y);
   place.column = tile(place.column, layer_->width, tileMode_);
   place.row = tile(place.row, layer_->height, tileMode_);
-  if (tileMode_ == noTiling && (place.column < 0 || place.row < 0)) return outsidePixel_;
+  if (tileMode_ == Tiling::none && (place.column < 0 || place.row < 0)) return outsidePixel_;
   return readPixel(place);
 }
 

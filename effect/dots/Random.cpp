@@ -27,7 +27,8 @@ int32_t patternNumber(const RandomSchedule& schedule) noexcept {
 uint32_t randomState = 0;
 
 void skipDrawsOfCells(int64_t cells) noexcept {
-  if (cells == 0) return;  // no step at all also leaves the bits above the sixteenth
+  // A seed may fill all 32 bits of the word, and only a step cuts it to 16. Without a step it must stay whole.
+  if (cells == 0) return;
   const RandomLeap leap = repeatLeap(cellLeap, static_cast<uint64_t>(cells));
   randomState = (randomState * leap.factor + leap.term) & 65535U;
 }

@@ -10,6 +10,8 @@
 
 #include <cstdint>
 
+#include "effect/pixel/Units.h"
+
 namespace vindrel {
 
 /// Draws of one visited cell.
@@ -42,8 +44,10 @@ constexpr RandomLeap cellLeap = repeatLeap(randomStep, drawsPerCell);
 
 /// The generator's word. Written at the start of each frame; nothing of it is seen by the next.
 ///
-/// Kept as is: one word for the whole process, without a lock. Two frames drawn at the same time disturb each other's
-/// sequence; a frame that is drawn alone is the same every time (theFrameBeforeLeavesNoTrace).
+/// Threads: the word belongs to the thread that renders a frame, from RandomReseed to the last dot of the walk, and
+/// nobody else may draw in that time. Kept as is: it is one word for the whole process, without a lock, so two frames
+/// that are rendered at the same time disturb each other's sequence; a frame that is rendered alone is the same every
+/// time (theFrameBeforeLeavesNoTrace). The settings, the records and the maps of a frame are that frame's own.
 extern uint32_t randomState;
 
 /// Advances the generator and returns its new value, 0 to 65535.
@@ -75,7 +79,7 @@ void RandomReseed(const RandomSchedule& schedule) noexcept;
 
 /// Draws a jitter from -amount up to just below amount; a negative amount mirrors the range.
 inline double drawJitter(double amount) noexcept {
-  return (amount - (-amount)) * static_cast<double>(NextRandom()) * 1.52587890625e-05 + (-amount);
+  return (amount - (-amount)) * static_cast<double>(NextRandom()) * twoToMinus16 + (-amount);
 }
 
 }  // namespace vindrel

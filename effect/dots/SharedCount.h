@@ -8,7 +8,6 @@
 #include <cstdint>
 #include <new>
 #include <type_traits>
-#include <utility>
 
 namespace vindrel {
 
@@ -32,8 +31,6 @@ class SharedCountBase {
     delete this;
   }
 
-  int32_t useCount() const noexcept { return useCount_; }
-
  private:
   int32_t useCount_ = 1;
 };
@@ -50,12 +47,10 @@ class SharedCountImpl_P final : public SharedCountBase {
   T* pointer_;
 };
 
-/// One share in an object, or empty. Copying adds an owner, moving hands the share on.
+/// One share in an object. Copying adds an owner. Never empty, and never given another object.
 template <class T>
 class SharedPointer {
  public:
-  SharedPointer() noexcept = default;
-
   /// Takes over an object made by the global `new`, which is freed if there is no memory for its count.
   template <class Derived>
   explicit SharedPointer(Derived* object) : pointer_(object), count_(makeCount(object)) {
@@ -64,26 +59,13 @@ class SharedPointer {
   }
 
   SharedPointer(const SharedPointer& other) noexcept : pointer_(other.pointer_), count_(other.count_) {
-    if (count_) count_->AddOwner();
+    count_->AddOwner();
   }
-  SharedPointer(SharedPointer&& other) noexcept
-      : pointer_(std::exchange(other.pointer_, nullptr)), count_(std::exchange(other.count_, nullptr)) {}
-  SharedPointer& operator=(SharedPointer other) noexcept {
-    std::swap(pointer_, other.pointer_);
-    std::swap(count_, other.count_);
-    return *this;
-  }
-  ~SharedPointer() {
-    if (count_) count_->Release();
-  }
+  SharedPointer& operator=(const SharedPointer&) = delete;
+  ~SharedPointer() { count_->Release(); }
 
-  T* get() const noexcept { return pointer_; }
   T& operator*() const noexcept { return *pointer_; }
   T* operator->() const noexcept { return pointer_; }
-  explicit operator bool() const noexcept { return pointer_ != nullptr; }
-
-  /// Owners at this moment; 0 when empty.
-  int32_t useCount() const noexcept { return count_ ? count_->useCount() : 0; }
 
  private:
   static SharedCountBase* makeCount(T* object) {
@@ -95,8 +77,8 @@ class SharedPointer {
     }
   }
 
-  T* pointer_ = nullptr;
-  SharedCountBase* count_ = nullptr;
+  T* pointer_;
+  SharedCountBase* count_;
 };
 
 }  // namespace vindrel

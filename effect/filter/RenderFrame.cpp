@@ -8,8 +8,9 @@
 #include "ae/Suites.h"
 #include "effect/dots/RenderDotField.h"
 #include "effect/filter/CanvasSize.h"
-#include "effect/filter/MaskKind.h"
+#include "effect/filter/MakeFieldSettings.h"
 #include "effect/filter/WorldNumbers.h"
+#include "effect/params/Choices.h"
 #include "effect/pixel/Pixel.h"
 #include "effect/pixel/Truncate.h"
 #include "effect/raster/DrawContext.h"
@@ -24,7 +25,7 @@ PF_Rect wholeWorld(const PF_EffectWorld& world) {
   return {0, 0, lowHalf(world.width), lowHalf(world.height)};
 }
 
-/// Transparent black. The host's 8-bit fill goes by the depth of the world, and nothing is nothing at every depth.
+/// Transparent black. The host's fill takes an 8-bit colour at every depth; one of four zeros means the same at each.
 PF_Err clearOutput(FrameRecord& frame, AEUtil::SuiteCache& suites) {
   const PF_Pixel transparentBlack{};
   const PF_Rect rect = wholeWorld(*frame.output);
@@ -65,20 +66,9 @@ DrawContext<Pixel> contextOf(const PF_EffectWorld& canvas) {
   return context;
 }
 
-/// Lengths that the user sets in pixels of the full layer become pixels of the canvas. Places and ratios don't: the
-/// host has scaled the places already.
-void scaleToDownsampling(RenderParams& params, const PF_InData& in_data) {
-  const double scaleX = scaleFactor(in_data.downsample_x);
-  const double scaleY = scaleFactor(in_data.downsample_y);
-  const double scale = std::min(scaleX, scaleY);
-  params.dotDistanceX *= scaleX;
-  params.dotDistanceY *= scaleY;
-  params.dotSize *= scale;
-  for (EffectorParams& effector : params.effector) {
-    effector.size *= scale;
-    effector.absSize *= scale;
-    effector.offsetSize *= scale;
-  }
+int32_t tellHost(void* in_data, int32_t percent) {
+  const auto& host = *static_cast<const PF_InData*>(in_data);
+  return host.inter.progress(host.effect_ref, percent, 100);
 }
 
 /// Draws the dots on the canvas with a rasteriser of their own.
@@ -87,8 +77,8 @@ PF_Err drawDots(FrameRecord& frame) {
   DrawContext<Pixel> context = contextOf<Pixel>(*frame.canvas.world());
   const std::unique_ptr<PolygonRasterizer<Pixel>> rasterizer(new PolygonRasterizer<Pixel>(context));
   context.rasterizer = rasterizer.get();
-  scaleToDownsampling(frame.params, *frame.in_data);
-  return RenderDotField<Pixel>(frame, context);
+  const FieldSettings<Pixel> settings = makeFieldSettings<Pixel>(frame.params, *frame.in_data);
+  return RenderDotField(settings, context, {tellHost, frame.in_data});
 }
 
 /// Where a side of the mask layer lies so that the layer is centred on the output. Full 32 bits are read here.
@@ -119,20 +109,17 @@ PF_MaskWorld makeMask(const FrameRecord& frame) {
 }
 
 /// The part of the canvas that goes to the output. The canvas has layer coordinates: this is what `input` covers.
-PF_Rect canvasPart(const FrameRecord& frame) {
-  if (frame.whole_canvas && (frame.params.mask != maskNormal || frame.params.invertMask != 0)) {
-    return wholeWorld(*frame.canvas.world());
-  }
-  const int32_t left = lowHalf(frame.input->origin_x);
-  const int32_t top = lowHalf(frame.input->origin_y);
-  return {left, top, left + lowHalf(frame.input->width), top + lowHalf(frame.input->height)};
+PF_Rect canvasPart(const PF_EffectWorld& input) {
+  const int32_t left = lowHalf(input.origin_x);
+  const int32_t top = lowHalf(input.origin_y);
+  return {left, top, left + lowHalf(input.width), top + lowHalf(input.height)};
 }
 
 PF_Err transferCanvas(FrameRecord& frame, AEUtil::SuiteCache& suites) {
   const int32_t kind = frame.params.mask;
   const bool masked = kind == maskNormal || kind == maskLayer;
   const PF_MaskWorld mask = masked ? makeMask(frame) : PF_MaskWorld{};
-  const PF_Rect source = canvasPart(frame);
+  const PF_Rect source = canvasPart(*frame.input);
   PF_CompositeMode mode{};
   mode.xfer = PF_Xfer_IN_FRONT;
   mode.opacity = PF_MAX_CHAN8;

@@ -9,10 +9,9 @@ namespace vindrel {
 /// Clears the output, puts the source back unless "Clear Background" is on, has the dots drawn on the canvas, and lays
 /// the canvas over the output, in front, straight alpha, held back by the mask.
 ///
-/// Scales the size-like parameters in the record to the down-sampling, so a record goes through only once. Returns the
-/// first error and draws no further after it: an error of the dots leaves the background alone in the output. A frame
-/// without a canvas gets its background and 512. Throws the bare long 516 when a suite, or the way to the suites, is
-/// missing.
+/// Returns the first error and draws no further after it: an error of the dots leaves the background alone in the
+/// output. A frame without a canvas gets its background and 512. Throws the bare long 516 when a suite, or the way to
+/// the suites, is missing.
 /// @tparam Pixel  Pixel8, Pixel16 or Pixel32, as frame.pixel_format tells.
 template <class Pixel>
 PF_Err renderFrame(FrameRecord& frame);

@@ -11,7 +11,7 @@
 namespace vindrel {
 
 /// Lives for its frame: on the classic road on the stack of the command, on the smart road as the host's pre-render
-/// data. Goes through one drawing only, since the drawing scales the size-like parameters in place.
+/// data.
 struct FrameRecord {
   RenderParams params{};
   PF_InData* in_data = nullptr;
@@ -21,7 +21,6 @@ struct FrameRecord {
   PF_PixelFormat pixel_format = PF_PixelFormat_INVALID;  ///< the tag of `input`; invalid while not known
   PF_LRect extent{};              ///< what the host says is visible; kept for a reader under a debugger
   AEUtil::EffectWorldPtr canvas;  ///< the world that the dots are drawn on, in layer coordinates
-  bool whole_canvas = false;      ///< never set: the transfer always cuts out the part that `input` covers
 };
 
 }  // namespace vindrel

@@ -1,7 +1,8 @@
 // The value of every control for one frame, exactly as the host returned it.
 //
 // Nothing is converted on the way in: a popup counts from 1, an angle or a point stays 16.16 fixed, a percentage stays
-// 0 to 100. Whoever reads the record converts once, at the start of the frame.
+// 0 to 100. The values are converted once, at the start of the frame (effect/filter/MakeFieldSettings.h). The items of
+// the popups are those of Choices.h; a popup may also hold a number that is no item.
 #pragma once
 
 #include <cstdint>
@@ -18,7 +19,7 @@ using Bool8 = uint8_t;
 /// One effector group.
 struct EffectorParams {
   Bool8 enabled;
-  int32_t effectMap;       ///< 1 custom map, 2 separator, 3 radial, 4 radial mirror, 5 linear, 6 linear mirror
+  int32_t effectMap;       ///< an EffectMapItem
   PF_Fixed angle;          ///< degrees, 16.16
   PF_FixedPoint position;  ///< layer pixels, 16.16
   Bool8 centerDotToFront;
@@ -27,7 +28,7 @@ struct EffectorParams {
   PF_EffectWorld* customMapLayer;  ///< null when there is none; never owned
   Bool8 fitToLayer;
   Bool8 pickSourceColor;
-  int32_t tiling;  ///< 1 none, 2 repeat, 3 mirror, 4 extend edge
+  int32_t tiling;  ///< a TilingItem
   Bool8 absolute;
   double absSize;                                              ///< pixels
   double absAspect;                                            ///< percent
@@ -39,7 +40,7 @@ struct EffectorParams {
   PF_Fixed offsetRotation;                                     ///< degrees, 16.16
   double offsetOpacity;                                        ///< percent
   Bool8 color;
-  int32_t blendMode;    ///< popup value from 1, the separators at 2 and 10 counted
+  int32_t blendMode;    ///< a BlendModeItem
   PF_Pixel blendColor;  ///< bytes 0 to 255 at every depth
   PF_Fixed shiftHue;    ///< degrees, 16.16
 };
@@ -51,15 +52,15 @@ struct RenderParams {
   double dotSize;                     ///< pixels
   double dotAspect;                   ///< percent, -100 to 100
   PF_Fixed dotRotation;               ///< degrees, 16.16
-  int32_t rotationType;               ///< 1 normal, 2 look at centre, 3 fix dot angle
+  int32_t rotationType;               ///< a RotationTypeItem
   double dotOpacity;                  ///< percent
-  int32_t distanceBetween;            ///< 1 between dots, 2 between centres
+  int32_t distanceBetween;            ///< a DistanceBetweenItem
   double dotDistanceX, dotDistanceY;  ///< pixels
   PF_FixedPoint centerPosition;       ///< layer pixels, 16.16
   Bool8 centerDotToFront;
   PF_Fixed globalRotation;          ///< degrees, 16.16
-  int32_t globalRotationCenter;     ///< 1 centerPosition, 2 to 4 the position of effector 1 to 3
-  int32_t mask;                     ///< 1 normal, 2 none, 3 layer
+  int32_t globalRotationCenter;     ///< a RotationCenterItem
+  int32_t mask;                     ///< a MaskItem
   PF_EffectWorld* maskTargetLayer;  ///< null when there is none; never owned
   Bool8 invertMask;
   Bool8 clearBackground;

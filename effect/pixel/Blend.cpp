@@ -6,17 +6,13 @@
 #include <cstdlib>
 #include <type_traits>
 
+#include "effect/pixel/Wrap.h"
+
 namespace vindrel {
 namespace {
 
-/// Integer arithmetic of 32 bits that wraps. Channels inside the full scale never wrap; a 16-bit layer may hold
-/// more than 32768, and then the products must still be harmless.
-int32_t wrapMul(int32_t a, int32_t b) noexcept {
-  return static_cast<int32_t>(static_cast<uint32_t>(a) * static_cast<uint32_t>(b));
-}
-int32_t wrapAdd(int32_t a, int32_t b) noexcept {
-  return static_cast<int32_t>(static_cast<uint32_t>(a) + static_cast<uint32_t>(b));
-}
+// Channels inside the full scale never wrap; a 16-bit layer may hold more than 32768, and then the products must still
+// be harmless.
 
 template <class Pixel>
 constexpr int32_t full = PixelTraits<Pixel>::fullScale;
@@ -28,13 +24,13 @@ constexpr int32_t halfShift = PixelTraits<Pixel>::halfWeightShift;
 /// (d * s) doubled, in the channel's scale.
 template <class Pixel>
 int32_t doubledProduct(int32_t d, int32_t s) noexcept {
-  return wrapMul(d, s) >> halfShift<Pixel>;
+  return wrapMultiply(d, s) >> halfShift<Pixel>;
 }
 
 /// The same with both channels turned around, and the result turned back.
 template <class Pixel>
 int32_t doubledScreen(int32_t d, int32_t s) noexcept {
-  return full<Pixel> - (wrapMul(full<Pixel> - d, full<Pixel> - s) >> halfShift<Pixel>);
+  return full<Pixel> - (wrapMultiply(full<Pixel> - d, full<Pixel> - s) >> halfShift<Pixel>);
 }
 
 float doubledProduct(float d, float s) noexcept {
@@ -61,16 +57,16 @@ Channel<Pixel> modeChannel(int32_t code, Channel<Pixel> channelD, Channel<Pixel>
     int32_t result = s;
     switch (code) {
       case multiplyBlend:
-        result = std::min(wrapMul(d, s) >> w, F);
+        result = std::min(wrapMultiply(d, s) >> w, F);
         break;
       case screenBlend:
-        result = (F * F - wrapMul(F - d, F - s)) >> w;
+        result = (F * F - wrapMultiply(F - d, F - s)) >> w;
         break;
       case differenceBlend:
         result = std::abs(d - s);
         break;
       case exclusionBlend:
-        result = wrapAdd(wrapMul(F - s, d), wrapMul(F - d, s)) >> w;
+        result = wrapAdd(wrapMultiply(F - s, d), wrapMultiply(F - d, s)) >> w;
         break;
       default:
         break;  // Normal: the source as it is
@@ -97,7 +93,7 @@ Channel<Pixel> modeChannel(int32_t code, Channel<Pixel> channelD, Channel<Pixel>
 template <class Pixel>
 Channel<Pixel> addChannel(Channel<Pixel> d, Channel<Pixel> s, Channel<Pixel> alpha) noexcept {
   if constexpr (hasIntegerChannels<Pixel>) {
-    return static_cast<Channel<Pixel>>(std::min(d + (wrapMul(s, alpha) >> weightShift<Pixel>), full<Pixel>));
+    return static_cast<Channel<Pixel>>(std::min(d + (wrapMultiply(s, alpha) >> weightShift<Pixel>), full<Pixel>));
   } else {
     return std::min(alpha * s + d, 1.0F);
   }
@@ -106,7 +102,7 @@ Channel<Pixel> addChannel(Channel<Pixel> d, Channel<Pixel> s, Channel<Pixel> alp
 template <class Pixel>
 Channel<Pixel> subtractChannel(Channel<Pixel> d, Channel<Pixel> s, Channel<Pixel> alpha) noexcept {
   if constexpr (hasIntegerChannels<Pixel>) {
-    return static_cast<Channel<Pixel>>(std::max(d - (wrapMul(s, alpha) >> weightShift<Pixel>), 0));
+    return static_cast<Channel<Pixel>>(std::max(d - (wrapMultiply(s, alpha) >> weightShift<Pixel>), 0));
   } else {
     return std::max(d - alpha * s, 0.0F);
   }
@@ -173,11 +169,11 @@ void normalOver(Pixel& pixel, const Pixel& source) noexcept {
   // a dot's opacity is written later.
   if constexpr (hasIntegerChannels<Pixel>) {
     const int32_t a = source.alpha;
-    const int32_t i = wrapMul(full<Pixel> - a, pixel.alpha) >> weightShift<Pixel>;
+    const int32_t i = wrapMultiply(full<Pixel> - a, pixel.alpha) >> weightShift<Pixel>;
     const int32_t t = i + a;
     assert(t > 0);
     const auto mix = [=](int32_t s, int32_t d) {
-      return static_cast<Channel<Pixel>>(wrapAdd(wrapMul(s, a), wrapMul(d, i)) / t);
+      return static_cast<Channel<Pixel>>(wrapAdd(wrapMultiply(s, a), wrapMultiply(d, i)) / t);
     };
     pixel.red = mix(source.red, pixel.red);
     pixel.green = mix(source.green, pixel.green);

@@ -3,32 +3,14 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <cstdlib>
-#include <cstring>
-#include <new>
+#include <random>
 #include <vector>
 
 #include "effect/dots/Random.h"
 #include "effect/pixel/Pixel.h"
+#include "tests/dots/CountedMemory.h"
 #include "tests/dots/Frames.h"
 #include "tests/dots/PlainDotField.h"
-
-namespace {
-std::size_t allocations = 0;
-}
-
-// Counts what is made on the heap: whether a map was built shows in nothing else.
-void* operator new(std::size_t size) {
-  ++allocations;
-  if (void* block = std::malloc(size == 0 ? 1 : size)) return block;
-  throw std::bad_alloc();
-}
-void operator delete(void* block) noexcept {
-  std::free(block);
-}
-void operator delete(void* block, std::size_t) noexcept {
-  std::free(block);
-}
 
 namespace vindrel {
 namespace {
@@ -39,6 +21,7 @@ using testing::placeCenter;
 using testing::plainParams;
 using testing::RandomFrame;
 using testing::randomFrame;
+using testing::settingsOf;
 
 template <class Pixel>
 void expectSameRecords(const DotField<Pixel>& field, const plain::Field<Pixel>& twin) {
@@ -64,14 +47,13 @@ void expectTwinsOverRandomFrames(uint32_t firstSeed) {
   for (uint32_t seed = firstSeed; seed < firstSeed + 80; ++seed) {
     const RandomFrame frame = randomFrame(seed);
     SCOPED_TRACE(::testing::Message() << frame);
-    PF_InData in_data{};
-    in_data.current_time = static_cast<A_long>(seed % 23) * 1001 - 7000;
-    in_data.time_step = seed % 5 == 0 ? 0 : 1001;
+    const int32_t currentTime = static_cast<int32_t>(seed % 23) * 1001 - 7000;
+    const int32_t timeStep = seed % 5 == 0 ? 0 : 1001;
     const plain::Grid grid = plain::makeGrid(frame.params, frame.width, frame.height);
     const int32_t limit = farthestRing(frame.params, frame.width, frame.height, grid.pitchX, grid.pitchY);
-    const auto twin = plain::collectDots<Pixel>(frame.params, in_data.current_time, in_data.time_step, frame.width,
-                                                frame.height, limit);
-    expectSameRecords(collectDots<Pixel>(frame.params, &in_data, frame.width, frame.height), twin);
+    const auto twin = plain::collectDots<Pixel>(frame.params, currentTime, timeStep, frame.width, frame.height, limit);
+    expectSameRecords(collectDots(settingsOf<Pixel>(frame.params, currentTime, timeStep), frame.width, frame.height),
+                      twin);
     if (::testing::Test::HasFatalFailure()) return;
     dots += twin.records.size();
   }
@@ -97,7 +79,7 @@ RenderParams centered() {
 
 template <class Pixel = Pixel8>
 DotField<Pixel> collected(const RenderParams& params) {
-  return collectDots<Pixel>(params, nullptr, 90, 90);
+  return collectDots(settingsOf<Pixel>(params), 90, 90);
 }
 
 const DotRecord<Pixel8>* dotAt(const DotField<Pixel8>& field, double x, double y) {
@@ -171,15 +153,16 @@ TEST(CollectDots, theMapOfADisabledEffectorIsBuilt) {
   const auto allocationsOf = [](Bool8 enabled) {
     RenderParams params = centered();
     for (EffectorParams& effector : params.effector) effector.enabled = enabled;
-    const std::size_t before = allocations;
-    const std::size_t dots = collected(params).records.size();
-    const std::size_t made = allocations - before;
+    const FieldSettings<Pixel8> settings = settingsOf<Pixel8>(params);
+    const int before = testing::blocksMade;
+    const std::size_t dots = collectDots(settings, 90, 90).records.size();
+    const int made = testing::blocksMade - before;
     EXPECT_EQ(dots, 25U);
     return made;
   };
-  // Six growths make room for 25 records; each of the three maps is one block at the least.
-  EXPECT_EQ(allocationsOf(0), allocationsOf(1));
-  EXPECT_GE(allocationsOf(0), 6U + 3U);
+  // Six growths make room for 25 records; each of the three maps is one block and its count another.
+  EXPECT_EQ(allocationsOf(0), 6 + 3 * 2);
+  EXPECT_EQ(allocationsOf(1), 6 + 3 * 2);
 }
 
 TEST(CollectDots, effectorsWorkInTheirOrder) {
@@ -374,24 +357,20 @@ TEST(CollectDots, theTimeChoosesThePattern) {
   RenderParams params = centered();
   params.randomDistanceX = 0.5;
   params.randomInterval = 2;
-  PF_InData in_data{};
-  in_data.time_step = 100;
-  const auto firstX = [&](A_long time) {
-    in_data.current_time = time;
-    return collectDots<Pixel8>(params, &in_data, 90, 90).records.at(0).x;
+  const auto firstX = [&](int32_t time) {
+    return collectDots(settingsOf<Pixel8>(params, time, 100), 90, 90).records.at(0).x;
   };
   EXPECT_EQ(firstX(0), firstX(100));
   EXPECT_NE(firstX(0), firstX(200));
   EXPECT_EQ(firstX(200), firstX(300));
 }
 
-TEST(CollectDots, withoutTheHostsRecordTheTimeIsZero) {
+TEST(CollectDots, withoutATimeStepThePatternStands) {
   RenderParams params = centered();
   params.randomDistanceX = 0.5;
   params.randomInterval = 1;
-  PF_InData in_data{};
-  in_data.time_step = 100;
-  expectSameRecords<Pixel8>(collected(params), {collectDots<Pixel8>(params, &in_data, 90, 90).records, false});
+  const DotField<Pixel8> atStart = collectDots(settingsOf<Pixel8>(params, 0, 100), 90, 90);
+  expectSameRecords<Pixel8>(collectDots(settingsOf<Pixel8>(params, 700, 0), 90, 90), {atStart.records, false});
 }
 
 TEST(CollectDots, theFrameBeforeLeavesNoTrace) {
@@ -402,7 +381,7 @@ TEST(CollectDots, theFrameBeforeLeavesNoTrace) {
   RenderParams other = params;
   other.randomSeed = 8;
   other.centerDotToFront = 1;
-  collectDots<Pixel32>(other, nullptr, 300, 17);
+  collectDots(settingsOf<Pixel32>(other), 300, 17);
   expectSameRecords<Pixel8>(collected(params), {alone.records, false});
 }
 
@@ -411,7 +390,7 @@ TEST(CollectDots, aLargerFrameKeepsTheDotsOfASmallerOne) {
   params.randomDistanceX = params.randomDistanceY = params.randomSize = 0.3;
   params.randomHue = fixed(100.0);
   const DotField<Pixel8> small = collected(params);
-  const DotField<Pixel8> large = collectDots<Pixel8>(params, nullptr, 300, 200);
+  const DotField<Pixel8> large = collectDots(settingsOf<Pixel8>(params), 300, 200);
   EXPECT_GT(large.records.size(), small.records.size());
   for (const DotRecord<Pixel8>& record : small.records) {
     const DotRecord<Pixel8>* same = dotAt(large, record.x, record.y);
@@ -437,6 +416,60 @@ TEST(CollectDots, aLayerMapWithoutItsLayerIsHarmless) {
       EXPECT_EQ(record.color.red, 255);
     }
   }
+}
+
+// The order.
+
+DotRecord<Pixel8> square(double x, double y, double frontKey) {
+  return {frontKey, x, y, {255, 255, 0, 0}, 8.0, 8.0, 0.0, squareShape};
+}
+
+TEST(SortDots, readingOrderIsTopRowFirstAndThenFromTheLeft) {
+  std::vector<DotRecord<Pixel8>> records{square(3, 2, 0), square(9, 1, 1), square(1, 2, 2), square(2, 1.5, 3)};
+  SortDots(records, DotOrder::reading);
+  EXPECT_EQ(records[0].x, 9.0);
+  EXPECT_EQ(records[1].x, 2.0);
+  EXPECT_EQ(records[2].x, 1.0);
+  EXPECT_EQ(records[3].x, 3.0);
+}
+
+TEST(SortDots, theFrontOrderIsByKeyAlone) {
+  std::vector<DotRecord<Pixel8>> records{square(3, 2, 7), square(9, 1, 1), square(1, 2, 0), square(2, 1.5, 3)};
+  SortDots(records, DotOrder::nearestOnTop);
+  EXPECT_EQ(records[0].frontKey, 0.0);
+  EXPECT_EQ(records[1].frontKey, 1.0);
+  EXPECT_EQ(records[2].frontKey, 3.0);
+  EXPECT_EQ(records[3].frontKey, 7.0);
+}
+
+template <class Pixel>
+void expectWholeRecordsMove() {
+  std::mt19937 engine(7);
+  std::vector<DotRecord<Pixel>> records(500);
+  for (DotRecord<Pixel>& record : records) {
+    const auto number = static_cast<double>(static_cast<uint32_t>(engine()));
+    record = {number, 2 * number, 3 * number, {}, 4 * number, 5 * number, 6 * number, 2};
+    record.color.red = static_cast<typename PixelTraits<Pixel>::Channel>(static_cast<int>(number / 4294967296.0 * 200));
+  }
+  SortDots(records, DotOrder::reading);
+  double last = -1.0;
+  for (const DotRecord<Pixel>& record : records) {
+    EXPECT_GE(record.frontKey, last);
+    last = record.frontKey;
+    EXPECT_EQ(record.x, 2 * last);
+    EXPECT_EQ(record.height, 5 * last);
+    EXPECT_EQ(static_cast<int>(record.color.red), static_cast<int>(last / 4294967296.0 * 200));
+  }
+}
+
+TEST(SortDots, wholeRecordsMoveAt8Bits) {
+  expectWholeRecordsMove<Pixel8>();
+}
+TEST(SortDots, wholeRecordsMoveAt16Bits) {
+  expectWholeRecordsMove<Pixel16>();
+}
+TEST(SortDots, wholeRecordsMoveInFloat) {
+  expectWholeRecordsMove<Pixel32>();
 }
 
 }  // namespace

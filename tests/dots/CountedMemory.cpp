@@ -7,6 +7,7 @@
 namespace vindrel::testing {
 
 int blocksHeld = 0;
+int blocksMade = 0;
 int allocationsUntilFailure = -1;
 
 }  // namespace vindrel::testing
@@ -20,6 +21,7 @@ void* operator new(size_t size) {
   void* block = std::malloc(size == 0 ? 1 : size);
   if (!block) throw std::bad_alloc();
   ++blocksHeld;
+  ++blocksMade;
   return block;
 }
 

@@ -6,6 +6,8 @@ namespace vindrel::testing {
 
 /// Blocks handed out and not given back.
 extern int blocksHeld;
+/// Blocks that were ever made.
+extern int blocksMade;
 
 /// Allocations that still succeed; the next one after them throws std::bad_alloc. Below 0: memory never ends.
 extern int allocationsUntilFailure;

@@ -1,11 +1,11 @@
-// A canvas with its rasteriser, and a host that listens to progress, for tests that draw.
+// A canvas with its rasteriser, and a listener to its progress, for tests that draw.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
 #include <vector>
 
-#include "ae/InOutData.h"
+#include "effect/dots/RenderDotField.h"
 #include "effect/raster/DrawContext.h"
 #include "effect/raster/PolygonRasterizer.h"
 
@@ -47,30 +47,23 @@ struct DrawnCanvas {
   }
 };
 
-/// Writes down each progress call, and answers 0 until `failAt` calls have come, then `failure`.
+/// Writes down each share that it is told, and answers 0 but to the call numbered `failAt`, to which it says `failure`.
 struct ProgressListener {
-  struct Call {
-    A_long current, total;
-    friend bool operator==(const Call&, const Call&) = default;
-  };
-
-  ProgressListener() {
-    in_data.inter.progress = &ProgressListener::progress;
-    in_data.effect_ref = reinterpret_cast<PF_ProgPtr>(this);
-  }
+  ProgressListener() = default;
   ProgressListener(const ProgressListener&) = delete;
   ProgressListener& operator=(const ProgressListener&) = delete;
 
-  static PF_Err progress(PF_ProgPtr effect_ref, A_long current, A_long total) {
-    auto* listener = reinterpret_cast<ProgressListener*>(effect_ref);
-    listener->calls.push_back({current, total});
-    return listener->calls.size() == listener->failAt ? listener->failure : 0;
+  static int32_t tell(void* listener, int32_t percent) {
+    auto& self = *static_cast<ProgressListener*>(listener);
+    self.percents.push_back(percent);
+    return self.percents.size() == self.failAt ? self.failure : 0;
   }
 
-  PF_InData in_data{};
-  std::vector<Call> calls;
+  ProgressCall call() { return {&ProgressListener::tell, this}; }
+
+  std::vector<int32_t> percents;
   std::size_t failAt = 0;  ///< counted from 1; 0 for never
-  PF_Err failure = 0;
+  int32_t failure = 0;
 };
 
 }  // namespace vindrel::testing

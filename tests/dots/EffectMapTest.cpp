@@ -7,18 +7,15 @@
 
 #include "effect/dots/Effector.h"
 #include "effect/dots/LayerEffectMap.h"
-#include "effect/dots/LinearEffectMap.h"
-#include "effect/dots/RadialEffectMap.h"
+#include "tests/dots/Frames.h"
 #include "tests/dots/LayerWorld.h"
 
 namespace vindrel {
 namespace {
 
+using testing::fixed;
 using testing::LayerWorld;
-
-constexpr PF_Fixed fixed(double value) {
-  return static_cast<PF_Fixed>(value * 65536.0);
-}
+using testing::MappedEffector;
 
 /// At (20, 30), reach 40, falloff a half.
 EffectorParams effector(int32_t effectMap) {
@@ -32,13 +29,13 @@ EffectorParams effector(int32_t effectMap) {
 }
 
 template <class Pixel = Pixel8>
-EffectMapPtr mapOf(const EffectorParams& params, int32_t canvasWidth = 100, int32_t canvasHeight = 80) {
-  return MakeEffectMap<Pixel>(makeEffectorState(params, canvasWidth, canvasHeight));
+MappedEffector<Pixel> mapOf(const EffectorParams& params, int32_t canvasWidth = 100, int32_t canvasHeight = 80) {
+  return MappedEffector<Pixel>(params, canvasWidth, canvasHeight);
 }
 
-template <class Map>
-bool is(const EffectMapPtr& map) {
-  return dynamic_cast<const Map*>(map.get()) != nullptr;
+template <class Map, class Pixel>
+bool is(const MappedEffector<Pixel>& effector) {
+  return dynamic_cast<const Map*>(&*effector.map) != nullptr;
 }
 
 TEST(MakeEffectMap, eachPopupItemHasItsMap) {
@@ -51,10 +48,10 @@ TEST(MakeEffectMap, eachPopupItemHasItsMap) {
 
 TEST(MakeEffectMap, theSeparatorAndUnknownItemsAreLinearWithoutMirror) {
   for (const int32_t item : {2, 0, -1, 7, 1000}) {
-    const EffectMapPtr map = mapOf(effector(item));
-    ASSERT_TRUE(is<LinearEffectMap>(map)) << item;
-    EXPECT_EQ(map->Evaluate(20.0, 130.0), 1.0) << item;  // far behind the line
-    EXPECT_EQ(map->Evaluate(20.0, 0.0), 0.5) << item;    // 30 of 40 up, the ramp begins at 20
+    const auto mapped = mapOf(effector(item));
+    ASSERT_TRUE(is<LinearEffectMap>(mapped)) << item;
+    EXPECT_EQ(mapped.map->Evaluate(20.0, 130.0), 1.0) << item;  // far behind the line
+    EXPECT_EQ(mapped.map->Evaluate(20.0, 0.0), 0.5) << item;    // 30 of 40 up, the ramp begins at 20
   }
 }
 
@@ -64,18 +61,18 @@ TEST(MakeEffectMap, aLayerMapIsOfTheDepthOfTheFrame) {
 }
 
 TEST(MakeEffectMap, itemsFourAndSixAreMirrored) {
-  EXPECT_EQ(mapOf(effector(3))->Evaluate(20.0, 30.0), 1.0);
-  EXPECT_EQ(mapOf(effector(4))->Evaluate(20.0, 30.0), 0.0);  // the full weight lies on the ring
-  EXPECT_EQ(mapOf(effector(4))->Evaluate(40.0, 30.0), 1.0);
-  EXPECT_EQ(mapOf(effector(5))->Evaluate(20.0, 130.0), 1.0);
-  EXPECT_EQ(mapOf(effector(6))->Evaluate(20.0, 130.0), 0.0);
+  EXPECT_EQ(mapOf(effector(3)).map->Evaluate(20.0, 30.0), 1.0);
+  EXPECT_EQ(mapOf(effector(4)).map->Evaluate(20.0, 30.0), 0.0);  // the full weight lies on the ring
+  EXPECT_EQ(mapOf(effector(4)).map->Evaluate(40.0, 30.0), 1.0);
+  EXPECT_EQ(mapOf(effector(5)).map->Evaluate(20.0, 130.0), 1.0);
+  EXPECT_EQ(mapOf(effector(6)).map->Evaluate(20.0, 130.0), 0.0);
 }
 
 TEST(MakeEffectMap, aLinearMapTakesTheAngleInDegrees) {
   EffectorParams params = effector(5);
   params.angle = fixed(90.0);
-  EXPECT_EQ(mapOf(params)->Evaluate(50.0, 30.0), 0.5);
-  EXPECT_EQ(mapOf(params)->Evaluate(-50.0, 30.0), 1.0);
+  EXPECT_EQ(mapOf(params).map->Evaluate(50.0, 30.0), 0.5);
+  EXPECT_EQ(mapOf(params).map->Evaluate(-50.0, 30.0), 1.0);
 }
 
 TEST(MakeEffectMap, aLayerSitsOnTheEffectorsPositionAndTurnsByItsAngle) {
@@ -83,12 +80,10 @@ TEST(MakeEffectMap, aLayerSitsOnTheEffectorsPositionAndTurnsByItsAngle) {
   layer.number();
   EffectorParams params = effector(1);
   params.customMapLayer = layer.world();
-  EffectMapPtr map = mapOf(params);
-  EXPECT_EQ(static_cast<const LayerEffectMap<Pixel8>&>(*map).SamplePixel(22.0, 29.0), (Pixel8{1, 7, 4, 7}));
+  EXPECT_EQ(mapOf(params).layerMap().SamplePixel(22.0, 29.0), (Pixel8{1, 7, 4, 7}));
 
   params.angle = fixed(180.0);
-  map = mapOf(params);
-  EXPECT_EQ(static_cast<const LayerEffectMap<Pixel8>&>(*map).SamplePixel(22.0, 29.0), (Pixel8{1, 3, 6, 7}));
+  EXPECT_EQ(mapOf(params).layerMap().SamplePixel(22.0, 29.0), (Pixel8{1, 3, 6, 7}));
 }
 
 TEST(MakeEffectMap, aFittedLayerOfTheCanvasSizeIsReadPixelForPixelWhateverPositionAndAngle) {
@@ -99,8 +94,8 @@ TEST(MakeEffectMap, aFittedLayerOfTheCanvasSizeIsReadPixelForPixelWhateverPositi
   params.fitToLayer = 1;
   params.angle = fixed(77.0);
   params.position = {fixed(-5.5), fixed(812.25)};
-  const EffectMapPtr map = mapOf<Pixel16>(params, 33, 17);
-  const auto& layerMap = static_cast<const LayerEffectMap<Pixel16>&>(*map);
+  const auto mapped = mapOf<Pixel16>(params, 33, 17);
+  const auto& layerMap = mapped.layerMap();
   for (int y = 0; y < 17; ++y) {
     for (int x = 0; x < 33; ++x) {
       ASSERT_EQ(layerMap.SamplePixel(x, y), (Pixel16{1, static_cast<uint16_t>(x), static_cast<uint16_t>(y), 7}));
@@ -114,8 +109,8 @@ TEST(MakeEffectMap, aFittedLayerIsStretchedOverTheCanvas) {
   EffectorParams params = effector(1);
   params.customMapLayer = layer.world();
   params.fitToLayer = 1;
-  const EffectMapPtr map = mapOf<Pixel16>(params, 100, 80);
-  const auto& layerMap = static_cast<const LayerEffectMap<Pixel16>&>(*map);
+  const auto mapped = mapOf<Pixel16>(params, 100, 80);
+  const auto& layerMap = mapped.layerMap();
   EXPECT_EQ(layerMap.SamplePixel(0.0, 0.0), (Pixel16{1, 0, 0, 7}));
   EXPECT_EQ(layerMap.SamplePixel(50.0, 40.0), (Pixel16{1, 10, 20, 7}));
   EXPECT_EQ(layerMap.SamplePixel(95.0, 78.0), (Pixel16{1, 19, 39, 7}));
@@ -126,9 +121,9 @@ TEST(MakeEffectMap, aFittedLayerThatIsMissingGivesNoWeight) {
   params.fitToLayer = 1;
   for (const int32_t tiling : {1, 2, 3, 4, 5}) {
     params.tiling = tiling;
-    EXPECT_EQ(mapOf<Pixel8>(params)->Evaluate(20.0, 30.0), 0.0);
-    EXPECT_EQ(mapOf<Pixel16>(params)->Evaluate(20.0, 30.0), 0.0);
-    EXPECT_EQ(mapOf<Pixel32>(params)->Evaluate(20.0, 30.0), 0.0);
+    EXPECT_EQ(mapOf<Pixel8>(params).map->Evaluate(20.0, 30.0), 0.0);
+    EXPECT_EQ(mapOf<Pixel16>(params).map->Evaluate(20.0, 30.0), 0.0);
+    EXPECT_EQ(mapOf<Pixel32>(params).map->Evaluate(20.0, 30.0), 0.0);
   }
 }
 
@@ -139,7 +134,7 @@ TEST(MakeEffectMap, aFittedLayerOfNoSizeGivesNoWeight) {
   params.fitToLayer = 1;
   for (const int32_t tiling : {1, 2, 3, 4}) {
     params.tiling = tiling;
-    EXPECT_EQ(mapOf(params)->Evaluate(20.0, 30.0), 0.0);
+    EXPECT_EQ(mapOf(params).map->Evaluate(20.0, 30.0), 0.0);
   }
 }
 
@@ -149,7 +144,7 @@ TEST(MakeEffectMap, aFittedLayerOnACanvasOfNoSizeIsHarmless) {
   EffectorParams params = effector(1);
   params.customMapLayer = layer.world();
   params.fitToLayer = 1;
-  EXPECT_EQ(mapOf(params, 0, 0)->Evaluate(0.0, 0.0), 0.0);
+  EXPECT_EQ(mapOf(params, 0, 0).map->Evaluate(0.0, 0.0), 0.0);
 }
 
 TEST(MakeEffectMap, eachTilingItemReachesTheLayer) {
@@ -159,8 +154,7 @@ TEST(MakeEffectMap, eachTilingItemReachesTheLayer) {
   params.customMapLayer = layer.world();
   const auto columnLeftOfTheLayer = [&](int32_t tiling) {
     params.tiling = tiling;
-    const EffectMapPtr map = mapOf(params);
-    return int{static_cast<const LayerEffectMap<Pixel8>&>(*map).SamplePixel(13.0, 30.0).red};  // column -2
+    return int{mapOf(params).layerMap().SamplePixel(13.0, 30.0).red};  // column -2
   };
   EXPECT_EQ(columnLeftOfTheLayer(1), 0);  // opaque black
   EXPECT_EQ(columnLeftOfTheLayer(2), 8);

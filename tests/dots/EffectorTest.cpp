@@ -10,16 +10,17 @@
 #include "effect/dots/LayerEffectMap.h"
 #include "effect/pixel/Blend.h"
 #include "effect/pixel/Convert.h"
+#include "tests/dots/Frames.h"
 #include "tests/dots/LayerWorld.h"
 
 namespace vindrel {
 namespace {
 
+using testing::effectorOf;
+using testing::fixed;
 using testing::LayerWorld;
+using testing::MappedEffector;
 
-constexpr PF_Fixed fixed(double value) {
-  return static_cast<PF_Fixed>(value * 65536.0);
-}
 constexpr double degree = 0.017453292519943295;
 
 /// The same weight everywhere.
@@ -61,10 +62,7 @@ constexpr Pixel8 orange{255, 200, 100, 20};
 template <class Pixel>
 DotDraft<Pixel> after(const EffectorParams& params, const BaseEffectMap& map, DotDraft<Pixel> dot,
                       bool frontOrderingPossible = true) {
-  const EffectorState state = makeEffectorState(params, 100, 100);
-  const PF_Pixel& blend = state.blendColor;
-  applyEffector(state, map, pixelFrom8<Pixel>(blend.alpha, blend.red, blend.green, blend.blue), frontOrderingPossible,
-                dot);
+  applyEffector(effectorOf<Pixel>(params), map, frontOrderingPossible, dot);
   return dot;
 }
 
@@ -84,106 +82,10 @@ void expectSame(const DotDraft<Pixel>& dot, const DotDraft<Pixel>& expected) {
   EXPECT_EQ(dot.color, expected.color);
 }
 
-// The derived values.
-
-TEST(EffectorState, controlsAreTurnedIntoWorkingUnitsOnce) {
-  EffectorParams params = idle();
-  params.position = {fixed(12.5), fixed(-3.25)};
-  params.falloff = 25.0;
-  params.absAspect = 50.0;
-  params.absRotation = fixed(90.0);
-  params.absOpacity = 40.0;
-  params.offsetAspect = -30.0;
-  params.offsetRotation = fixed(-720.0);
-  params.offsetOpacity = 10.0;
-  params.shiftHue = fixed(180.0);
-  const EffectorState state = makeEffectorState(params, 640, 360);
-  EXPECT_EQ(state.positionX, 12.5);
-  EXPECT_EQ(state.positionY, -3.25);
-  EXPECT_EQ(state.falloffRatio, 0.25);
-  EXPECT_EQ(state.targetAspect, 0.5);
-  EXPECT_EQ(state.targetRotation, 90.0 * degree);
-  EXPECT_EQ(state.targetOpacity, 0.4);
-  EXPECT_EQ(state.addAspect, -0.3);
-  EXPECT_EQ(state.addRotation, -720.0 * degree);
-  EXPECT_EQ(state.addOpacity, 0.1);
-  EXPECT_EQ(state.hueShiftTurns, 0.5);
-  EXPECT_EQ(state.canvasWidth, 640.0);
-  EXPECT_EQ(state.canvasHeight, 360.0);
-}
-
-TEST(EffectorState, onlyTheAspectsAreClamped) {
-  EffectorParams params = idle();
-  params.falloff = 250.0;
-  params.absAspect = 300.0;
-  params.offsetAspect = -300.0;
-  params.absOpacity = 300.0;
-  params.offsetOpacity = -300.0;
-  const EffectorState state = makeEffectorState(params, 1, 1);
-  EXPECT_EQ(state.falloffRatio, 2.5);
-  EXPECT_EQ(state.targetAspect, 1.0);
-  EXPECT_EQ(state.addAspect, -1.0);
-  EXPECT_EQ(state.targetOpacity, 3.0);
-  EXPECT_EQ(state.addOpacity, -3.0);
-}
-
-TEST(EffectorState, theControlsThemselvesAreKept) {
-  EffectorParams params = idle();
-  params.absSize = 17.0;
-  params.ratioSize = 3.0;
-  params.blendMode = 11;
-  const EffectorState state = makeEffectorState(params, 1, 1);
-  EXPECT_EQ(state.absSize, 17.0);
-  EXPECT_EQ(state.ratioSize, 3.0);
-  EXPECT_EQ(state.blendMode, 11);
-}
-
 // No change.
-
-/// Full weight everywhere, and a count of the questions.
-class CountingMap final : public BaseEffectMap {
- public:
-  explicit CountingMap(int& questions) : questions_(&questions) {}
-  double Evaluate(double, double) const noexcept override {
-    ++*questions_;
-    return 1.0;
-  }
-
- private:
-  int* questions_;
-};
-
-TEST(Effector, aMapIsAskedOnceForEachDotThoughNothingChanges) {
-  int questions = 0;
-  const CountingMap map(questions);
-  for (int dots = 1; dots <= 3; ++dots) {
-    expectSame(after(idle(), map, draft(orange)), draft(orange));
-    EXPECT_EQ(questions, dots);
-  }
-}
-
-TEST(Effector, theMapOfADisabledOneIsNotAsked) {
-  int questions = 0;
-  EffectorParams params = idle();
-  params.enabled = 0;
-  after(params, CountingMap(questions), draft(orange));
-  EXPECT_EQ(questions, 0);
-}
 
 TEST(Effector, withAllRatiosOneAndNothingElseItChangesNothing) {
   for (const double weight : {0.0, 0.25, 1.0, 3.0}) expectSame(after(idle(), weight), draft(orange));
-}
-
-TEST(Effector, aDisabledOneChangesNothing) {
-  EffectorParams params = idle();
-  params.enabled = 0;
-  params.centerDotToFront = 1;
-  params.absolute = 1;
-  params.absSize = 50.0;
-  params.ratioSize = 3.0;
-  params.color = 1;
-  params.shiftHue = fixed(90.0);
-  expectSame(after(params, 1.0), draft(orange));
 }
 
 // Absolute.
@@ -366,9 +268,9 @@ TEST(EffectorWeight, anOverbrightFloatLayerExtrapolates) {
   params.customMapLayer = layer.world();
   params.position = {fixed(30.0), fixed(40.0)};
   params.offsetSize = 10.0;
-  const EffectMapPtr map = MakeEffectMap<Pixel32>(makeEffectorState(params, 100, 100));
+  const MappedEffector<Pixel32> mapped(params);
   // Weight 4 * 0.586611, so ten pixels become 23.46444.
-  EXPECT_DOUBLE_EQ(after(params, *map, draft(Pixel32{1.0F, 0.0F, 0.0F, 0.0F})).size, 31.46444);
+  EXPECT_DOUBLE_EQ(after(params, *mapped.map, draft(Pixel32{1.0F, 0.0F, 0.0F, 0.0F})).size, 31.46444);
 }
 
 TEST(EffectorWeight, aboveOneAFloatColourGoesBeyondTheBlend) {
@@ -553,8 +455,7 @@ struct Picking {
     params.position = {fixed(30.0), fixed(40.0)};
   }
   DotDraft<Pixel> apply(const DotDraft<Pixel>& dot) const {
-    const EffectMapPtr map = MakeEffectMap<Pixel>(makeEffectorState(params, 100, 100));
-    return after(params, *map, dot);
+    return after(params, *MappedEffector<Pixel>(params).map, dot);
   }
   LayerWorld<Pixel> layer{4, 4};
   EffectorParams params = idle();
@@ -727,8 +628,7 @@ TYPED_TEST(EffectorLayer, atWeightZeroNothingChangesButAPickedColourAndTheFrontK
     params.effectMap = 1;
     params.customMapLayer = layer.world();
     const DotDraft<TypeParam> before = random.template dot<TypeParam>();
-    const EffectMapPtr map = MakeEffectMap<TypeParam>(makeEffectorState(params, 100, 100));
-    const DotDraft<TypeParam> dot = after(params, *map, before);
+    const DotDraft<TypeParam> dot = after(params, *MappedEffector<TypeParam>(params).map, before);
 
     DotDraft<TypeParam> expected = before;
     // Tiled, the layer is under every dot; untiled, the dot has either colour, and the one place that decides is

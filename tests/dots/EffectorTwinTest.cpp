@@ -7,6 +7,7 @@
 
 #include "effect/dots/Effector.h"
 #include "effect/dots/LayerEffectMap.h"
+#include "tests/dots/Frames.h"
 #include "tests/dots/LayerWorld.h"
 #include "tests/dots/PlainEffector.h"
 
@@ -14,6 +15,7 @@ namespace vindrel {
 namespace {
 
 using testing::LayerWorld;
+using testing::MappedEffector;
 
 /// Random numbers of as many bits as a double has. Not the library's distributions, which differ between libraries.
 class RandomNumbers {
@@ -38,7 +40,7 @@ class RandomNumbers {
 
 EffectorParams randomEffector(RandomNumbers& random) {
   EffectorParams e{};
-  e.enabled = random.below(8) == 0 ? 0 : 1;
+  e.enabled = 1;
   e.effectMap = 1 + static_cast<int32_t>(random.below(6));
   e.angle = random.angle();
   e.position = {random.fixed(-50.0, 150.0), random.fixed(-50.0, 150.0)};
@@ -101,10 +103,7 @@ TYPED_TEST(EffectorTwin, everyValueIsThatOfThePlainStepsBitForBit) {
   for (int round = 0; round < 40000; ++round) {
     EffectorParams params = randomEffector(random);
     if (random.below(8) != 0) params.customMapLayer = layer.world();
-    const EffectorState state = makeEffectorState(params, canvasWidth, canvasHeight);
-    const EffectMapPtr map = MakeEffectMap<TypeParam>(state);
-    const PF_Pixel& b = state.blendColor;
-    const auto blendColor = pixelFrom8<TypeParam>(b.alpha, b.red, b.green, b.blue);
+    const MappedEffector<TypeParam> mapped(params, canvasWidth, canvasHeight);
     for (int place = 0; place < 3; ++place) {
       const bool frontOrdering = random.below(4) != 0;
       DotDraft<TypeParam> before{};
@@ -117,7 +116,7 @@ TYPED_TEST(EffectorTwin, everyValueIsThatOfThePlainStepsBitForBit) {
       before.opacity = random.between(-1.0, 2.0);
       before.color = randomPixel<TypeParam>(random);
       DotDraft<TypeParam> dot = before;
-      applyEffector(state, *map, blendColor, frontOrdering, dot);
+      applyEffector(mapped.state, *mapped.map, frontOrdering, dot);
       DotDraft<TypeParam> expected = before;
       plain::applyEffector(params, canvasWidth, canvasHeight, frontOrdering, expected);
       EXPECT_EQ(dot.frontKey, expected.frontKey);
@@ -150,8 +149,8 @@ TEST(LayerTwin, besideEachEdgeOfAColumnLastBitsDecideAsInThePlainSteps) {
     params.tiling = 2;
     const auto canvasWidth = static_cast<int32_t>(1 + random.below(300));
     const auto canvasHeight = static_cast<int32_t>(1 + random.below(300));
-    const EffectMapPtr map = MakeEffectMap<Pixel16>(makeEffectorState(params, canvasWidth, canvasHeight));
-    const auto& layerMap = static_cast<const LayerEffectMap<Pixel16>&>(*map);
+    const MappedEffector<Pixel16> mapped(params, canvasWidth, canvasHeight);
+    const auto& layerMap = mapped.layerMap();
     const auto positionOf = [&](double x, double y) {
       return plain::layerPosition(params, canvasWidth, canvasHeight, x, y);
     };
@@ -172,19 +171,6 @@ TEST(LayerTwin, besideEachEdgeOfAColumnLastBitsDecideAsInThePlainSteps) {
       x = std::nextafter(x, 1e9);
     }
   }
-}
-
-TEST(EffectorStateTwin, theHueShiftIsScaledDownBeforeItIsDivided) {
-  int unlike = 0;
-  for (PF_Fixed shift = 1; shift < 40000000; shift += 65537) {
-    EffectorParams params{};
-    params.shiftHue = shift;
-    const double turns = makeEffectorState(params, 1, 1).hueShiftTurns;
-    const double degrees = shift / 65536.0;
-    ASSERT_EQ(turns, degrees / 360.0) << shift;
-    unlike += turns == shift * (1.0 / 65536.0 / 360.0) ? 0 : 1;
-  }
-  EXPECT_GT(unlike, 50);  // the numbers tell a division from a factor
 }
 
 }  // namespace

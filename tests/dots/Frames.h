@@ -1,4 +1,5 @@
-// Frames for the tests of the dot field: a plain one to start from, and random ones from a seed.
+// Frames for the tests of the dot field: a plain one to start from, and random ones from a seed. They are told as the
+// controls hold them, as are the frames of the plain twins, and become settings by the one way that the effect has.
 #pragma once
 
 #include <cmath>
@@ -6,6 +7,8 @@
 #include <ostream>
 #include <random>
 
+#include "effect/dots/FieldSettings.h"
+#include "effect/filter/MakeFieldSettings.h"
 #include "effect/params/RenderParams.h"
 
 namespace vindrel::testing {
@@ -13,6 +16,43 @@ namespace vindrel::testing {
 constexpr PF_Fixed fixed(double value) {
   return static_cast<PF_Fixed>(value * 65536.0);
 }
+
+/// The settings of a frame at full resolution, at a time in the host's units; without a time step time stands still.
+template <class Pixel>
+FieldSettings<Pixel> settingsOf(const RenderParams& params, int32_t currentTime = 0, int32_t timeStep = 0) {
+  PF_InData in_data{};
+  in_data.downsample_x = in_data.downsample_y = {1, 1};
+  in_data.current_time = currentTime;
+  in_data.time_step = timeStep;
+  return makeFieldSettings<Pixel>(params, in_data);
+}
+
+/// The settings of one effector.
+template <class Pixel>
+EffectorState<Pixel> effectorOf(const EffectorParams& effector) {
+  RenderParams params{};
+  params.effector[0] = effector;
+  return settingsOf<Pixel>(params).effectors[0];
+}
+
+inline DotGrid gridOf(const RenderParams& params, int32_t width, int32_t height) {
+  return makeDotGrid(settingsOf<Pixel8>(params).lattice, width, height);
+}
+
+/// An effector's settings with the map that reads them.
+template <class Pixel>
+struct MappedEffector {
+  explicit MappedEffector(const EffectorParams& effector, int32_t canvasWidth = 100, int32_t canvasHeight = 100)
+      : state(effectorOf<Pixel>(effector)), map(MakeEffectMap(state, canvasWidth, canvasHeight)) {}
+  MappedEffector(const MappedEffector&) = delete;
+  MappedEffector& operator=(const MappedEffector&) = delete;
+  ~MappedEffector() = default;
+
+  const LayerEffectMap<Pixel>& layerMap() const { return static_cast<const LayerEffectMap<Pixel>&>(*map); }
+
+  const EffectorState<Pixel> state;
+  const EffectMapPtr map;
+};
 
 /// Ten-pixel orange circles thirty pixels apart about (0, 0): no turn, no jitter, every ratio 1, all effectors off.
 inline RenderParams plainParams() {

@@ -15,6 +15,7 @@ namespace vindrel {
 namespace {
 
 using testing::fixed;
+using testing::gridOf;
 using testing::placeCenter;
 using testing::plainParams;
 using testing::RandomFrame;
@@ -59,7 +60,7 @@ void expectSameWalk(const RenderParams& params, int32_t width, int32_t height, u
   const plain::Grid twin = plain::makeGrid(params, width, height);
   const int32_t limit = testing::farthestRing(params, width, height, twin.pitchX, twin.pitchY);
   const std::vector<Visit> expected = walkPlainly(twin, state, limit);
-  const std::vector<Visit> visits = walk(makeDotGrid(params, width, height), state);
+  const std::vector<Visit> visits = walk(gridOf(params, width, height), state);
   ASSERT_EQ(visits.size(), expected.size());
   for (std::size_t dot = 0; dot < visits.size(); ++dot) {
     ASSERT_EQ(visits[dot].x, expected[dot].x) << "dot " << dot;
@@ -73,7 +74,7 @@ TEST(Grid, theLatticeIsTheSlowTwinsBitForBit) {
     const RandomFrame frame = randomFrame(seed);
     SCOPED_TRACE(::testing::Message() << frame);
     const plain::Grid twin = plain::makeGrid(frame.params, frame.width, frame.height);
-    const DotGrid grid = makeDotGrid(frame.params, frame.width, frame.height);
+    const DotGrid grid = gridOf(frame.params, frame.width, frame.height);
     ASSERT_EQ(grid.gridCenterX, twin.gridCenterX);
     ASSERT_EQ(grid.gridCenterY, twin.gridCenterY);
     ASSERT_EQ(grid.rotationCenterX, twin.rotationCenterX);
@@ -95,7 +96,7 @@ TEST(Grid, theWalkIsTheSlowTwinsBitForBit) {
     SCOPED_TRACE(::testing::Message() << frame);
     expectSameWalk(frame.params, frame.width, frame.height, static_cast<uint32_t>(frame.params.randomSeed));
     if (::testing::Test::HasFatalFailure()) return;
-    dots += walk(makeDotGrid(frame.params, frame.width, frame.height)).size();
+    dots += walk(gridOf(frame.params, frame.width, frame.height)).size();
   }
   EXPECT_GT(dots, 10000U);  // the frames are no empty ones
 }
@@ -113,8 +114,8 @@ TEST(Grid, aFarCenterIsWalkedToAsTheSlowTwinDoes) {
       params.effector[0].position = {fixed(25.5), fixed(-13.25)};
       params.randomDistanceX = 0.3;
       SCOPED_TRACE(::testing::Message() << "centre " << x << ", " << y << ", pitch " << pitch << ", turn " << turn);
-      EXPECT_GT(ringsThatMayReach(makeDotGrid(params, 40, 30)).first, 0);  // some rings are leapt over
-      EXPECT_FALSE(walk(makeDotGrid(params, 40, 30)).empty());
+      EXPECT_GT(ringsThatMayReach(gridOf(params, 40, 30)).first, 0);  // some rings are leapt over
+      EXPECT_FALSE(walk(gridOf(params, 40, 30)).empty());
       expectSameWalk(params, 40, 30, 0xFFFF8001U);
       if (HasFatalFailure()) return;
     }
@@ -137,7 +138,7 @@ TEST(Grid, lopsidedLatticesAreWalkedAsTheSlowTwinDoes) {
     SCOPED_TRACE(::testing::Message() << frame);
     expectSameWalk(frame.params, frame.width, frame.height, seed);
     if (HasFatalFailure()) return;
-    dots += walk(makeDotGrid(frame.params, frame.width, frame.height)).size();
+    dots += walk(gridOf(frame.params, frame.width, frame.height)).size();
   }
   EXPECT_GT(dots, 3000U);
 }
@@ -148,7 +149,7 @@ TEST(Grid, theWidestLegalSpreadEnds) {
   placeCenter(params, 50.0, 50.0);
   params.globalRotation = fixed(90.0);
   params.randomDistanceY = 50.0;
-  const std::size_t dots = walk(makeDotGrid(params, 100, 100)).size();
+  const std::size_t dots = walk(gridOf(params, 100, 100)).size();
   // One dot a pixel from -510000 up to 510100, in the one row of the lattice that the turn lays into the frame.
   EXPECT_GE(dots, 1020099U);
   EXPECT_LE(dots, 1020101U);
@@ -157,7 +158,7 @@ TEST(Grid, theWidestLegalSpreadEnds) {
 
 TEST(Grid, theLastBitsOfAPlaceComeFromRepeatedAddition) {
   // 1.2 is no binary fraction: six additions of it, from the left end of ring 3 on, miss the product by two last bits.
-  const DotGrid grid = makeDotGrid(lattice(1.2, 1.2), 12, 12);
+  const DotGrid grid = gridOf(lattice(1.2, 1.2), 12, 12);
   double x = 0.0 - 3 * 1.2;
   for (int column = 0; column < 6; ++column) x += 1.2;
   ASSERT_NE(x, 3 * 1.2);
@@ -169,7 +170,7 @@ TEST(Grid, theLastBitsOfAPlaceComeFromRepeatedAddition) {
 TEST(Grid, ringOneIsWalkedRowByRow) {
   RenderParams params = lattice(10.0, 20.0);
   placeCenter(params, 50.0, 60.0);
-  const std::vector<Visit> visits = walk(makeDotGrid(params, 100, 120));
+  const std::vector<Visit> visits = walk(gridOf(params, 100, 120));
   const std::pair<double, double> expected[] = {{50, 60}, {40, 40}, {50, 40}, {60, 40}, {40, 60},
                                                 {60, 60}, {40, 80}, {50, 80}, {60, 80}};
   ASSERT_GE(visits.size(), 9U);
@@ -183,13 +184,13 @@ TEST(Grid, theWalkCallsForEachAcceptedCellOnce) {
   // Twelve columns, -10 to 100, lie below the high edge of 110, and eight rows, -20 to 120, below that of 140.
   RenderParams params = lattice(10.0, 20.0);
   placeCenter(params, 50.0, 60.0);
-  EXPECT_EQ(walk(makeDotGrid(params, 100, 120)).size(), 12U * 8U);
+  EXPECT_EQ(walk(gridOf(params, 100, 120)).size(), 12U * 8U);
 }
 
 TEST(Grid, noSizeAndNoDistanceStillGiveAPitchOfOne) {
   RenderParams params = plainParams();
   params.dotSize = params.dotDistanceX = params.dotDistanceY = 0.0;
-  const DotGrid grid = makeDotGrid(params, 5, 4);
+  const DotGrid grid = gridOf(params, 5, 4);
   EXPECT_EQ(grid.pitchX, 1.0);
   EXPECT_EQ(grid.pitchY, 1.0);
   // Columns -1 to 5 and rows -1 to 4 lie below the high edges of 6 and 5.
@@ -197,7 +198,7 @@ TEST(Grid, noSizeAndNoDistanceStillGiveAPitchOfOne) {
 }
 
 TEST(Grid, centersWithADistanceOfZeroGiveAPitchOfOne) {
-  const DotGrid grid = makeDotGrid(lattice(0.0, 0.0), 5, 4);
+  const DotGrid grid = gridOf(lattice(0.0, 0.0), 5, 4);
   EXPECT_EQ(grid.pitchX, 1.0);
   EXPECT_EQ(grid.pitchY, 1.0);
 }
@@ -205,7 +206,7 @@ TEST(Grid, centersWithADistanceOfZeroGiveAPitchOfOne) {
 TEST(Grid, aPitchOfHalfIsOneBeforeTheMarginIsMade) {
   RenderParams params = lattice(0.5, 8.0);
   params.randomDistanceX = 2.0;
-  const DotGrid grid = makeDotGrid(params, 20, 10);
+  const DotGrid grid = gridOf(params, 20, 10);
   EXPECT_EQ(grid.pitchX, 1.0);
   EXPECT_EQ(grid.pitchY, 8.0);
   EXPECT_EQ(grid.boundLeft, -3.0);  // 1 * 2 + 1, and not 0.5 * 2 + 0.5
@@ -220,15 +221,15 @@ TEST(Grid, dotsAddTheSizeToTheDistanceAndCentersDoNot) {
   params.dotDistanceX = 3.0;
   params.dotDistanceY = 4.0;
   params.distanceBetween = 1;
-  EXPECT_EQ(makeDotGrid(params, 9, 9).pitchX, 13.0);
-  EXPECT_EQ(makeDotGrid(params, 9, 9).pitchY, 14.0);
+  EXPECT_EQ(gridOf(params, 9, 9).pitchX, 13.0);
+  EXPECT_EQ(gridOf(params, 9, 9).pitchY, 14.0);
   params.distanceBetween = 2;
-  EXPECT_EQ(makeDotGrid(params, 9, 9).pitchX, 3.0);
-  EXPECT_EQ(makeDotGrid(params, 9, 9).pitchY, 4.0);
+  EXPECT_EQ(gridOf(params, 9, 9).pitchX, 3.0);
+  EXPECT_EQ(gridOf(params, 9, 9).pitchY, 4.0);
   for (const int32_t other : {-1, 0, 3}) {
     params.distanceBetween = other;
-    EXPECT_EQ(makeDotGrid(params, 9, 9).pitchX, 1.0);
-    EXPECT_EQ(makeDotGrid(params, 9, 9).pitchY, 1.0);
+    EXPECT_EQ(gridOf(params, 9, 9).pitchX, 1.0);
+    EXPECT_EQ(gridOf(params, 9, 9).pitchY, 1.0);
   }
 }
 
@@ -238,7 +239,7 @@ TEST(Grid, withoutATurnACellStaysWhereItIs) {
   params.globalRotation = 0;
   for (const int32_t turnCenter : {0, 1}) {
     params.globalRotationCenter = turnCenter;
-    const std::vector<Visit> visits = walk(makeDotGrid(params, 40, 30));
+    const std::vector<Visit> visits = walk(gridOf(params, 40, 30));
     ASSERT_FALSE(visits.empty());
     for (const Visit& visit : visits) {
       // Binary fractions: adding and taking away the centre loses nothing.
@@ -254,7 +255,7 @@ TEST(Grid, aQuarterTurnTakesTheNextColumnBelowTheCenter) {
   RenderParams params = lattice(10.0, 1000.0);
   placeCenter(params, 5.0, 5.0);
   params.globalRotation = fixed(90.0);
-  const std::vector<Visit> visits = walk(makeDotGrid(params, 10, 100));
+  const std::vector<Visit> visits = walk(gridOf(params, 10, 100));
   ASSERT_GE(visits.size(), 3U);
   EXPECT_EQ(visits[0].x, 5.0);
   EXPECT_EQ(visits[0].y, 5.0);
@@ -267,7 +268,7 @@ TEST(Grid, aQuarterTurnTakesTheNextColumnBelowTheCenter) {
 TEST(Grid, aCenterOutsideTheFrameMakesDotsFromTheFirstRingThatReachesIt) {
   RenderParams params = lattice(10.0, 10.0);
   placeCenter(params, -100.0, 5.0);
-  const std::vector<Visit> visits = walk(makeDotGrid(params, 30, 10));
+  const std::vector<Visit> visits = walk(gridOf(params, 30, 10));
   // The low edge is at -10: ring 9 is the first with a column there, and its only rows inside are -5, 5 and 15.
   ASSERT_GE(visits.size(), 3U);
   EXPECT_EQ(visits[0].x, -10.0);
@@ -287,7 +288,7 @@ TEST(Grid, aCellOnAHighEdgeIsOutAndOneOnALowEdgeIsIn) {
   RenderParams params = lattice(10.0, 10.0);
   placeCenter(params, 0.0, 0.0);
   double lowX = 0, highX = 0, lowY = 0, highY = 0;
-  for (const Visit& visit : walk(makeDotGrid(params, 20, 40))) {
+  for (const Visit& visit : walk(gridOf(params, 20, 40))) {
     lowX = std::fmin(lowX, visit.x);
     highX = std::fmax(highX, visit.x);
     lowY = std::fmin(lowY, visit.y);
@@ -305,11 +306,11 @@ TEST(Grid, aDisabledEffectorStillTurnsTheLattice) {
   params.globalRotationCenter = 3;
   params.effector[1].enabled = 0;
   params.effector[1].position = {fixed(12.0), fixed(7.0)};
-  const DotGrid before = makeDotGrid(params, 40, 40);
+  const DotGrid before = gridOf(params, 40, 40);
   EXPECT_EQ(before.rotationCenterX, 12.0);
   EXPECT_EQ(before.rotationCenterY, 7.0);
   params.effector[1].position = {fixed(15.5), fixed(-7.0)};
-  const DotGrid after = makeDotGrid(params, 40, 40);
+  const DotGrid after = gridOf(params, 40, 40);
   EXPECT_EQ(after.rotationCenterX, 15.5);
   EXPECT_EQ(after.rotationCenterY, -7.0);
   EXPECT_NE(walk(before).at(0), walk(after).at(0));
@@ -324,8 +325,8 @@ TEST(Grid, eachItemNamesItsOwnRotationCenter) {
   const std::pair<double, double> expected[] = {{0, 0}, {1.5, 2.5}, {10, 20}, {11, 21}, {12, 22}, {0, 0}};
   for (int32_t item = 0; item < 6; ++item) {
     params.globalRotationCenter = item;
-    EXPECT_EQ(makeDotGrid(params, 9, 9).rotationCenterX, expected[item].first) << item;
-    EXPECT_EQ(makeDotGrid(params, 9, 9).rotationCenterY, expected[item].second) << item;
+    EXPECT_EQ(gridOf(params, 9, 9).rotationCenterX, expected[item].first) << item;
+    EXPECT_EQ(gridOf(params, 9, 9).rotationCenterY, expected[item].second) << item;
   }
 }
 
@@ -334,15 +335,15 @@ TEST(Grid, anUnknownRotationCenterIsTheOrigin) {
   placeCenter(params, 50.0, 60.0);
   for (const int32_t item : {std::numeric_limits<int32_t>::min(), -1, 0, 5, std::numeric_limits<int32_t>::max()}) {
     params.globalRotationCenter = item;
-    EXPECT_EQ(makeDotGrid(params, 9, 9).rotationCenterX, 0.0) << item;
-    EXPECT_EQ(makeDotGrid(params, 9, 9).rotationCenterY, 0.0) << item;
+    EXPECT_EQ(gridOf(params, 9, 9).rotationCenterX, 0.0) << item;
+    EXPECT_EQ(gridOf(params, 9, 9).rotationCenterY, 0.0) << item;
   }
 }
 
 TEST(Grid, theTurnIsTakenFromFixedDegrees) {
   RenderParams params = lattice(10.0, 10.0);
   params.globalRotation = fixed(-450.5);
-  const DotGrid grid = makeDotGrid(params, 9, 9);
+  const DotGrid grid = gridOf(params, 9, 9);
   EXPECT_EQ(grid.rotation, -450.5 * 0.017453292519943295);
   EXPECT_EQ(grid.rotationCos, std::cos(grid.rotation));
   EXPECT_EQ(grid.rotationSin, std::sin(grid.rotation));
@@ -350,7 +351,7 @@ TEST(Grid, theTurnIsTakenFromFixedDegrees) {
 
 // The draws of a cell, by its column and row from the centre cell.
 std::map<std::pair<long, long>, uint32_t> drawsByCell(const RenderParams& params, int32_t width, int32_t height) {
-  const DotGrid grid = makeDotGrid(params, width, height);
+  const DotGrid grid = gridOf(params, width, height);
   std::map<std::pair<long, long>, uint32_t> states;
   for (const Visit& visit : walk(grid, 77)) {
     states[{std::lround((visit.x - grid.gridCenterX) / grid.pitchX),
@@ -388,7 +389,7 @@ TEST(Grid, theDrawsOfACellHangOnItsPlaceInTheWalkAlone) {
 
 TEST(Grid, aCanvasOfNoSizeStillHasItsMargins) {
   // Only the margins are left: columns -10 and 0 of an open -10 to 10.
-  EXPECT_EQ(walk(makeDotGrid(lattice(10.0, 10.0), 0, 0)).size(), 4U);
+  EXPECT_EQ(walk(gridOf(lattice(10.0, 10.0), 0, 0)).size(), 4U);
 }
 
 TEST(Grid, theRingsThatMayReachHoldEveryRingWithADot) {
@@ -396,7 +397,7 @@ TEST(Grid, theRingsThatMayReachHoldEveryRingWithADot) {
     const RandomFrame frame = randomFrame(seed);
     SCOPED_TRACE(::testing::Message() << frame);
     const plain::Grid twin = plain::makeGrid(frame.params, frame.width, frame.height);
-    const RingSpan rings = ringsThatMayReach(makeDotGrid(frame.params, frame.width, frame.height));
+    const RingSpan rings = ringsThatMayReach(gridOf(frame.params, frame.width, frame.height));
     const int32_t limit = testing::farthestRing(frame.params, frame.width, frame.height, twin.pitchX, twin.pitchY);
     plain::Generator generator;
     plain::walkGrid(twin, generator, limit, [&](double, double, int32_t ring, int32_t, int32_t) {
@@ -412,14 +413,14 @@ TEST(Grid, aLatticeThatMissesTheFrameGivesNoDotsAndEnds) {
   RenderParams params = lattice(1.0, 1000.0);
   placeCenter(params, 500.0, 50.0);
   params.globalRotation = fixed(90.0);
-  EXPECT_TRUE(walk(makeDotGrid(params, 100, 100)).empty());
+  EXPECT_TRUE(walk(gridOf(params, 100, 100)).empty());
 }
 
 TEST(Grid, aCenterAsFarAsItGoesIsReached) {
   RenderParams params = lattice(1.0, 1.0);
   params.centerPosition = {std::numeric_limits<int32_t>::min(), std::numeric_limits<int32_t>::min()};
   // Cells -1 to 4 and -1 to 3 below the high edges of 5 and 4.
-  EXPECT_EQ(walk(makeDotGrid(params, 4, 3)).size(), 6U * 5U);
+  EXPECT_EQ(walk(gridOf(params, 4, 3)).size(), 6U * 5U);
 }
 
 TEST(Grid, aPitchOrBoundThatIsNoNumberGivesNoDots) {
@@ -434,7 +435,7 @@ TEST(Grid, aPitchOrBoundThatIsNoNumberGivesNoDots) {
       jitter.randomDistanceY = bad;
       for (RenderParams* params : {&size, &distance, &jitter}) {
         params->globalRotation = fixed(turn);
-        EXPECT_TRUE(walk(makeDotGrid(*params, 50, 50)).empty()) << bad << ", turn " << turn;
+        EXPECT_TRUE(walk(gridOf(*params, 50, 50)).empty()) << bad << ", turn " << turn;
       }
     }
   }
@@ -443,14 +444,14 @@ TEST(Grid, aPitchOrBoundThatIsNoNumberGivesNoDots) {
 TEST(Grid, aMinusInfiniteSizeIsAPitchOfOne) {
   RenderParams params = plainParams();
   params.dotSize = -std::numeric_limits<double>::infinity();
-  EXPECT_EQ(walk(makeDotGrid(params, 5, 4)).size(), 7U * 6U);
+  EXPECT_EQ(walk(gridOf(params, 5, 4)).size(), 7U * 6U);
 }
 
 TEST(Grid, aHugePitchGivesTheCellsThatTouchTheFrame) {
   // The margin is a whole pitch, so the cells a pitch to the left and above are in, and those on the right are too.
   for (const double pitch : {1e6, 1e100, 1e300}) {
     RenderParams params = lattice(pitch, pitch);
-    const std::size_t dots = walk(makeDotGrid(params, 50, 50)).size();
+    const std::size_t dots = walk(gridOf(params, 50, 50)).size();
     const std::size_t aSide = pitch < pitch + 50.0 ? 3U : 2U;  // a huge pitch swallows the width of the frame
     EXPECT_EQ(dots, aSide * aSide) << pitch;
   }
@@ -461,11 +462,11 @@ TEST(Grid, aLatticeThatNeedsRingsWithoutEndGivesNoDots) {
   // memory.
   RenderParams params = lattice(1e12, 1.0);
   params.globalRotation = fixed(90.0);
-  EXPECT_TRUE(walk(makeDotGrid(params, 50, 50)).empty());
+  EXPECT_TRUE(walk(gridOf(params, 50, 50)).empty());
 }
 
 TEST(Grid, aNegativeCanvasIsNoError) {
-  EXPECT_TRUE(walk(makeDotGrid(lattice(3.0, 3.0), -100, -100)).empty());
+  EXPECT_TRUE(walk(gridOf(lattice(3.0, 3.0), -100, -100)).empty());
 }
 
 }  // namespace

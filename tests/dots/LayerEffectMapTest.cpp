@@ -14,21 +14,27 @@ namespace {
 
 using testing::LayerWorld;
 
-constexpr int32_t none = 1;
-constexpr int32_t repeat = 2;
-constexpr int32_t mirror = 3;
-constexpr int32_t extend = 4;
-constexpr int32_t unknown = 9;
+constexpr Tiling none = Tiling::none;
+constexpr Tiling repeat = Tiling::repeat;
+constexpr Tiling mirror = Tiling::mirror;
+constexpr Tiling extend = Tiling::extendEdge;
+constexpr Tiling unknown = Tiling::unknown;
+
+/// Names the tiling of a failure.
+const char* nameOf(Tiling tiling) {
+  constexpr const char* names[] = {"none", "repeat", "mirror", "extend edge", "unknown"};
+  return names[static_cast<int32_t>(tiling)];
+}
 
 /// A map under which canvas pixel (x, y) is layer pixel (x, y).
 template <class Pixel>
-LayerEffectMap<Pixel> onTopLeft(LayerWorld<Pixel>& layer, int32_t tiling) {
-  return {layer.world()->width * 0.5, layer.world()->height * 0.5, 0.0, 1.0, 1.0, tiling, layer.world()};
+LayerEffectMap<Pixel> onTopLeft(LayerWorld<Pixel>& layer, Tiling tiling) {
+  return {layer.view().width * 0.5, layer.view().height * 0.5, 0.0, 1.0, 1.0, tiling, layer.view()};
 }
 
 /// A layer of 10 by 6 pixels, each of which says where it is, seen from its top left corner.
 struct TenBySix {
-  explicit TenBySix(int32_t tiling) : map(onTopLeft(numbered(layer), tiling)) {}
+  explicit TenBySix(Tiling tiling) : map(onTopLeft(numbered(layer), tiling)) {}
 
   static LayerWorld<Pixel16>& numbered(LayerWorld<Pixel16>& layer) {
     layer.number();
@@ -46,13 +52,13 @@ constexpr Pixel16 opaqueBlack16{32768, 0, 0, 0};
 // Where a position falls.
 
 TEST(LayerEffectMap, aPositionInsideReadsItsOwnPixelUnderEveryTiling) {
-  for (const int32_t tiling : {none, repeat, mirror, extend, unknown}) {
+  for (const Tiling tiling : {none, repeat, mirror, extend, unknown}) {
     const TenBySix ten(tiling);
     for (int row = 0; row < 6; ++row) {
       for (int column = 0; column < 10; ++column) {
         EXPECT_EQ(ten.map.SamplePixel(column, row),
                   (Pixel16{1, static_cast<uint16_t>(column), static_cast<uint16_t>(row), 7}))
-            << "tiling " << tiling;
+            << "tiling " << nameOf(tiling);
       }
     }
   }
@@ -85,7 +91,7 @@ TEST(LayerEffectMap, theNumberNextToMinusOneHalfGoesDown) {
 TEST(LayerEffectMap, theCentreOfTheLayerSitsOnTheGivenPoint) {
   LayerWorld<Pixel16> layer(10, 6);
   layer.number();
-  const LayerEffectMap<Pixel16> map(100.0, 200.0, 0.0, 1.0, 1.0, none, layer.world());
+  const LayerEffectMap<Pixel16> map(100.0, 200.0, 0.0, 1.0, 1.0, none, layer.view());
   EXPECT_EQ(map.SamplePixel(100.0, 200.0), (Pixel16{1, 5, 3, 7}));
   EXPECT_EQ(map.SamplePixel(95.0, 197.0), (Pixel16{1, 0, 0, 7}));
   EXPECT_EQ(map.SamplePixel(104.0, 202.0), (Pixel16{1, 9, 5, 7}));
@@ -96,17 +102,17 @@ TEST(LayerEffectMap, theCentreOfTheLayerSitsOnTheGivenPoint) {
 TEST(LayerEffectMap, anAngleTurnsTheLayerClockwiseAboutItsCentre) {
   LayerWorld<Pixel16> layer(20, 20);
   layer.number();
-  const LayerEffectMap<Pixel16> quarter(50.0, 50.0, 90.0, 1.0, 1.0, none, layer.world());
+  const LayerEffectMap<Pixel16> quarter(50.0, 50.0, 90.0, 1.0, 1.0, none, layer.view());
   EXPECT_EQ(quarter.SamplePixel(55.0, 50.0), (Pixel16{1, 10, 5, 7}));   // right of the centre shows what was above
   EXPECT_EQ(quarter.SamplePixel(50.0, 55.0), (Pixel16{1, 15, 10, 7}));  // below shows what was to the right
-  const LayerEffectMap<Pixel16> half(50.0, 50.0, 180.0, 1.0, 1.0, none, layer.world());
+  const LayerEffectMap<Pixel16> half(50.0, 50.0, 180.0, 1.0, 1.0, none, layer.view());
   EXPECT_EQ(half.SamplePixel(53.0, 54.0), (Pixel16{1, 7, 6, 7}));
 }
 
 TEST(LayerEffectMap, scalesCountLayerPixelsPerCanvasPixel) {
   LayerWorld<Pixel16> layer(20, 10);
   layer.number();
-  const LayerEffectMap<Pixel16> map(5.0, 10.0, 0.0, 2.0, 0.5, none, layer.world());
+  const LayerEffectMap<Pixel16> map(5.0, 10.0, 0.0, 2.0, 0.5, none, layer.view());
   EXPECT_EQ(map.SamplePixel(0.0, 0.0), (Pixel16{1, 0, 0, 7}));
   EXPECT_EQ(map.SamplePixel(9.0, 18.0), (Pixel16{1, 18, 9, 7}));
   EXPECT_EQ(map.SamplePixel(3.0, 4.0), (Pixel16{1, 6, 2, 7}));
@@ -232,10 +238,10 @@ TEST(LayerTiling, positionsBeyond32BitsAndNoNumbersAreHarmless) {
 
 TEST(LayerColour, aPositionOutsideGivesTheFallbackWhateverTheTiling) {
   const Pixel16 fallback{9, 8, 7, 6};
-  for (const int32_t tiling : {none, repeat, mirror, extend, unknown}) {
+  for (const Tiling tiling : {none, repeat, mirror, extend, unknown}) {
     const TenBySix ten(tiling);
     for (const double x : {-1.0, 10.0, 11.0, 1e300}) {
-      EXPECT_EQ(ten.map.SamplePixelOr(x, 0.0, fallback), fallback) << "tiling " << tiling << " x " << x;
+      EXPECT_EQ(ten.map.SamplePixelOr(x, 0.0, fallback), fallback) << "tiling " << nameOf(tiling) << " x " << x;
     }
     EXPECT_EQ(ten.map.SamplePixelOr(0.0, -1.0, fallback), fallback);
     EXPECT_EQ(ten.map.SamplePixelOr(0.0, 6.0, fallback), fallback);
@@ -270,7 +276,7 @@ TYPED_TEST(LayerMemory, aLayerOfOnePixelIsReadUnderEveryTiling) {
   LayerWorld<TypeParam> layer(1, 1);
   const TypeParam pixel{1, 0, 1, 0};
   layer.set(0, 0, pixel);
-  for (const int32_t tiling : {repeat, mirror, extend}) {
+  for (const Tiling tiling : {repeat, mirror, extend}) {
     const LayerEffectMap<TypeParam> map = onTopLeft(layer, tiling);
     for (const double x : {-7.0, -1.0, 0.0, 1.0, 12.0}) EXPECT_EQ(map.SamplePixel(x, -x), pixel) << x;
   }
@@ -278,8 +284,9 @@ TYPED_TEST(LayerMemory, aLayerOfOnePixelIsReadUnderEveryTiling) {
 
 TYPED_TEST(LayerMemory, withoutALayerThereIsNoWeightAndNoColour) {
   const TypeParam fallback{1, 0, 1, 0};
-  for (const int32_t tiling : {none, repeat, mirror, extend, unknown}) {
-    const LayerEffectMap<TypeParam> map(3.0, 4.0, 30.0, 1.0, 1.0, tiling, nullptr);
+  const LayerView<TypeParam> noLayer;
+  for (const Tiling tiling : {none, repeat, mirror, extend, unknown}) {
+    const LayerEffectMap<TypeParam> map(3.0, 4.0, 30.0, 1.0, 1.0, tiling, noLayer);
     EXPECT_FALSE(map.hasPixels());
     EXPECT_EQ(map.Evaluate(3.0, 4.0), 0.0);
     EXPECT_EQ(map.SamplePixelOr(3.0, 4.0, fallback), fallback);
@@ -290,10 +297,10 @@ TYPED_TEST(LayerMemory, withoutALayerThereIsNoWeightAndNoColour) {
 TYPED_TEST(LayerMemory, aLayerOfNoWidthOrNoHeightIsAsNone) {
   const TypeParam fallback{1, 0, 1, 0};
   for (const auto& [width, height] : {std::pair{0, 5}, std::pair{5, 0}, std::pair{0, 0}, std::pair{-5, 5}}) {
-    for (const int32_t tiling : {none, repeat, mirror, extend, unknown}) {
+    for (const Tiling tiling : {none, repeat, mirror, extend, unknown}) {
       LayerWorld<TypeParam> layer(1, 1);  // there is memory: the size alone tells
-      layer.world()->width = width;
-      layer.world()->height = height;
+      layer.view().width = width;
+      layer.view().height = height;
       const LayerEffectMap<TypeParam> map = onTopLeft(layer, tiling);
       EXPECT_FALSE(map.hasPixels());
       EXPECT_EQ(map.Evaluate(0.0, 0.0), 0.0);
@@ -305,7 +312,7 @@ TYPED_TEST(LayerMemory, aLayerOfNoWidthOrNoHeightIsAsNone) {
 
 TYPED_TEST(LayerMemory, aWorldWithoutMemoryIsAsNone) {
   LayerWorld<TypeParam> layer(4, 4);
-  layer.world()->data = nullptr;
+  layer.view().pixels = nullptr;
   const LayerEffectMap<TypeParam> map = onTopLeft(layer, repeat);
   EXPECT_FALSE(map.hasPixels());
   EXPECT_EQ(map.Evaluate(1.0, 1.0), 0.0);

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "ae/Worlds.h"
+#include "effect/dots/LayerEffectMap.h"
 
 namespace vindrel::testing {
 
@@ -26,6 +27,7 @@ class LayerWorld {
     world_.rowbytes = static_cast<int32_t>(rowBytes);
     world_.width = width;
     world_.height = height;
+    view_ = {reinterpret_cast<const std::byte*>(bytes_.data()), width, height, world_.rowbytes};
     for (int32_t row = 0; row < height; ++row) {
       for (int32_t column = 0; column < width; ++column) set(column, row, Pixel{});
     }
@@ -54,11 +56,15 @@ class LayerWorld {
     }
   }
 
+  /// As the controls hold it.
   PF_EffectWorld* world() { return &world_; }
+  /// As the field sees it.
+  LayerView<Pixel>& view() { return view_; }
 
  private:
   std::vector<unsigned char> bytes_;
   PF_EffectWorld world_{};
+  LayerView<Pixel> view_;
 };
 
 }  // namespace vindrel::testing

@@ -1,6 +1,6 @@
 // The weight by the distance from a line. Origin (100, 50), reach 40, falloff 25 percent unless a test says otherwise:
 // full weight for 30 pixels, then a ramp of 10.
-#include "effect/dots/LinearEffectMap.h"
+#include "effect/dots/EffectMap.h"
 
 #include <gtest/gtest.h>
 

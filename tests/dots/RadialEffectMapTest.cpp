@@ -1,6 +1,6 @@
 // The weight by the distance from a point. Centre (10, 20), reach 40, falloff 50 percent unless a test says otherwise:
 // full weight for 20 pixels, then a raised cosine over 20.
-#include "effect/dots/RadialEffectMap.h"
+#include "effect/dots/EffectMap.h"
 
 #include <gtest/gtest.h>
 

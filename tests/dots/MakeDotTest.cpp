@@ -1,4 +1,5 @@
-#include "effect/dots/DotJitter.h"
+// One dot: its draws, and the record that its running values give.
+#include "effect/dots/MakeDot.h"
 
 #include <gtest/gtest.h>
 
@@ -6,7 +7,6 @@
 #include <limits>
 
 #include "effect/pixel/Pixel.h"
-#include "tests/dots/Frames.h"
 
 namespace vindrel {
 namespace {
@@ -25,29 +25,6 @@ uint32_t stateBefore(uint32_t draw) {
 // J(1) = draw / 32768 - 1.
 void nextJitterIs(double jitter) {
   randomState = stateBefore(static_cast<uint32_t>((jitter + 1.0) * 32768.0));
-}
-
-TEST(DotJitter, amountsAreTakenInTheirOwnUnits) {
-  RenderParams params{};
-  params.randomDistanceX = 1.0;
-  params.randomDistanceY = 2.0;
-  params.randomSize = 3.0;
-  params.randomAspect = 4.0;
-  params.randomRotation = 5.0;
-  params.randomOpacity = 6.0;
-  params.randomHue = testing::fixed(90.0);
-  params.randomSaturation = 50.0;
-  params.randomValue = 25.0;
-  const JitterAmounts amounts = makeJitterAmounts(params);
-  EXPECT_EQ(amounts.distanceX, 1.0);
-  EXPECT_EQ(amounts.distanceY, 2.0);
-  EXPECT_EQ(amounts.size, 3.0);
-  EXPECT_EQ(amounts.aspect, 4.0);
-  EXPECT_EQ(amounts.rotation, 5.0);
-  EXPECT_EQ(amounts.opacity, 6.0);
-  EXPECT_EQ(amounts.hueAmount, 0.25);
-  EXPECT_EQ(amounts.saturationAmount, 0.5);
-  EXPECT_EQ(amounts.valueAmount, 0.25);
 }
 
 TEST(DotJitter, sizeSpreadsByItsOwnShare) {
@@ -156,8 +133,8 @@ TEST(DotJitter, noJitterNeverRaisesAGrey) {
 TEST(DotJitter, allAmountsZeroJitterNothingAndTakeNineDraws) {
   const JitterAmounts none{};
   randomState = 0;
-  EXPECT_EQ(drawJitter(none.distanceX), 0.0);
-  EXPECT_EQ(drawJitter(none.distanceY), 0.0);
+  EXPECT_EQ(drawJitter(0.0), 0.0);
+  EXPECT_EQ(drawJitter(0.0), 0.0);
   EXPECT_EQ(drawSize(none.size, 12.5), 12.5);
   EXPECT_EQ(drawJitter(none.aspect), 0.0);
   EXPECT_EQ(drawRotation(none.rotation, 0.7), 0.7);
@@ -165,6 +142,115 @@ TEST(DotJitter, allAmountsZeroJitterNothingAndTakeNineDraws) {
   const Pixel16 color{32768, 32768, 16384, 0};
   EXPECT_EQ(drawColor(none, color), color);
   EXPECT_EQ(randomState, 6735U);
+}
+
+template <class Pixel>
+DotDraft<Pixel> draft(double size, double aspect, double opacity) {
+  DotDraft<Pixel> dot{};
+  dot.size = size;
+  dot.aspect = aspect;
+  dot.opacity = opacity;
+  return dot;
+}
+
+DotRecord<Pixel8> finished(double size, double aspect) {
+  return finishDot(draft<Pixel8>(size, aspect, 1.0), 0.0, circleShape);
+}
+
+DotGrid turnedAbout(double x, double y, double rotation) {
+  DotGrid grid{};
+  grid.rotationCenterX = x;
+  grid.rotationCenterY = y;
+  grid.rotation = rotation;
+  return grid;
+}
+
+TEST(FinishDot, noAspectLeavesBothExtents) {
+  EXPECT_EQ(finished(12.0, 0.0).width, 12.0);
+  EXPECT_EQ(finished(12.0, 0.0).height, 12.0);
+}
+
+TEST(FinishDot, aNegativeAspectShrinksTheWidthAlone) {
+  EXPECT_EQ(finished(12.0, -0.25).width, 9.0);
+  EXPECT_EQ(finished(12.0, -0.25).height, 12.0);
+}
+
+TEST(FinishDot, aPositiveAspectShrinksTheHeightAlone) {
+  EXPECT_EQ(finished(12.0, 0.25).width, 12.0);
+  EXPECT_EQ(finished(12.0, 0.25).height, 9.0);
+}
+
+TEST(FinishDot, anAspectBeyondOneFlattensToNothingAndNotBeyond) {
+  for (const double aspect : {1.0, 1.5, 40.0}) {
+    EXPECT_EQ(finished(12.0, aspect).width, 12.0);
+    EXPECT_EQ(finished(12.0, aspect).height, 0.0);
+    EXPECT_EQ(finished(12.0, -aspect).width, 0.0);
+    EXPECT_EQ(finished(12.0, -aspect).height, 12.0);
+  }
+}
+
+TEST(FinishDot, aNegativeSizeIsNoSize) {
+  EXPECT_EQ(finished(-3.0, 0.0).width, 0.0);
+  EXPECT_EQ(finished(-3.0, 0.0).height, 0.0);
+}
+
+TEST(FinishDot, opacityTakesThePlaceOfAlphaAtEachDepth) {
+  DotDraft<Pixel8> dot8 = draft<Pixel8>(1.0, 0.0, 0.5);
+  dot8.color = {17, 1, 2, 3};
+  EXPECT_EQ(finishDot(dot8, 0.0, circleShape).color, (Pixel8{127, 1, 2, 3}));
+  DotDraft<Pixel16> dot16 = draft<Pixel16>(1.0, 0.0, 0.3);
+  dot16.color = {17, 1, 2, 3};
+  EXPECT_EQ(finishDot(dot16, 0.0, circleShape).color, (Pixel16{9830, 1, 2, 3}));  // 0.3 * 32768 = 9830.4
+  DotDraft<Pixel32> dot32 = draft<Pixel32>(1.0, 0.0, 0.3);
+  dot32.color = {0.5F, 1.5F, -2.0F, 3.0F};
+  EXPECT_EQ(finishDot(dot32, 0.0, circleShape).color, (Pixel32{0.3F, 1.5F, -2.0F, 3.0F}));
+}
+
+TEST(FinishDot, opacityIsClampedAtBothEnds) {
+  EXPECT_EQ(finishDot(draft<Pixel8>(1.0, 0.0, 1.7), 0.0, circleShape).color.alpha, 255);
+  EXPECT_EQ(finishDot(draft<Pixel8>(1.0, 0.0, -0.2), 0.0, circleShape).color.alpha, 0);
+  EXPECT_EQ(finishDot(draft<Pixel16>(1.0, 0.0, 1.7), 0.0, circleShape).color.alpha, 32768);
+  EXPECT_EQ(finishDot(draft<Pixel32>(1.0, 0.0, 1.7), 0.0, circleShape).color.alpha, 1.0F);
+  EXPECT_EQ(finishDot(draft<Pixel32>(1.0, 0.0, -0.2), 0.0, circleShape).color.alpha, 0.0F);
+}
+
+TEST(FinishDot, theRestIsCopied) {
+  DotDraft<Pixel8> dot = draft<Pixel8>(1.0, 0.0, 1.0);
+  dot.frontKey = 12.5;
+  dot.x = 3.25;
+  dot.y = -4.5;
+  dot.rotation = 9.0;  // not what the record gets: the angle is
+  const DotRecord<Pixel8> record = finishDot(dot, 0.75, starShape);
+  EXPECT_EQ(record.frontKey, 12.5);
+  EXPECT_EQ(record.x, 3.25);
+  EXPECT_EQ(record.y, -4.5);
+  EXPECT_EQ(record.angle, 0.75);
+  EXPECT_EQ(record.shape, 5);
+}
+
+TEST(FinishDot, normalTurnsTheDotWithTheLattice) {
+  EXPECT_EQ(dotAngle(RotationType::normal, turnedAbout(5, 5, 0.25), 9, 9, 0.5), 0.75);
+}
+
+TEST(FinishDot, lookAtCenterTurnsTheDotTowardTheRotationCenter) {
+  const DotGrid grid = turnedAbout(5, 5, 0.25);
+  EXPECT_EQ(dotAngle(RotationType::lookAtCenter, grid, 5, 9, 0.5),
+            0.5);  // straight below: no turn, the lattice's plays no part
+  EXPECT_EQ(dotAngle(RotationType::lookAtCenter, grid, 9, 5, 0.5), 0.5 - quarterTurn);  // straight right
+  EXPECT_EQ(dotAngle(RotationType::lookAtCenter, grid, 5, 1, 0.5), 0.5 - 2 * quarterTurn);
+  EXPECT_EQ(dotAngle(RotationType::lookAtCenter, grid, 1, 5, 0.5), 0.5 + quarterTurn);
+}
+
+TEST(FinishDot, lookAtCenterLeavesADotOnTheRotationCenterAlone) {
+  EXPECT_EQ(dotAngle(RotationType::lookAtCenter, turnedAbout(5, 7, 0.25), 5, 7, 0.5), 0.5);
+  EXPECT_EQ(dotAngle(RotationType::lookAtCenter, turnedAbout(5, 7, 0.25), 5, 7.5, 0.5),
+            0.5);  // below it: a turn of 0 as well
+  EXPECT_EQ(dotAngle(RotationType::lookAtCenter, turnedAbout(5, 7, 0.25), 5.5, 7, 0.5),
+            0.5 - quarterTurn);  // beside it: not
+}
+
+TEST(FinishDot, fixDotAngleIgnoresTheLattice) {
+  EXPECT_EQ(dotAngle(RotationType::fixDotAngle, turnedAbout(5, 5, 0.25), 9, 9, 0.5), 0.5);
 }
 
 }  // namespace
