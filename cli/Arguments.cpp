@@ -24,6 +24,7 @@ struct Words {
   std::string framesPerSecond;
   std::string downsample;
   std::string road;
+  std::string describe;
   bool json = false;
   bool save = false;
   bool restore = false;
@@ -81,6 +82,8 @@ void describe(CLI::App& app, Words& words) {
 
   CLI::App* controls = app.add_subcommand("controls", "List the module's controls");
   controls->add_flag("--json", words.json, "As JSON");
+  controls->add_option("--describe", words.describe, "All about one control: what it does, its range and its choices")
+      ->type_name("NAME");
   addValues(*controls, words);
   addLayers(*controls, words);
   addModule(*controls, words);
@@ -250,6 +253,10 @@ Arguments parseArguments(const std::vector<std::string>& words) {
   for (const std::string& text : given.sets) arguments.sets.push_back(splitAssignment(text, "--set"));
   for (const std::string& text : given.layers) arguments.layers.push_back(splitAssignment(text, "--layer"));
   arguments.json = given.json;
+  if (command.get_option_no_throw("--describe") != nullptr && command.count("--describe") > 0) {
+    if (given.json) throw UserError("--describe takes no --json, which tells about all controls");
+    arguments.describe = given.describe;
+  }
   if (arguments.command == Command::render) takeRender(command, given, arguments);
   if (arguments.command == Command::options) takeOptions(given, arguments);
   return arguments;

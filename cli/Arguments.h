@@ -34,6 +34,7 @@ struct Arguments {
   Road road = Road::asModuleSays;
 
   bool json = false;
+  std::optional<std::string> describe;  ///< of `controls`: the control to tell about
   OptionsAction optionsAction = OptionsAction::save;
 };
 

@@ -1,11 +1,13 @@
 #include "cli/ControlTable.h"
 
 #include <algorithm>
-#include <array>
+#include <iterator>
 #include <nlohmann/json.hpp>
+#include <sstream>
 #include <string>
 
 #include "ae/Constants.h"
+#include "cli/ControlHelp.h"
 #include "cli/ControlValue.h"
 #include "cli/HostControls.h"
 
@@ -67,20 +69,39 @@ std::size_t columnsOf(const std::string& text) {
 using Row = std::vector<std::string>;
 
 Row rowOf(const ControlFacts& control, const standin::ParameterValues* values) {
-  Row row = {std::to_string(control.index),
-             std::to_string(control.id),
-             control.name,
-             kindName(control.kind),
-             isSlider(control) ? range(control.validMin, control.validMax) : "",
-             isSlider(control) ? range(control.sliderMin, control.sliderMax) : "",
-             shownDefault(control)};
+  Row row = {std::to_string(control.index), std::to_string(control.id), control.name, kindName(control.kind),
+             isSlider(control) ? range(control.validMin, control.validMax) : ""};
+  if (values == nullptr) row.push_back(isSlider(control) ? range(control.sliderMin, control.sliderMax) : "");
+  row.push_back(shownDefault(control));
   if (values != nullptr) {
     row.push_back(hasValue(control) ? shownSetting(control, *values) : "");
     row.emplace_back(greyed(control) ? "greyed" : "");
   }
-  row.push_back(joined(flagNames(control), ", "));
-  row.push_back(joined(control.items, " | "));
   return row;
+}
+
+/// The items that can be chosen, without the lines between them.
+std::vector<std::string> choicesOf(const ControlFacts& control) {
+  std::vector<std::string> choices;
+  std::copy_if(control.items.begin(), control.items.end(), std::back_inserter(choices),
+               [](const std::string& item) { return !isSeparator(item); });
+  return choices;
+}
+
+constexpr std::size_t mostColumns = 100;
+
+/// The words of the text in lines of at most mostColumns, each behind the margin.
+void writeWrapped(std::ostream& out, const std::string& text, const std::string& margin) {
+  std::istringstream words(text);
+  std::string line;
+  for (std::string word; words >> word;) {
+    if (!line.empty() && columnsOf(margin) + columnsOf(line) + 1 + columnsOf(word) > mostColumns) {
+      out << margin << line << '\n';
+      line.clear();
+    }
+    line += (line.empty() ? "" : " ") + word;
+  }
+  if (!line.empty()) out << margin << line << '\n';
 }
 
 Json defaultOf(const ControlFacts& control) {
@@ -102,9 +123,10 @@ Json defaultOf(const ControlFacts& control) {
 
 void writeControlTable(std::ostream& out, const std::vector<ControlFacts>& controls,
                        const standin::ParameterValues* values) {
-  Row heading = {"Index", "Id", "Name", "Kind", "Valid", "Slider", "Default"};
+  Row heading = {"Index", "Id", "Name", "Kind", "Valid"};
+  if (values == nullptr) heading.emplace_back("Slider");
+  heading.emplace_back("Default");
   if (values != nullptr) heading.insert(heading.end(), {"Value", "State"});
-  heading.insert(heading.end(), {"Flags", "Choices"});
   std::vector<Row> rows = {heading};
   for (const ControlFacts& control : controls) rows.push_back(rowOf(control, values));
 
@@ -112,7 +134,8 @@ void writeControlTable(std::ostream& out, const std::vector<ControlFacts>& contr
   for (const Row& row : rows) {
     for (std::size_t i = 0; i < row.size(); ++i) widths[i] = std::max(widths[i], columnsOf(row[i]));
   }
-  for (const Row& row : rows) {
+  for (std::size_t r = 0; r < rows.size(); ++r) {
+    const Row& row = rows[r];
     std::string line;
     for (std::size_t i = 0; i < row.size(); ++i) {
       const std::string gap(widths[i] - columnsOf(row[i]), ' ');
@@ -121,7 +144,28 @@ void writeControlTable(std::ostream& out, const std::vector<ControlFacts>& contr
     }
     line.erase(line.find_last_not_of(' ') + 1);
     out << line << '\n';
+    const std::string underTheName(widths[0] + widths[1] + 4, ' ');
+    if (r > 0) writeWrapped(out, joined(choicesOf(controls[r - 1]), " | "), underTheName + "  ");
   }
+}
+
+void describeControl(std::ostream& out, const ControlFacts& control) {
+  out << control.name << " (" << kindName(control.kind) << ", index " << control.index << ", id " << control.id
+      << ")\n";
+  const std::string margin = "  ";
+  if (const auto help = helpOf(control.name)) {
+    writeWrapped(out, help->help, margin);
+    writeWrapped(out, help->more, margin);
+  }
+  if (isSlider(control)) {
+    writeWrapped(out,
+                 "Valid: " + range(control.validMin, control.validMax) +
+                     "; slider: " + range(control.sliderMin, control.sliderMax),
+                 margin);
+  }
+  if (hasValue(control)) writeWrapped(out, "Default: " + shownDefault(control), margin);
+  if (control.kind == ControlKind::choice) writeWrapped(out, "Choices: " + joined(choicesOf(control), " | "), margin);
+  if (const auto names = flagNames(control); !names.empty()) writeWrapped(out, "Flags: " + joined(names, ", "), margin);
 }
 
 void writeControlJson(std::ostream& out, const std::vector<ControlFacts>& controls,

@@ -42,6 +42,10 @@ void listControls(const Arguments& arguments, const Surroundings& surroundings) 
     session.check(session.host().updateParamsUi(values), "while it was asked which controls to grey");
     controls = factsOf(session.host().controls());
   }
+  if (arguments.describe) {
+    describeControl(surroundings.out, findControl(controls, *arguments.describe));
+    return;
+  }
   const auto write = arguments.json ? writeControlJson : writeControlTable;
   write(surroundings.out, controls, withValues ? &values : nullptr);
 }

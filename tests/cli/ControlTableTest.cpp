@@ -37,13 +37,24 @@ std::vector<ControlFacts> someControls() {
 
 }  // namespace
 
-TEST(ControlTableTest, eachControlIsOneAlignedLine) {
+TEST(ControlTableTest, eachControlIsOneAlignedLineWithItsChoicesBelow) {
   std::ostringstream out;
   writeControlTable(out, someControls(), nullptr);
   EXPECT_EQ(out.str(),
-            "Index   Id  Name     Kind    Valid     Slider   Default  Flags       Choices\n"
-            "    1    1  Shape    choice                     Star     supervised  Circle | (- | Star\n"
+            "Index   Id  Name     Kind    Valid     Slider   Default\n"
+            "    1    1  Shape    choice                     Star\n"
+            "              Circle | Star\n"
             "    2  125  Opacity  number  0 to 100  0 to 50  12.5%\n");
+}
+
+TEST(ControlTableTest, aDescriptionHoldsTheFactsOfAControlWithoutHelp) {
+  std::ostringstream out;
+  describeControl(out, someControls()[0]);
+  EXPECT_EQ(out.str(),
+            "Shape (choice, index 1, id 1)\n"
+            "  Default: Star\n"
+            "  Choices: Circle | Star\n"
+            "  Flags: supervised\n");
 }
 
 TEST(ControlTableTest, theJsonHoldsTheSameFacts) {
