@@ -14,7 +14,8 @@ namespace {
 
 /// Values in, picture out, values back. The first error is kept.
 PF_Err drawFrame(BaseFilter& filter, const ClassicRoad& road, FrameRecord& frame, PF_ParamDef* params[]) {
-  GetParamByCheckout getter(frame.in_data, params, false);
+  FrameDefinitions definitions;
+  GetParamByCheckout getter(frame.in_data, params, false, &definitions);
   PF_Err err = FetchAll(&frame.params, getter);
   if (err != PF_Err_NONE && !road.releasesAfterFailedFetch) {
     // Kept as is: after a failed fetch the values that were fetched before it stay checked out.
@@ -23,7 +24,7 @@ PF_Err drawFrame(BaseFilter& filter, const ClassicRoad& road, FrameRecord& frame
   if (err == PF_Err_NONE) {
     err = filter.RenderFrame(frame);
   }
-  GetParamByCheckout releaser(frame.in_data, nullptr, false);
+  GetParamByCheckout releaser(frame.in_data, nullptr, false, &definitions);
   const PF_Err released = ReleaseAll(releaser);
   return err != PF_Err_NONE ? err : released;
 }

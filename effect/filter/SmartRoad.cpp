@@ -43,7 +43,9 @@ void deleteFrameRecord(void* pre_render_data) {
 /// Fetches the values, and requests the side layers and the input.
 PF_Err requestFrame(FrameRecord& frame, PF_InData* in_data, PF_PreRenderExtra* extra, const PF_RenderRequest& request,
                     PF_CheckoutResult& result) {
-  GetParamByCheckout getter(in_data, nullptr, true);
+  // Nothing of them is needed later: the values go into the record, and the layers come at the render.
+  FrameDefinitions definitions;
+  GetParamByCheckout getter(in_data, nullptr, true, &definitions);
   PF_Err err = FetchAll(&frame.params, getter);
   if (err == PF_Err_NONE) {
     err = CheckoutLayers(in_data, extra);

@@ -18,15 +18,22 @@ BaseParam::BaseParam(const char* paramName, ParamTarget target, const PF_ParamDe
 
 PF_Err BaseParam::Fetch(void* target, ParamGetter& getter) {
   if (targetSize == 0) return PF_Err_NONE;
-  const PF_Err err = getter.Get(hostIndex, &def);
+  PF_ParamDef& own = getter.definition(id, def);
+  const PF_Err err = get(getter, own);
   if (err != PF_Err_NONE || target == nullptr) return err;
-  std::memcpy(static_cast<char*>(target) + targetOffset, &def.u, targetSize);
+  std::memcpy(static_cast<char*>(target) + targetOffset, &own.u, targetSize);
   return PF_Err_NONE;
 }
 
 PF_Err BaseParam::Release(ParamGetter& getter) {
   // A greyed layer is checked in too, although it was not checked out.
-  return targetSize == 0 ? PF_Err_NONE : getter.Checkin(&def);
+  return targetSize == 0 ? PF_Err_NONE : getter.Checkin(&getter.definition(id, def));
+}
+
+PF_Err BaseParam::get(ParamGetter& getter, PF_ParamDef& own) {
+  const PF_Err err = getter.Get(hostIndex, &own);
+  if (&own != &def) def = own;
+  return err;
 }
 
 void BaseParam::SaveDefault(const char* /*settingsPath*/) {}

@@ -1,8 +1,11 @@
 // One control of the effect: what the host is told about it, and the way of its value into a plain record.
 //
 // A control is an object of one of the classes in ParamClasses.h. It holds the host's definition by value: before Add
-// the template, after Fetch what the host returned. Objects are shared by all instances of the effect, so only values
-// copied into a record belong to one frame. Rests on ParamGetter for where values come from.
+// the template, after Fetch what the host returned. Rests on ParamGetter for where values come from.
+//
+// Threads: objects are shared by all instances and all threads that draw. Nobody locks them. Each fetch of a frame
+// leaves its definition in the object, and with two frames side by side the later one overwrites the earlier one's;
+// a frame reads its values, and gives them back, from its own definitions alone (FrameDefinitions in ParamGetter.h).
 #pragma once
 
 #include <cstdint>
@@ -40,7 +43,7 @@ class BaseParam {
   BaseParam(const BaseParam&) = delete;
   BaseParam& operator=(const BaseParam&) = delete;
 
-  /// Gets the value into `def` and copies it, unconverted, into the record.
+  /// Gets the value, copies it, unconverted, into the record, and leaves its definition in `def`.
   /// @param target  start of the record, or null when only `def` is to be refreshed
   virtual PF_Err Fetch(void* target, ParamGetter& getter);
 
@@ -64,6 +67,9 @@ class BaseParam {
  protected:
   /// The last steps of every Add: type, name, id, and the call of the host.
   PF_Err addToHost(PF_InData* in_data, PF_ParamType type, int32_t paramId);
+
+  /// Gets the value into `own`, and leaves it in `def` too, after an error as well.
+  PF_Err get(ParamGetter& getter, PF_ParamDef& own);
 
   /// Writes `value` as "%d" under the control's name.
   void saveInteger(const char* settingsPath, int32_t value) const;

@@ -176,9 +176,10 @@ PF_Err ParamAddLayer::Fetch(void* target, ParamGetter& getter) {
   setField(nullptr);
   // A greyed layer costs no check-out: the frame sees none.
   if (!getter.IsEnabled(hostIndex) || getter.DeferLayers()) return PF_Err_NONE;
-  const PF_Err err = getter.Get(hostIndex, &def);
+  PF_ParamDef& own = getter.definition(id, def);
+  const PF_Err err = get(getter, own);
   if (err != PF_Err_NONE) return err;
-  setField(&def.u.ld);
+  setField(&own.u.ld);
   return PF_Err_NONE;
 }
 

@@ -77,8 +77,8 @@ class ParamAddPopup final : public BaseParam {
   const char* choices;   ///< items with | between; never owned
 };
 
-/// Its record field is a pointer: to the image inside the object, good until the next Fetch or Release, or null when
-/// the control is greyed or layers are deferred.
+/// Its record field is a pointer: to the image inside the frame's own definition (without one inside the object's),
+/// good until the next Fetch or Release, or null when the control is greyed or layers are deferred.
 class ParamAddLayer final : public BaseParam {
  public:
   ParamAddLayer(const ControlRow& row, const PF_ParamDef& definition);

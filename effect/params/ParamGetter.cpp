@@ -13,28 +13,26 @@ bool enabledIn(PF_ParamDef** params, int32_t index) {
 }  // namespace
 
 PF_Err GetParamByCheckout::Get(int32_t index, PF_ParamDef* def) {
-  const PF_Err err = in_data->inter.checkout_param(in_data->effect_ref, index, in_data->current_time,
-                                                   in_data->time_step, in_data->time_scale, def);
-  if (err != PF_Err_NONE) {
-    *def = zeroedDef();
-  }
+  const PF_Err err = in_data_->inter.checkout_param(in_data_->effect_ref, index, in_data_->current_time,
+                                                    in_data_->time_step, in_data_->time_scale, def);
+  if (err != PF_Err_NONE) *def = zeroedDef();
   return err;
 }
 
 PF_Err GetParamByCheckout::Checkin(PF_ParamDef* def) {
-  return in_data->inter.checkin_param(in_data->effect_ref, def);
+  return in_data_->inter.checkin_param(in_data_->effect_ref, def);
 }
 
 bool GetParamByCheckout::DeferLayers() {
-  return deferLayers != 0;
+  return deferLayers_;
 }
 
 bool GetParamByCheckout::IsEnabled(int32_t index) {
-  return params == nullptr || enabledIn(params, index);
+  return params_ == nullptr || enabledIn(params_, index);
 }
 
 PF_Err GetParamFromArray::Get(int32_t index, PF_ParamDef* def) {
-  *def = *params[index];
+  *def = *params_[index];
   return PF_Err_NONE;
 }
 
@@ -47,7 +45,7 @@ bool GetParamFromArray::DeferLayers() {
 }
 
 bool GetParamFromArray::IsEnabled(int32_t index) {
-  return enabledIn(params, index);
+  return enabledIn(params_, index);
 }
 
 }  // namespace vindrel

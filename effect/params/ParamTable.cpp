@@ -160,6 +160,12 @@ void DeclareParams(PF_InData* in_data) {
   std::sort(std::begin(byIndex) + 1, std::end(byIndex), goesBefore);
 }
 
+FrameDefinitions::FrameDefinitions() {
+  for (std::size_t id = 0; id < byId.size(); ++id) {
+    byId[id] = vindrel::byId[id] == nullptr ? zeroedDef() : vindrel::byId[id]->def;
+  }
+}
+
 void DropParams() {
   for (BaseParam*& param : byId) {
     delete param;

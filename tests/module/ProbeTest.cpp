@@ -76,6 +76,11 @@ TEST_F(Probe, readingPendingErrorsLeavesNoBlockBehind) {
   EXPECT_EQ(host.books().openCount(Matter::kHandle), handles);
 }
 
+TEST_F(Probe, aFailureThatCantEvenBeCopiedIsToldAsDamage) {
+  host.faults().fail("host_new_handle", 1, PF_Err_OUT_OF_MEMORY);
+  EXPECT_EQ(host.call(probe::pushTwo), PF_Err_INTERNAL_STRUCT_DAMAGED);
+}
+
 TEST_F(Probe, theEffectsOwnExceptionBringsItsCode) {
   EXPECT_EQ(host.call(probe::throwOwnException), 123);
 }

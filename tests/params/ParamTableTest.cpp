@@ -270,6 +270,37 @@ TEST_F(ParamTable, aLayerThatIsFreeGivesTheImageInsideItsObject) {
   EXPECT_EQ(record.effector[0].customMapLayer->width, 64);
 }
 
+TEST_F(ParamTable, aFrameKeepsItsLayerWhenAnotherFetchesTheSameControl) {
+  CommandParams params;
+  PF_ParamDef layer = zeroedDef();
+  layer.u.ld.width = 64;
+  host.values[40] = layer;
+  RenderParams record{};
+  FrameDefinitions definitions;
+  GetParamByCheckout getter(&host.inData, params.pointers.data(), false, &definitions);
+  ASSERT_EQ(byId[45]->Fetch(&record, getter), PF_Err_NONE);
+  EXPECT_EQ(byId[45]->def.u.ld.width, 64) << "the object holds what the host returned last";
+
+  host.values[40].u.ld.width = 99;
+  RenderParams otherRecord{};
+  FrameDefinitions otherDefinitions;
+  GetParamByCheckout otherGetter(&host.inData, params.pointers.data(), false, &otherDefinitions);
+  ASSERT_EQ(byId[45]->Fetch(&otherRecord, otherGetter), PF_Err_NONE);
+  EXPECT_EQ(byId[45]->def.u.ld.width, 99);
+  EXPECT_EQ(record.effector[0].customMapLayer->width, 64);
+}
+
+TEST_F(ParamTable, theDefinitionsOfAFrameBeginAsThoseOfTheControls) {
+  const FrameDefinitions definitions;
+  EXPECT_TRUE(test::sameBytes(definitions.byId[8], byId[8]->def));
+  EXPECT_EQ(definitions.byId[8].flags, PF_ParamFlag_COLLAPSE_TWIRLY | PF_ParamFlag_SUPERVISE);
+  EXPECT_TRUE(test::sameBytes(definitions.byId[51], zeroedDef())) << "no control has this id";
+}
+
+TEST_F(ParamTable, everyIdHasItsPlaceAmongTheDefinitionsOfAFrame) {
+  for (int32_t id = FrameDefinitions::count; id < paramSlots; ++id) EXPECT_EQ(byId[id], nullptr) << id;
+}
+
 TEST_F(ParamTable, aLayerThatCannotBeCheckedOutIsNull) {
   host.checkoutErrors[16] = PF_Err_OUT_OF_MEMORY;
   RenderParams record{};

@@ -33,38 +33,42 @@ TEST(AEException, eachOfTheTwoPartsIsCutToItsBuffer) {
   EXPECT_EQ(longFile.what(), std::string(2047, 'x') + "end");
 }
 
-TEST(PendingErrors, haveRoomForTwoHundredAndFiftySix) {
-  AEUtil::PendingErrors list;
-  list.reserve();
-  EXPECT_GE(list.errors().capacity(), 256U);
-  EXPECT_TRUE(list.errors().empty());
-}
+using Errors = std::vector<PF_Err>;
 
 TEST(PendingErrors, keepTheOldestInFront) {
   AEUtil::PendingErrors list;
+  list.reserve();
+  EXPECT_TRUE(list.empty());
   list.push(4);
   list.push(5);
-  EXPECT_EQ(list.errors(), (std::vector<PF_Err>{4, 5}));
+  EXPECT_EQ(list.entries(), (Errors{4, 5}));
 }
 
-TEST(PendingErrors, growBeyondTheirRoom) {
+TEST(PendingErrors, beyondTheirRoomAreLeftOut) {
   AEUtil::PendingErrors list;
   list.reserve();
-  for (int i = 0; i < 1000; ++i) {
-    list.push(i);
-  }
-  ASSERT_EQ(list.errors().size(), 1000U);
-  EXPECT_EQ(list.errors().front(), 0);
-  EXPECT_EQ(list.errors().back(), 999);
+  for (int i = 0; i < 1000; ++i) list.push(i);
+  const Errors entries = list.entries();
+  ASSERT_EQ(entries.size(), 256U);
+  EXPECT_EQ(entries.front(), 0);
+  EXPECT_EQ(entries.back(), 255);
 }
 
-TEST(PendingErrors, keepTheirRoomWhenEmptied) {
+TEST(PendingErrors, areForgottenWhenEmptied) {
   AEUtil::PendingErrors list;
   list.reserve();
   list.push(4);
   list.clear();
-  EXPECT_TRUE(list.errors().empty());
-  EXPECT_GE(list.errors().capacity(), 256U);
+  EXPECT_TRUE(list.empty());
+  EXPECT_EQ(list.entries(), Errors{});
+  list.push(7);
+  EXPECT_EQ(list.entries(), Errors{7});
+}
+
+TEST(PendingErrors, makeTheirRoomAtTheFirstEntryWhenTheFirstCallFoundNoMemory) {
+  AEUtil::PendingErrors list;
+  list.push(4);
+  EXPECT_EQ(list.entries(), Errors{4});
 }
 
 TEST(LockedHandle, isUnlockedOnEveryWayOut) {

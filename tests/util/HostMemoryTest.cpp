@@ -24,7 +24,7 @@ TEST(HostMemory, withoutASuiteRecordThereIsNoBlockAndNoException) {
   SmallHost host(false);
   EXPECT_EQ(AEUtil::allocate(100), nullptr);
   EXPECT_TRUE(host.log.empty());
-  EXPECT_TRUE(host.pending.errors().empty());
+  EXPECT_TRUE(host.pending.empty());
 }
 
 TEST(HostMemory, withoutASuiteRecordReleaseLeavesTheBlockAlone) {
@@ -95,7 +95,7 @@ TEST(HostMemory, aHandleThatCantBeLockedIsDisposedOfBeforeTheFailureIsTold) {
   EXPECT_THROW(AEUtil::allocate(8), std::bad_alloc);
   EXPECT_EQ(host.log, (Lines{"acquire PF Handle Suite 2", "new", "lock", "dispose"}));
   EXPECT_TRUE(host.handles.empty());
-  EXPECT_EQ(host.pending.errors(), std::vector<PF_Err>{PF_Err_OUT_OF_MEMORY});
+  EXPECT_EQ(host.pending.entries(), std::vector<PF_Err>{PF_Err_OUT_OF_MEMORY});
 }
 
 TEST(HostMemory, exhaustedMemoryIsPendingAndThrows) {
@@ -103,7 +103,7 @@ TEST(HostMemory, exhaustedMemoryIsPendingAndThrows) {
   host.outOfMemory = true;
   EXPECT_THROW(AEUtil::allocate(8), std::bad_alloc);
   EXPECT_EQ(host.log, (Lines{"acquire PF Handle Suite 2", "new"}));
-  EXPECT_EQ(host.pending.errors(), std::vector<PF_Err>{4});
+  EXPECT_EQ(host.pending.entries(), std::vector<PF_Err>{4});
 }
 
 TEST(HostMemory, exhaustedMemoryThrowsWithoutAListToo) {
@@ -111,7 +111,7 @@ TEST(HostMemory, exhaustedMemoryThrowsWithoutAListToo) {
   host.outOfMemory = true;
   AEUtil::pendingErrors = nullptr;
   EXPECT_THROW(AEUtil::allocate(8), std::bad_alloc);
-  EXPECT_TRUE(host.pending.errors().empty());
+  EXPECT_TRUE(host.pending.empty());
 }
 
 TEST(HostMemory, theLargestSizeTurnsIntoOneThatNoHostCanServe) {
@@ -130,7 +130,7 @@ TEST(HostMemory, aMissingHandleSuiteThrowsTheBareNumber) {
   } catch (long thrown) {
     EXPECT_EQ(thrown, 516);
   }
-  EXPECT_TRUE(host.pending.errors().empty());
+  EXPECT_TRUE(host.pending.empty());
 }
 
 TEST(HostMemory, theHandleSuiteIsAskedForOnce) {

@@ -1,31 +1,34 @@
 #include "effect/share/util/PendingErrors.h"
 
-#include <algorithm>
-
 namespace AEUtil {
 
 PendingErrors* pendingErrors = nullptr;
 
 void PendingErrors::reserve() {
-  errors_.reserve(reservedCount);
+  entries_ = new PF_Err[room];
 }
 
 void PendingErrors::push(PF_Err error) noexcept {
-  if (errors_.size() == errors_.capacity()) {
-    // A failing allocation pushes here, and growing allocates: the push from inside ends at this flag.
-    if (growing_) {
-      return;
-    }
-    growing_ = true;
+  if (entries_ == nullptr && !making_) {
+    // The first call found no memory for the room.
+    making_ = true;
     try {
-      errors_.reserve(std::max(reservedCount, 2 * errors_.capacity()));
-    } catch (...) {
-      growing_ = false;
-      return;
+      reserve();
+    } catch (...) {  // NOLINT(bugprone-empty-catch): the entry is left out
     }
-    growing_ = false;
+    making_ = false;
   }
-  errors_.push_back(error);
+  PF_Err* const entries = entries_;
+  const std::size_t at = count_;
+  if (entries == nullptr || at >= room) return;
+  entries[at] = error;
+  count_ = at + 1;
+}
+
+std::vector<PF_Err> PendingErrors::entries() const {
+  const PF_Err* const first = entries_;
+  const std::size_t count = count_;
+  return {first, first + count};
 }
 
 }  // namespace AEUtil
