@@ -18,26 +18,22 @@ set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 add_library(vindrel_common INTERFACE)
 target_include_directories(vindrel_common INTERFACE "${PROJECT_SOURCE_DIR}")
 
-if(MSVC)
-  target_compile_options(vindrel_common INTERFACE /W4 /WX /fp:precise /permissive- /utf-8)
-else()
-  # Release is what is measured and shipped; -O2 and a baseline that every 64-bit machine has.
-  set(CMAKE_CXX_FLAGS_RELEASE "-O2 -DNDEBUG")
+# Release is what is measured and shipped; -O2 and a baseline that every 64-bit machine has.
+set(CMAKE_CXX_FLAGS_RELEASE "-O2 -DNDEBUG")
+target_compile_options(vindrel_common INTERFACE
+  -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow -Wold-style-cast -Wcast-qual
+  -Wnon-virtual-dtor -Woverloaded-virtual -Wdouble-promotion -Wformat=2 -Wundef -Werror
+  # Each product and each sum is rounded by itself, and the C library's own sine, cosine and arc
+  # tangent are called: a folded constant may have another last bit.
+  -ffp-contract=off -fno-builtin-sin -fno-builtin-cos -fno-builtin-atan2
+  # The module's operator new returns null before the host has lent its memory.
+  -fcheck-new)
+if(VINDREL_SANITIZE)
   target_compile_options(vindrel_common INTERFACE
-    -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow -Wold-style-cast -Wcast-qual
-    -Wnon-virtual-dtor -Woverloaded-virtual -Wdouble-promotion -Wformat=2 -Wundef -Werror
-    # Each product and each sum is rounded by itself, and the C library's own sine, cosine and arc
-    # tangent are called: a folded constant may have another last bit.
-    -ffp-contract=off -fno-builtin-sin -fno-builtin-cos -fno-builtin-atan2
-    # The module's operator new returns null before the host has lent its memory.
-    -fcheck-new)
-  if(VINDREL_SANITIZE)
-    target_compile_options(vindrel_common INTERFACE
-      "-fsanitize=${VINDREL_SANITIZE}" -fno-sanitize-recover=all -fno-omit-frame-pointer)
-    target_link_options(vindrel_common INTERFACE "-fsanitize=${VINDREL_SANITIZE}")
-  endif()
+    "-fsanitize=${VINDREL_SANITIZE}" -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(vindrel_common INTERFACE "-fsanitize=${VINDREL_SANITIZE}")
 endif()
-if(WIN32 AND NOT MSVC)
+if(WIN32)
   # Tests, tools and the module carry their runtime with them.
   target_link_options(vindrel_common INTERFACE -static)
 endif()

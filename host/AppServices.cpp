@@ -69,11 +69,11 @@ PF_Err applicationCall(PF_ProgPtr, A_long, ...) {
   return PF_Err_INVALID_CALLBACK;
 }
 
-int formatted(A_char* buffer, const A_char* format, ...) {
+// The format is the effect's, at run time; whoever calls this by its name is checked.
+[[gnu::format(printf, 2, 3)]] int formatted(A_char* buffer, const A_char* format, ...) {
   // The interface's own form has no size: the caller answers for the room.
   va_list arguments;
   va_start(arguments, format);
-  // NOLINTNEXTLINE(clang-diagnostic-format-nonliteral): the format is the effect's, at run time
   const int length = std::vsprintf(buffer, format, arguments);
   va_end(arguments);
   return length;
