@@ -77,7 +77,7 @@ class RadialEffectMap final : public BaseEffectMap {
 using EffectMapPtr = SharedPointer<BaseEffectMap>;
 
 /// The map that an effector asks for, be it enabled or not. A custom layer gives a LayerEffectMap<Pixel>.
-/// @param state  must outlive the map, which reads the layer through it
+/// @param state  the pixels of its layer must outlive the map
 /// @param canvasWidth,canvasHeight  pixels; a fitted layer is stretched over them
 /// Throws what the global operator new throws.
 template <class Pixel>

@@ -79,7 +79,8 @@ DotGrid makeDotGrid(const LatticeSettings& settings, int32_t width, int32_t heig
   grid.rotationSin = std::sin(grid.rotation);
 
   // The frame, grown by one pitch and by the largest jitter. Kept as is: the size of a dot plays no part, so a dot
-  // larger than the margin whose centre lies beyond it is missing from the edge of the picture.
+  // larger than the margin whose centre lies beyond it is missing from the edge of the picture
+  // (aDotBeyondTheMarginIsNotMadeHoweverLarge).
   const double marginX = grid.pitchX * settings.jitterX + grid.pitchX;
   const double marginY = grid.pitchY * settings.jitterY + grid.pitchY;
   grid.boundLeft = 0.0 - marginX;

@@ -148,7 +148,8 @@ bool visitRing(const DotGrid& grid, int32_t ring, MakeDot& makeDot) {
 /// rectangle. makeDot takes exactly nine draws of the generator; the draws of all other cells are left out here.
 ///
 /// Ends with the first ring without a dot after a ring with one. Kept as is: a ring that slips through the rectangle
-/// between two lattice points ends the walk even if a later one would touch it again, and old projects look like that.
+/// between two lattice points ends the walk even if a later one would touch it again, and old projects look like that
+/// (aRingThatSlipsThroughTheFrameEndsTheWalkForGood).
 /// As long as there is no dot at all the rings go on, up to where none can touch the rectangle any more: a lattice that
 /// misses a small frame altogether gives no dots, and not an endless walk.
 template <class MakeDot>

@@ -56,8 +56,9 @@ int32_t tile(int32_t c, int32_t n, Tiling tileMode) noexcept {
 template <class Pixel>
 LayerEffectMap<Pixel>::LayerEffectMap(double centerX, double centerY, double angleDegrees, double scaleX, double scaleY,
                                       Tiling tiling, const LayerView<Pixel>& layer) noexcept
-    : tileMode_(tiling), outsidePixel_{PixelTraits<Pixel>::fullScale, 0, 0, 0}, layer_(&layer) {
+    : tileMode_(tiling) {
   if (layer.pixels == nullptr || layer.width <= 0 || layer.height <= 0) return;
+  layer_ = layer;
   m02_ = layer.width * 0.5;
   m12_ = layer.height * 0.5;
 
@@ -78,7 +79,6 @@ LayerEffectMap<Pixel>::LayerEffectMap(double centerX, double centerY, double ang
 
   m02_ = -centerY * m01_ + -centerX * m00_ + m02_;
   m12_ = -centerX * m10_ + -centerY * m11_ + m12_;
-  sampleWorld_ = &layer;
 }
 
 template <class Pixel>
@@ -88,33 +88,33 @@ typename LayerEffectMap<Pixel>::Place LayerEffectMap<Pixel>::placeOf(double x, d
 
 template <class Pixel>
 Pixel LayerEffectMap<Pixel>::readPixel(Place place) const noexcept {
-  const int32_t width = sampleWorld_->width;
-  const int32_t height = sampleWorld_->height;
+  const int32_t width = layer_.width;
+  const int32_t height = layer_.height;
   if (static_cast<uint32_t>(place.column) > static_cast<uint32_t>(width) ||
       static_cast<uint32_t>(place.row) > static_cast<uint32_t>(height)) {
-    return outsidePixel_;
+    return outsidePixel;
   }
   // One column or row beyond the layer passes the test above (an unknown tiling brings it here), so the address is
   // held against the memory from the first to the last pixel before anything is read.
   constexpr auto pixelSize = static_cast<int64_t>(sizeof(Pixel));
-  const int64_t lastRow = static_cast<int64_t>(height - 1) * sampleWorld_->rowBytes;
+  const int64_t lastRow = static_cast<int64_t>(height - 1) * layer_.rowBytes;
   const int64_t begin = std::min<int64_t>(lastRow, 0);
   const int64_t end = std::max<int64_t>(lastRow, 0) + width * pixelSize;
-  const int64_t offset = static_cast<int64_t>(place.row) * sampleWorld_->rowBytes + place.column * pixelSize;
-  if (offset < begin || offset + pixelSize > end) return outsidePixel_;
+  const int64_t offset = static_cast<int64_t>(place.row) * layer_.rowBytes + place.column * pixelSize;
+  if (offset < begin || offset + pixelSize > end) return outsidePixel;
 
   Pixel pixel;  // rows may start anywhere, so the pixel is copied out and not pointed at
-  std::memcpy(&pixel, sampleWorld_->pixels + offset, sizeof pixel);
+  std::memcpy(&pixel, layer_.pixels + offset, sizeof pixel);
   return pixel;
 }
 
 template <class Pixel>
 Pixel LayerEffectMap<Pixel>::SamplePixel(double x, double y) const noexcept {
-  if (!hasPixels()) return outsidePixel_;
+  if (!hasPixels()) return outsidePixel;
   Place place = placeOf(x, y);
-  place.column = tile(place.column, layer_->width, tileMode_);
-  place.row = tile(place.row, layer_->height, tileMode_);
-  if (tileMode_ == Tiling::none && (place.column < 0 || place.row < 0)) return outsidePixel_;
+  place.column = tile(place.column, layer_.width, tileMode_);
+  place.row = tile(place.row, layer_.height, tileMode_);
+  if (tileMode_ == Tiling::none && (place.column < 0 || place.row < 0)) return outsidePixel;
   return readPixel(place);
 }
 
@@ -122,7 +122,7 @@ template <class Pixel>
 Pixel LayerEffectMap<Pixel>::SamplePixelOr(double x, double y, const Pixel& fallback) const noexcept {
   if (!hasPixels()) return fallback;
   const Place place = placeOf(x, y);
-  if (isOutside(place.column, layer_->width) || isOutside(place.row, layer_->height)) return fallback;
+  if (isOutside(place.column, layer_.width) || isOutside(place.row, layer_.height)) return fallback;
   return readPixel(place);
 }
 

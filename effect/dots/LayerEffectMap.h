@@ -38,8 +38,8 @@ class LayerEffectMap final : public BaseEffectMap {
   /// @param centerX,centerY  where the layer's centre sits on the canvas, pixels
   /// @param angleDegrees     clockwise turn of the layer on the canvas
   /// @param scaleX,scaleY    layer pixels per canvas pixel
-  /// @param layer            must outlive the map. One without any pixel is harmless: the weight is 0.0 everywhere and
-  ///                         no colour is there to pick.
+  /// @param layer            its pixels must outlive the map. One without any pixel is harmless: the weight is 0.0
+  ///                         everywhere and no colour is there to pick.
   LayerEffectMap(double centerX, double centerY, double angleDegrees, double scaleX, double scaleY, Tiling tiling,
                  const LayerView<Pixel>& layer) noexcept;
 
@@ -53,7 +53,7 @@ class LayerEffectMap final : public BaseEffectMap {
   Pixel SamplePixelOr(double x, double y, const Pixel& fallback) const noexcept;
 
   /// Whether there is a layer with at least one pixel.
-  bool hasPixels() const noexcept { return sampleWorld_ != nullptr; }
+  bool hasPixels() const noexcept { return layer_.pixels != nullptr; }
 
  private:
   struct Place {
@@ -63,12 +63,12 @@ class LayerEffectMap final : public BaseEffectMap {
   Place placeOf(double x, double y) const noexcept;
   Pixel readPixel(Place place) const noexcept;
 
-  const LayerView<Pixel>* sampleWorld_ = nullptr;  ///< what pixels are read from; null when there are none
-  double m00_ = 1.0, m01_ = 0.0, m02_ = 0.0;       ///< column = x * m00 + y * m01 + m02
-  double m10_ = 0.0, m11_ = 1.0, m12_ = 0.0;       ///< row = x * m10 + y * m11 + m12
+  static constexpr Pixel outsidePixel{PixelTraits<Pixel>::fullScale, 0, 0, 0};  ///< opaque black
+
+  LayerView<Pixel> layer_{};                  ///< what pixels are read from; empty when there are none
+  double m00_ = 1.0, m01_ = 0.0, m02_ = 0.0;  ///< column = x * m00 + y * m01 + m02
+  double m10_ = 0.0, m11_ = 1.0, m12_ = 0.0;  ///< row = x * m10 + y * m11 + m12
   Tiling tileMode_;
-  Pixel outsidePixel_;             ///< opaque black
-  const LayerView<Pixel>* layer_;  ///< limits the tiling; never null
 };
 
 }  // namespace vindrel

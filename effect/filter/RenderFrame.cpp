@@ -35,7 +35,7 @@ PF_Err clearOutput(FrameRecord& frame, AEUtil::SuiteCache& suites) {
 /// Copies the source to its place in the output.
 ///
 /// Kept as is: the target is clamped to the output at the far sides, and the source is not shortened to match, so that
-/// a source that reaches beyond the output is squeezed into it.
+/// a source that reaches beyond the output is squeezed into it (aSourceThatReachesBeyondTheOutputIsSqueezedIntoIt).
 PF_Err copySource(FrameRecord& frame, AEUtil::SuiteCache& suites) {
   const PF_EffectWorld& input = *frame.input;
   const PF_EffectWorld& output = *frame.output;

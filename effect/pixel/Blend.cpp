@@ -144,7 +144,8 @@ Channel<Pixel> softLightChannel(Channel<Pixel> d, Channel<Pixel> s) noexcept {
   if (B < 0.5) {
     curve = A - A * A;
   } else if (A < 0.125) {
-    // Kept as is: published soft light curves bend at 0.25 and by another polynomial; this look bends here.
+    // Kept as is: published soft light curves bend at 0.25 and by another polynomial; this look bends here
+    // (bendsAtOneEighthAndNotAtOneQuarter).
     curve = (A - A * A) * (3.0 - 8.0 * A);
   } else {
     curve = std::sqrt(A) - A;

@@ -8,7 +8,8 @@
 namespace vindrel {
 namespace {
 
-/// Not quite one sixth, and kept as is: the true quotient moves channels by a level.
+/// Not quite one sixth. Kept as is: the true quotient would move channels by a level
+/// (theScaleOfTheHueCostsMixedPrimariesALevel).
 constexpr double turnsPerSector = 0.166666666666667;
 
 /// The magnitude of a 32-bit integer in 32 bits; the smallest one has none and stays as it is.

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "effect/dots/Random.h"
+#include "effect/params/Choices.h"
 #include "effect/pixel/Pixel.h"
 #include "tests/dots/CountedMemory.h"
 #include "tests/dots/Frames.h"
@@ -192,6 +193,19 @@ TEST(CollectDots, effectorsSeeTheJitteredPlaceAndSize) {
   EXPECT_DOUBLE_EQ(dot.x, x);
   EXPECT_DOUBLE_EQ(dot.width, 2.0 * size);
   EXPECT_DOUBLE_EQ(dot.frontKey, x * x + 45.0 * 45.0);
+}
+
+TEST(CollectDots, aDotBeyondTheMarginIsNotMadeHoweverLarge) {
+  // Columns 30 pixels apart from 121 on: the one at 121 lies beyond the edge of 120, though a dot of 100 would reach
+  // into the frame of 90, and the one at 91 lies before it.
+  RenderParams params = plainParams();
+  params.distanceBetween = distanceBetweenCentersItem;
+  params.dotDistanceX = params.dotDistanceY = 30.0;
+  params.dotSize = 100.0;
+  placeCenter(params, 121.0, 45.0);
+  const DotField<Pixel8> field = collected(params);
+  EXPECT_EQ(dotAt(field, 121.0, 45.0), nullptr);
+  EXPECT_NE(dotAt(field, 91.0, 45.0), nullptr);
 }
 
 TEST(CollectDots, theJitterOfThePlaceLiesAlongTheCanvas) {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <map>
@@ -298,6 +299,29 @@ TEST(Grid, aCellOnAHighEdgeIsOutAndOneOnALowEdgeIsIn) {
   EXPECT_EQ(lowY, -10.0);  // exactly boundTop
   EXPECT_EQ(highX, 20.0);  // 30 is exactly boundRight
   EXPECT_EQ(highY, 40.0);  // 50 is exactly boundBottom
+}
+
+TEST(Grid, aWholeColumnOnTheLowEdgeIsIn) {
+  RenderParams params = lattice(200.0, 10.0);
+  placeCenter(params, 200.0, 50.0);
+  // Columns -200, which is exactly boundLeft, to 400, below the edge of 600; rows -10 to 100, below the edge of 110.
+  const std::vector<Visit> visits = walk(gridOf(params, 400, 100));
+  EXPECT_EQ(visits.size(), 4U * 12U);
+  EXPECT_EQ(std::count_if(visits.begin(), visits.end(), [](const Visit& visit) { return visit.x == -200.0; }), 12);
+}
+
+TEST(Grid, aRingThatSlipsThroughTheFrameEndsTheWalkForGood) {
+  // Turned by 45 degrees, the row through the centre leaves the frame of -1 to 101 after 72 cells on both sides. The
+  // next row, 1000 pixels apart, crosses it again about cell 1000, at (50, 1464), well above the low edge of 2100.
+  RenderParams params = lattice(1.0, 1000.0);
+  placeCenter(params, 50.0, 50.0);
+  params.globalRotation = fixed(45.0);
+  params.randomDistanceY = 1.0;
+  const DotGrid grid = gridOf(params, 100, 100);
+  EXPECT_EQ(grid.boundBottom, 2100.0);
+  const std::vector<Visit> visits = walk(grid);
+  EXPECT_EQ(visits.size(), 145U);
+  for (const Visit& visit : visits) EXPECT_NEAR(visit.x, visit.y, 1e-9);
 }
 
 TEST(Grid, aDisabledEffectorStillTurnsTheLattice) {

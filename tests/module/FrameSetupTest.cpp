@@ -168,6 +168,39 @@ TEST_F(FrameSetup, originsCountByTheirLowSixteenBits) {
   EXPECT_EQ(text(transfer().sourceRect), "3 -2 27 14");
 }
 
+TEST_F(FrameSetup, theFarSideOfTheSourceCountsByItsLowSixteenBits) {
+  FrameRequest request = frame();
+  request.input.originX = 32760;  // 32784 at the far side, which is -32752
+  ASSERT_EQ(classic(request).error, 0);
+  EXPECT_EQ(text(host.log().copies.at(0).targetRect), "24 0 -32752 16");
+}
+
+TEST_F(FrameSetup, theWayFromTheOutputsOriginIsMeasuredInFullWidth) {
+  FrameRequest request = frame();
+  request.input.originX = -30000;
+  request.input.originY = 29984;
+  request.outputWidth = 60;
+  request.outputHeight = 50;
+  request.outputOriginX = 20000;
+  request.outputOriginY = -20000;
+  ASSERT_EQ(classic(request).error, 0);
+  // 16 bits would make 15536 and 15560 of -50000 and -49976, and -15552 and -15536 of 49984 and 50000.
+  EXPECT_EQ(text(host.log().copies.at(0).targetRect), "-50000 50 -49976 50");
+}
+
+TEST_F(FrameSetup, sizesCountByTheirLowSixteenBits) {
+  FrameRequest request = frame(Depth::k8, 0x10018, 2);  // 24
+  request.outputWidth = 0x10014;                        // 20
+  request.outputHeight = 3;
+  request.layerWidth = 30;  // of which the host makes the canvas; worlds of 65536 pixels it refuses
+  request.layerHeight = 2;
+  ASSERT_EQ(classic(request).error, 0);
+  EXPECT_EQ(text(host.log().fills.at(0).rect), "0 0 20 3");
+  EXPECT_EQ(text(host.log().copies.at(0).sourceRect), "0 0 24 2");
+  EXPECT_EQ(text(host.log().copies.at(0).targetRect), "0 0 20 2");
+  EXPECT_EQ(text(transfer().sourceRect), "0 0 24 2");
+}
+
 TEST_F(FrameSetup, theBestQualityCopiesWithInterpolation) {
   FrameRequest request = frame();
   request.quality = PF_Quality_HI;
@@ -287,6 +320,57 @@ TEST_F(FrameSetup, aMaskLayerIsCentredWithHalvesRoundedUp) {
   EXPECT_EQ(call.mask->offset.v, 2);
 }
 
+TEST_F(FrameSetup, aMaskLayerLargerThanTheOutputIsCentredOnWholePixelsDownward) {
+  values.setPopup("Mask", layer);
+  // 10 - 14 = -4 and half of it -2, 10 - 15 = -5 and half of it -2.5: both are the floor of a half more.
+  values.setLayer("Mask Target Layer", LayerValue::of(opaquePicture(Depth::k8, 14, 15)));
+  ASSERT_EQ(classic(frame(Depth::k8, 10, 10)).error, 0);
+  EXPECT_EQ(transfer().mask->offset.h, -2);
+  EXPECT_EQ(transfer().mask->offset.v, -2);
+}
+
+TEST_F(FrameSetup, aMaskLayerIsCentredInFullWidthAndItsOffsetCutToSixteenBits) {
+  values.setPopup("Mask", layer);
+  const auto centred = [&](int32_t maskWidth, int32_t maskHeight, const FrameRequest& request) {
+    host.log().clear();
+    values.setLayer("Mask Target Layer", LayerValue::of(opaquePicture(Depth::k8, maskWidth, maskHeight)));
+    EXPECT_EQ(classic(request).error, 0);
+    const auto& offset = transfer().mask->offset;
+    return std::to_string(offset.h) + ' ' + std::to_string(offset.v);
+  };
+  // Half of 24 - 65560 is -32768; by low halves both would be 24.
+  EXPECT_EQ(centred(0x10018, 2, frame(Depth::k8, 24, 16)), "-32768 7");
+  EXPECT_EQ(centred(2, 0x10010, frame(Depth::k8, 24, 16)), "11 -32768");
+  // Half of 65560 - 10 is 32775, which is -32761 in 16 bits; by low halves it would be 7.
+  FrameRequest request = frame(Depth::k8, 24, 16);
+  request.outputWidth = 0x10018;
+  request.outputHeight = 2;
+  EXPECT_EQ(centred(10, 2, request), "-32761 0");
+  request.outputWidth = 2;
+  request.outputHeight = 0x10018;
+  EXPECT_EQ(centred(2, 10, request), "0 -32761");
+  // The same by the origin: half of 65536 - 10 + 24.
+  request = frame(Depth::k8, 24, 24);
+  request.outputOriginX = 0x10000;
+  request.outputOriginY = 0x10000;
+  EXPECT_EQ(centred(10, 10, request), "-32761 -32761");
+}
+
+TEST_F(FrameSetup, anInvertedMaskLayerIsCentredAsAPlainOneAndSaysThatItIsInverted) {
+  values.setPopup("Mask", layer);
+  values.setCheckbox("Invert Mask", true);
+  values.setLayer("Mask Target Layer", LayerValue::of(opaquePicture(Depth::k8, 10, 10)));
+  FrameRequest request = frame();
+  request.input.originX = 5;
+  request.input.originY = 6;
+  ASSERT_EQ(classic(request).error, 0);
+  const TransferCall& call = transfer();
+  ASSERT_TRUE(call.mask.has_value());
+  EXPECT_EQ(call.mask->what_is_mask, PF_MaskFlag_INVERTED);
+  EXPECT_EQ(call.mask->offset.h, 7);  // (24 - 10) / 2
+  EXPECT_EQ(call.mask->offset.v, 3);  // (16 - 10) / 2
+}
+
 TEST_F(FrameSetup, theCentreOfAMaskLayerMovesWithTheOutputsOrigin) {
   values.setPopup("Mask", layer);
   values.setLayer("Mask Target Layer", LayerValue::of(opaquePicture(Depth::k8, 10, 10)));
@@ -325,6 +409,23 @@ TEST_F(Downsampling, scalesDotSizeByTheSmallerFactorAndEachDistanceByItsOwn) {
   EXPECT_TRUE(samePixels(scaled.output, byHand.output));
   values.setNumber("Dot Distance Y", 2.5);
   EXPECT_FALSE(samePixels(scaled.output, full().output)) << "the distances must show";
+}
+
+TEST_F(Downsampling, theSmallerFactorMayBeTheOneDown) {
+  values.setNumber("Dot Size", 20);
+  values.setNumber("Dot Distance X", 12);
+  values.setNumber("Dot Distance Y", 10);
+  FrameRequest request = frame(Depth::k8, 60, 60);
+  request.downsampleX = {1, 2};
+  request.downsampleY = {1, 4};
+  const RenderResult scaled = classic(request);
+  ASSERT_EQ(scaled.error, 0);
+  values.setNumber("Dot Size", 5);
+  values.setNumber("Dot Distance X", 6);
+  values.setNumber("Dot Distance Y", 2.5);
+  EXPECT_TRUE(samePixels(scaled.output, full().output));
+  values.setNumber("Dot Size", 10);
+  EXPECT_FALSE(samePixels(scaled.output, full().output)) << "the size must show";
 }
 
 TEST_F(Downsampling, scalesTheSizesOfAnEffectorByTheSmallerFactor) {
