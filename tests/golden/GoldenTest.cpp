@@ -108,7 +108,9 @@ TEST_P(Golden, looksAsAccepted) {
   const golden::Difference difference = golden::compare(expected, actual, scene.floatTolerance);
   PixelCount::all += int64_t{actual.width()} * actual.height();
   PixelCount::differing += difference.pixels;
-  EXPECT_EQ(difference.pixels, 0) << difference.text << "\n" << leaveBehind(scene, depth, expected, actual);
+  EXPECT_EQ(difference.pixels, 0) << golden::panelAt(scene, actual, difference.firstX, difference.firstY) << ": "
+                                  << difference.text << "\n"
+                                  << leaveBehind(scene, depth, expected, actual);
 }
 
 TEST_P(Golden, looksTheSameByTheSmartRoad) {
@@ -116,7 +118,8 @@ TEST_P(Golden, looksTheSameByTheSmartRoad) {
   const Image classic = runner().render(scene, depth, golden::Road::classic);
   const Image smart = runner().render(scene, depth, golden::Road::smart);
   const golden::Difference difference = golden::compare(classic, smart, 0.0);
-  EXPECT_EQ(difference.pixels, 0) << difference.text;
+  EXPECT_EQ(difference.pixels, 0) << golden::panelAt(scene, smart, difference.firstX, difference.firstY) << ": "
+                                  << difference.text;
 }
 
 std::string caseName(const testing::TestParamInfo<Case>& item) {
@@ -139,6 +142,26 @@ TEST(GoldenPictures, compareFindsEveryDifference) {
   EXPECT_EQ(difference.firstY, 1);
   EXPECT_EQ(difference.largest, 7.0);
   EXPECT_GT(golden::compare(a, Image(Depth::k16, 2, 2), 0.0).pixels, 0);
+}
+
+TEST(GoldenPictures, aPixelBelongsToThePanelThatItLiesIn) {
+  // Five panels of 20 x 10, two in a row: the sixth place is empty.
+  Scene scene;
+  scene.columns = 2;
+  for (const char* const text : {"a = 1", "b = 2", "c = 3", "d = 4", "e = 5"}) {
+    golden::Panel panel;
+    panel.text = text;
+    scene.panels.push_back(panel);
+  }
+  const Image sheet(Depth::k8, 40, 30);
+  EXPECT_EQ(golden::panelAt(scene, sheet, 0, 0), "panel 1 (a = 1)");
+  EXPECT_EQ(golden::panelAt(scene, sheet, 19, 9), "panel 1 (a = 1)");
+  EXPECT_EQ(golden::panelAt(scene, sheet, 20, 9), "panel 2 (b = 2)");
+  EXPECT_EQ(golden::panelAt(scene, sheet, 19, 10), "panel 3 (c = 3)");
+  EXPECT_EQ(golden::panelAt(scene, sheet, 39, 19), "panel 4 (d = 4)");
+  EXPECT_EQ(golden::panelAt(scene, sheet, 0, 29), "panel 5 (e = 5)");
+  EXPECT_EQ(golden::panelAt(scene, sheet, 20, 20), "no panel");
+  EXPECT_EQ(golden::panelAt(scene, sheet, -1, -1), "no panel");
 }
 
 TEST(GoldenPictures, notANumberIsADifference) {

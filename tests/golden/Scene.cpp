@@ -43,6 +43,7 @@ void put(std::vector<Setting>& settings, Setting setting) {
 }
 
 Panel readPanel(const std::string& text, Panel panel) {
+  panel.text = text;
   std::istringstream parts(text);
   for (std::string part; std::getline(parts, part, ';');) {
     const auto [word, rest] = splitFirstWord(trimmed(part));

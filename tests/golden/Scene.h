@@ -22,6 +22,7 @@ struct Setting {
 };
 
 struct Panel {
+  std::string text;               ///< what sets it apart, as scene.txt has it
   std::vector<Setting> controls;  ///< the scene's own first, then the panel's
   std::vector<Setting> layers;
   int downsample = 1;

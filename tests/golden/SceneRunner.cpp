@@ -98,7 +98,26 @@ void paste(const Image& panel, Image& sheet, int32_t left, int32_t top) {
   }
 }
 
+/// How many panels lie side by side, and how many rows of them there are.
+struct Layout {
+  explicit Layout(const Scene& scene)
+      : panels(static_cast<int32_t>(scene.panels.size())),
+        columns(std::min(panels, scene.columns)),
+        rows((panels + columns - 1) / columns) {}
+  int32_t panels;
+  int32_t columns;
+  int32_t rows;
+};
+
 }  // namespace
+
+std::string panelAt(const Scene& scene, const Image& sheet, int32_t x, int32_t y) {
+  const Layout layout(scene);
+  if (x < 0 || y < 0 || x >= sheet.width() || y >= sheet.height()) return "no panel";
+  const int32_t index = y / (sheet.height() / layout.rows) * layout.columns + x / (sheet.width() / layout.columns);
+  if (index >= layout.panels) return "no panel";
+  return "panel " + std::to_string(index + 1) + " (" + scene.panels[static_cast<size_t>(index)].text + ")";
+}
 
 SceneRunner::SceneRunner(std::string modulePath, std::filesystem::path inputs)
     : modulePath_(std::move(modulePath)), inputs_(std::move(inputs)) {}
@@ -122,11 +141,10 @@ Image SceneRunner::render(const Scene& scene, Depth depth, Road road) const {
   } catch (const std::exception& error) {
     throw std::runtime_error(scene.name + ", after panel " + std::to_string(panels.size()) + ": " + error.what());
   }
-  const auto columns = std::min(static_cast<int32_t>(panels.size()), scene.columns);
-  const int32_t rows = (static_cast<int32_t>(panels.size()) + columns - 1) / columns;
-  Image sheet(depth, columns * width, rows * height);
-  for (int32_t index = 0; index < static_cast<int32_t>(panels.size()); ++index) {
-    paste(panels[static_cast<size_t>(index)], sheet, index % columns * width, index / columns * height);
+  const Layout layout(scene);
+  Image sheet(depth, layout.columns * width, layout.rows * height);
+  for (int32_t index = 0; index < layout.panels; ++index) {
+    paste(panels[static_cast<size_t>(index)], sheet, index % layout.columns * width, index / layout.columns * height);
   }
   return sheet;
 }

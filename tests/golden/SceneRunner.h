@@ -11,6 +11,11 @@ namespace golden {
 
 enum class Road { classic, smart };
 
+/// "panel 3 (Mask = None)": the panel that a pixel of the scene's picture lies in. "no panel" where there is none, as
+/// behind the last one.
+/// @param sheet  a picture that the scene gave, for its size
+std::string panelAt(const Scene& scene, const standin::Image& sheet, int32_t x, int32_t y);
+
 class SceneRunner {
  public:
   /// @param inputs  the folder of the pictures that scenes name
