@@ -3,6 +3,7 @@
 //
 // A service's calls are failed one after the other, the first, the second, ... until a run has no such call any more.
 #include <array>
+#include <functional>
 #include <iostream>
 #include <string>
 #include <vector>
@@ -195,6 +196,115 @@ std::string caseName(const testing::TestParamInfo<Case>& item) {
          std::to_string(static_cast<int32_t>(item.param.depth)) + "_bits";
 }
 INSTANTIATE_TEST_SUITE_P(Frames, FaultsInAFrame, testing::ValuesIn(allCases()), caseName);
+
+/// A command outside of frames, in the life of an instance that is otherwise well.
+struct OtherCommand {
+  const char* name;
+  bool setsUp;                                        ///< no frame can follow when it fails
+  bool replacesTheRecord;                             ///< leaves the handle of the sequence data that it found
+  bool locksTheRecord;                                ///< may leave it locked
+  std::function<void(standin::StandInHost&)> before;  ///< brings the life up to it
+  std::function<PF_Err(standin::StandInHost&)> run;
+};
+
+void PrintTo(const OtherCommand& item, std::ostream* out) {
+  *out << item.name;
+}
+
+std::vector<OtherCommand> otherCommands() {
+  using Host = standin::StandInHost;
+  // A failure while the very first call builds the module has tests among those of the entry.
+  const auto built = [](Host& host) { ASSERT_EQ(host.call(PF_Cmd_EVENT), 0); };
+  const auto started = [](Host& host) { ASSERT_EQ(host.start(), 0); };
+  return {
+      {"globalSetup", true, false, false, built, [](Host& host) { return host.globalSetup(); }},
+      {"paramsSetup", true, false, false, [](Host& host) { ASSERT_EQ(host.globalSetup(), 0); },
+       [](Host& host) { return host.paramsSetup(); }},
+      {"sequenceSetup", true, false, false,
+       [](Host& host) {
+         ASSERT_EQ(host.globalSetup(), 0);
+         ASSERT_EQ(host.paramsSetup(), 0);
+       },
+       [](Host& host) { return host.sequenceSetup(); }},
+      {"sequenceFlatten", false, true, false, started, [](Host& host) { return host.sequenceFlatten(); }},
+      {"sequenceResetup", false, true, false, started, [](Host& host) { return host.sequenceResetup(); }},
+      {"updateParamsUi", false, false, false, started, [](Host& host) { return host.updateParamsUi(host.defaults()); }},
+      {"queryDynamicFlags", false, false, false, started,
+       [](Host& host) { return host.queryDynamicFlags(host.defaults()); }},
+      {"userChangedParam", false, false, true, started,
+       [](Host& host) {
+         ParameterValues values = host.defaults();
+         values.setPopup("Distance Between", betweenCenters);
+         return host.userChangedParam("Distance Between", values).error;
+       }},
+  };
+}
+
+/// What no command goes on without.
+bool isAlwaysTold(const std::string& service) {
+  return service == "host_new_handle" || service == "AcquireSuite" || service == "add_param";
+}
+
+/// What commands ask for without looking at the answer's code.
+bool isNeverTold(const std::string& service) {
+  return service == "PF_UpdateParamUI" || service == "ReleaseSuite" || service == "PF_IsRenderEngine" ||
+         service == "get_platform_data";
+}
+
+class FaultsOfACommand : public testing::TestWithParam<OtherCommand> {
+ protected:
+  /// One whole life in a module of its own, in which one call fails. False when the command has no such call.
+  static bool failOne(const std::string& service, int32_t nth, const Image& whole) {
+    const OtherCommand& command = GetParam();
+    const standin::LoadedModule module(VINDREL_MODULE_PATH);
+    standin::StandInHost host(module, plainHost());
+    command.before(host);
+    host.faults().fail(service, nth, planned);
+    const bool told = command.run(host) != PF_Err_NONE;
+    const bool happened = host.faults().waiting() == 0;
+    host.faults().clear();
+    if (happened) {
+      ++FailedCalls::count;
+      EXPECT_TRUE(told || !isAlwaysTold(service));
+      EXPECT_FALSE(told && isNeverTold(service));
+    } else {
+      EXPECT_FALSE(told);
+    }
+    if (!command.setsUp) {
+      const RenderResult next = host.renderSmart(smallFrame(Depth::k8), host.defaults());
+      EXPECT_EQ(next.error, 0);
+      EXPECT_TRUE(samePixels(next.output, whole)) << "the frame after it differs";
+    }
+    EXPECT_EQ(host.finish(), 0);
+    // The record that a flatten or a resetup replaces stays, and a lock of the record after a change that nothing was
+    // remembered of; each has a test of its own.
+    EXPECT_EQ(host.books().openCount(Matter::kWorld), 0);
+    EXPECT_EQ(host.books().openCount(Matter::kSuite), 0);
+    EXPECT_LE(host.books().openCount(Matter::kHandle), command.replacesTheRecord ? 1 : 0);
+    EXPECT_LE(host.books().openCount(Matter::kHandleLock), command.locksTheRecord ? 1 : 0);
+    return happened;
+  }
+};
+
+TEST_P(FaultsOfACommand, leaveTheModuleWell) {
+  Image whole;
+  {
+    const standin::LoadedModule module(VINDREL_MODULE_PATH);
+    standin::StandInHost host(module, plainHost());
+    ASSERT_EQ(host.start(), 0);
+    whole = host.renderSmart(smallFrame(Depth::k8), host.defaults()).output;
+  }
+  for (const std::string& service : allServices) {
+    int32_t nth = 0;
+    bool happened = true;
+    while (happened && !HasFailure()) {
+      SCOPED_TRACE(service + ", call " + std::to_string(++nth));
+      happened = failOne(service, nth, whole);
+    }
+  }
+}
+INSTANTIATE_TEST_SUITE_P(Commands, FaultsOfACommand, testing::ValuesIn(otherCommands()),
+                         [](const testing::TestParamInfo<OtherCommand>& item) { return std::string(item.param.name); });
 
 }  // namespace
 }  // namespace moduletest
