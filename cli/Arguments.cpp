@@ -1,107 +1,15 @@
 #include "cli/Arguments.h"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <charconv>
 #include <cmath>
 
+#include "cli/CommandWords.h"
 #include "cli/NearestName.h"
 #include "cli/UserError.h"
 
 namespace cli {
 namespace {
-
-// Texts of the options; what they mean is checked here, so that every message has the same form.
-struct Words {
-  std::string input;
-  std::string output;
-  std::vector<std::string> sets;
-  std::vector<std::string> layers;
-  std::string preset;
-  std::string module;
-  std::string depth;
-  std::string frame;
-  std::string framesPerSecond;
-  std::string downsample;
-  std::string road;
-  std::string describe;
-  bool json = false;
-  bool save = false;
-  bool restore = false;
-};
-
-const std::vector<std::string> commandNames = {"render", "controls", "about", "options"};
-
-void addModule(CLI::App& app, Words& words) {
-  app.add_option("--module", words.module, "The effect module (default: the one built with this program)")
-      ->type_name("FILE");
-}
-
-void addValues(CLI::App& app, Words& words) {
-  app.add_option("--set", words.sets,
-                 "A control's value; may be repeated. Angles in degrees, colours as #ff7d14, items of lists by name or "
-                 "number, places as 50%,50% or 300,200, check boxes on or off")
-      ->type_name("\"NAME=VALUE\"")
-      ->expected(1)
-      ->allow_extra_args(false)
-      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
-  app.add_option("--preset", words.preset, "Values of controls from a file; --set and --layer go over it")
-      ->type_name("FILE.json");
-}
-
-void addLayers(CLI::App& app, Words& words) {
-  app.add_option("--layer", words.layers,
-                 "A picture for a layer control; may be repeated. 'source' is the picture itself, 'none' is no picture")
-      ->type_name("\"NAME=FILE\"")
-      ->expected(1)
-      ->allow_extra_args(false)
-      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
-}
-
-void describe(CLI::App& app, Words& words) {
-  app.set_version_flag("--version", "vindrel " VINDREL_VERSION);
-  app.require_subcommand(0, 1);
-  app.allow_extras();
-
-  CLI::App* render = app.add_subcommand("render", "Draw dots over a picture");
-  render->add_option("IN", words.input, "The picture to read")->type_name("");
-  render->add_option("OUT", words.output, "The picture to write: .png, .tif, .tiff or .exr")->type_name("");
-  addValues(*render, words);
-  addLayers(*render, words);
-  render->footer(
-      "Example:\n  vindrel render in.png out.png --set \"Dot Shape=Star\" --set \"Dot Color=#ff7d14\"\n"
-      "'vindrel controls' lists all names and values.");
-  render->add_option("--depth", words.depth, "Bits of a channel: 8, 16 or 32 for float (default: the input's own)")
-      ->type_name("BITS");
-  render->add_option("--frame", words.frame, "The frame to draw, from 0 (default: 0)")->type_name("N");
-  render->add_option("--fps", words.framesPerSecond, "Frames a second (default: 24)")->type_name("F");
-  render->add_option("--downsample", words.downsample, "1, 2 or 4: draw at 1/1, 1/2 or 1/4 of the size (default: 1)")
-      ->type_name("N");
-  render->add_option("--road", words.road, "classic or smart (default: smart if the module can)")->type_name("ROAD");
-  addModule(*render, words);
-
-  CLI::App* controls = app.add_subcommand("controls", "List the module's controls");
-  controls->add_flag("--json", words.json, "As JSON");
-  controls->add_option("--describe", words.describe, "All about one control: what it does, its range and its choices")
-      ->type_name("NAME");
-  addValues(*controls, words);
-  addLayers(*controls, words);
-  addModule(*controls, words);
-
-  CLI::App* about = app.add_subcommand("about", "Show the module's own words on itself");
-  addModule(*about, words);
-
-  CLI::App* options = app.add_subcommand("options", "Answer the module's options dialog");
-  options->add_flag("--save", words.save, "Save values as those of new instances: the given ones, and the rest as is");
-  options->add_flag("--restore", words.restore, "Forget saved values");
-  addValues(*options, words);
-  addModule(*options, words);
-
-  for (CLI::App* command : app.get_subcommands({})) {
-    command->allow_extras();
-    command->fallthrough(false);
-  }
-}
 
 std::vector<std::string> optionNames(const CLI::App& app) {
   std::vector<std::string> names;
@@ -126,13 +34,18 @@ std::vector<std::string> optionNames(const CLI::App& app) {
                   (app.get_name() == "render" ? "; render takes one picture to read and one to write" : ""));
 }
 
-double numberFrom(const std::string& text, const std::string& complaint) {
+/// @param text  what was given, for the complaint; `digits` is what of it must be the number
+double numberFrom(const std::string& text, const std::string& digits, const std::string& complaint) {
   double number = 0.0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (error != std::errc() || end != text.data() + text.size() || !std::isfinite(number)) {
+  const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), number);
+  if (error != std::errc() || end != digits.data() + digits.size() || !std::isfinite(number)) {
     throw UserError(complaint + ", not '" + text + "'");
   }
   return number;
+}
+
+double numberFrom(const std::string& text, const std::string& complaint) {
+  return numberFrom(text, text, complaint);
 }
 
 int32_t wholeFrom(const std::string& text, double least, double most, const std::string& complaint) {
@@ -141,6 +54,18 @@ int32_t wholeFrom(const std::string& text, double least, double most, const std:
     throw UserError(complaint + ", not '" + text + "'");
   }
   return static_cast<int32_t>(number);
+}
+
+/// "500" and "500M" are megabytes, "8G" is gigabytes; both of 1000s.
+uint64_t memoryFrom(const std::string& text) {
+  const std::string complaint = "--limit-memory takes megabytes, or gigabytes as in 8G, from 1M to 1000G";
+  const char unit = text.empty() ? '0' : text.back();
+  const bool giga = unit == 'G' || unit == 'g';
+  const bool hasUnit = giga || unit == 'M' || unit == 'm';
+  const double number = numberFrom(text, hasUnit ? text.substr(0, text.size() - 1) : text, complaint);
+  const double bytes = number * (giga ? 1e9 : 1e6);
+  if (bytes < 1e6 || bytes > 1e12) throw UserError(complaint + ", not '" + text + "'");
+  return static_cast<uint64_t>(bytes);
 }
 
 Road roadFrom(const std::string& text) {
@@ -206,12 +131,35 @@ std::string complaintOf(const CLI::ParseError& error) {
   return text;
 }
 
+[[noreturn]] void refuseCommand(const std::string& name) {
+  throw UserError("no command '" + name + "'" +
+                  suggestion(name, commandNames(), "; it must be " + listed(commandNames())));
+}
+
+/// `vindrel help` and `vindrel help render` say the same as --help.
+std::vector<std::string> withHelpAsOption(const std::vector<std::string>& words) {
+  if (words.empty() || words[0] != "help") return words;
+  const std::vector<std::string>& names = commandNames();
+  if (words.size() > 1 && std::find(names.begin(), names.end(), words[1]) == names.end()) refuseCommand(words[1]);
+  std::vector<std::string> asOption(words.begin() + 1, words.end());
+  asOption.emplace_back("--help");
+  return asOption;
+}
+
+/// The words that no option and no place took, without the mark that ends the options.
+std::vector<std::string> leftOver(const CLI::App& command) {
+  std::vector<std::string> left = command.remaining();
+  std::erase(left, "--");
+  return left;
+}
+
 }  // namespace
 
-Arguments parseArguments(const std::vector<std::string>& words) {
+Arguments parseArguments(const std::vector<std::string>& wordsOfCaller) {
+  const std::vector<std::string> words = withHelpAsOption(wordsOfCaller);
   CLI::App app("Draws halftone dots over pictures with an effect module.", "vindrel");
   Words given;
-  describe(app, given);
+  declareCommands(app, given);
 
   Arguments arguments;
   try {
@@ -228,19 +176,18 @@ Arguments parseArguments(const std::vector<std::string>& words) {
   }
 
   const std::vector<CLI::App*> commands = app.get_subcommands();
-  const std::vector<std::string> extras = app.remaining();
+  const std::vector<std::string> extras = leftOver(app);
   if (commands.empty()) {
     if (extras.empty()) {
-      throw UserError("no command; it must be " + listed(commandNames) + " ('vindrel --help' tells more)");
+      throw UserError("no command; it must be " + listed(commandNames()) + " ('vindrel --help' tells more)");
     }
     if (extras[0].starts_with("-")) refuseWord(extras[0], app, "");
-    throw UserError("no command '" + extras[0] + "'" +
-                    suggestion(extras[0], commandNames, "; it must be " + listed(commandNames)));
+    refuseCommand(extras[0]);
   }
   const CLI::App& command = *commands[0];
   if (!extras.empty()) refuseWord(extras[0], app, "");
   // Words that an unknown option drew along come after it.
-  if (const auto left = command.remaining(); !left.empty()) refuseWord(left[0], command, command.get_name() + " ");
+  if (const auto left = leftOver(command); !left.empty()) refuseWord(left[0], command, command.get_name() + " ");
 
   arguments.command = commandNamed(command.get_name());
   arguments.module = given.module;
@@ -253,6 +200,10 @@ Arguments parseArguments(const std::vector<std::string>& words) {
   for (const std::string& text : given.sets) arguments.sets.push_back(splitAssignment(text, "--set"));
   for (const std::string& text : given.layers) arguments.layers.push_back(splitAssignment(text, "--layer"));
   arguments.json = given.json;
+  arguments.stamp = given.stamp;
+  arguments.storedDefaults = given.storedDefaults;
+  if (given.allowPaths) arguments.pathsOfPreset = PathsOfPreset::anywhere;
+  if (!given.limitMemory.empty()) arguments.mostMemory = memoryFrom(given.limitMemory);
   if (command.get_option_no_throw("--describe") != nullptr && command.count("--describe") > 0) {
     if (given.json) throw UserError("--describe takes no --json, which tells about all controls");
     arguments.describe = given.describe;

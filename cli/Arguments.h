@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "cli/ImageFile.h"
 #include "cli/Preset.h"
 #include "host/Depth.h"
 
@@ -32,6 +33,11 @@ struct Arguments {
   double framesPerSecond = 24.0;
   int32_t downsample = 1;  ///< 1, 2 or 4
   Road road = Road::asModuleSays;
+
+  bool stamp = false;  ///< the time of day goes into the output
+  bool storedDefaults = false;
+  PathsOfPreset pathsOfPreset = PathsOfPreset::besideIt;
+  uint64_t mostMemory = usualMemoryLimit;  ///< bytes
 
   bool json = false;
   std::optional<std::string> describe;  ///< of `controls`: the control to tell about

@@ -5,7 +5,6 @@
 
 #include "ae/Constants.h"
 #include "cli/HostControls.h"
-#include "cli/ImageFile.h"
 #include "cli/NearestName.h"
 #include "cli/UserError.h"
 
@@ -26,14 +25,30 @@ standin::LoadedModule load(const fs::path& module) {
   }
 }
 
-standin::LayerValue layerFrom(const ControlFacts& control, const std::string& text) {
+standin::HostSettings settingsFor(const fs::path& module, Defaults defaults) {
+  standin::HostSettings settings;
+  if (defaults == Defaults::builtIn) {
+    // A module that isn't told where it lies can't look for a file beside itself.
+    settings.modulePath = "";
+    return settings;
+  }
+  const fs::path stored = fs::path(module).replace_extension("ini");
+  std::error_code ignored;
+  const fs::file_status status = fs::status(stored, ignored);
+  if (fs::exists(status) && !fs::is_regular_file(status)) {
+    throw UserError("'" + stored.string() + "' is no plain file; the module's settings must be one");
+  }
+  return settings;
+}
+
+standin::LayerValue layerFrom(const ControlFacts& control, const std::string& text, uint64_t mostMemory) {
   if (control.kind != ControlKind::layer) {
     throw UserError("'" + control.name + "' is a " + kindName(control.kind) + ", not a layer; give it by --set");
   }
   if (text == "source") return standin::LayerValue::itself();
   if (text == "none") return standin::LayerValue::none();
   if (text.empty()) throw UserError("'" + control.name + "' takes a picture's file, source or none");
-  return standin::LayerValue::of(readPicture(text));
+  return standin::LayerValue::of(readPicture(text, mostMemory));
 }
 
 /// The control of this name, of whatever kind, so that a wrong kind can be told; a misspelt name is answered with the
@@ -48,20 +63,21 @@ const ControlFacts& findLayer(const std::vector<ControlFacts>& controls, const s
 }
 
 void applyAll(const std::vector<ControlFacts>& controls, const std::vector<Assignment>& sets,
-              const std::vector<Assignment>& layers, standin::ParameterValues& values) {
+              const std::vector<Assignment>& layers, uint64_t mostMemory, standin::ParameterValues& values) {
   for (const Assignment& set : sets) {
     const ControlFacts& control = findControl(controls, set.name);
     setValue(control, parseControlValue(control, set.text), values);
   }
   for (const Assignment& layer : layers) {
     const ControlFacts& control = findLayer(controls, layer.name);
-    values.setLayer(ByIndex{control.index}, layerFrom(control, layer.text));
+    values.setLayer(ByIndex{control.index}, layerFrom(control, layer.text, mostMemory));
   }
 }
 
 }  // namespace
 
-EffectSession::EffectSession(const fs::path& module) : module_(load(module)), host_(module_) {
+EffectSession::EffectSession(const fs::path& module, Defaults defaults)
+    : module_(load(module)), host_(module_, settingsFor(module, defaults)) {
   check(host_.start(), "while it was set up");
   controls_ = factsOf(host_.controls());
 }
@@ -73,16 +89,16 @@ EffectSession::~EffectSession() {
 
 standin::ParameterValues EffectSession::values(const Preset* preset, const std::string& presetName,
                                                const std::vector<Assignment>& sets,
-                                               const std::vector<Assignment>& layers) const {
+                                               const std::vector<Assignment>& layers, uint64_t mostMemory) const {
   standin::ParameterValues values = host_.defaults();
   if (preset != nullptr) {
     try {
-      applyAll(controls_, preset->controls, preset->layers, values);
+      applyAll(controls_, preset->controls, preset->layers, mostMemory, values);
     } catch (const UserError& error) {
       throw UserError("preset '" + presetName + "': " + error.what());
     }
   }
-  applyAll(controls_, sets, layers, values);
+  applyAll(controls_, sets, layers, mostMemory, values);
   return values;
 }
 

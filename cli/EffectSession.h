@@ -7,17 +7,21 @@
 
 #include "cli/ControlFacts.h"
 #include "cli/ControlValue.h"
+#include "cli/ImageFile.h"
 #include "cli/Preset.h"
 #include "host/LoadedModule.h"
 #include "host/StandInHost.h"
 
 namespace cli {
 
+/// Where the defaults of controls come from: the module alone, or the settings file beside it where there is one.
+enum class Defaults { builtIn, stored };
+
 class EffectSession {
  public:
   /// Loads the module and sends the set-ups of the module, its controls and a sequence.
   /// @throws UserError when the file is no module of this kind of host, EffectError when a set-up fails
-  explicit EffectSession(const std::filesystem::path& module);
+  EffectSession(const std::filesystem::path& module, Defaults defaults);
   EffectSession(const EffectSession&) = delete;
   EffectSession& operator=(const EffectSession&) = delete;
   ~EffectSession();
@@ -28,9 +32,11 @@ class EffectSession {
   /// The defaults, with the preset's values over them, and the assignments over both. Pictures of layers are read here.
   /// @param preset  null for none
   /// @param presetName  for messages
+  /// @param mostMemory  as for readPicture
   /// @throws UserError for a name, value or picture that doesn't fit
   standin::ParameterValues values(const Preset* preset, const std::string& presetName,
-                                  const std::vector<Assignment>& sets, const std::vector<Assignment>& layers) const;
+                                  const std::vector<Assignment>& sets, const std::vector<Assignment>& layers,
+                                  uint64_t mostMemory = usualMemoryLimit) const;
 
   /// Does nothing when the code is 0.
   /// @param during  what was being done: "while drawing"

@@ -1,105 +1,77 @@
 #include "cli/ImageFile.h"
 
-#include <OpenImageIO/imageio.h>
-#include <unistd.h>
-
 #include <algorithm>
+#include <array>
+#include <ctime>
 #include <limits>
 #include <memory>
-#include <system_error>
 #include <type_traits>
 #include <utility>
 #include <vector>
 
 #include "ae/Constants.h"
 #include "cli/NearestName.h"
-#include "cli/QuietLibraries.h"
 #include "cli/UserError.h"
+#include "cli/files/FileBytes.h"
+#include "cli/files/PutFile.h"
+#include "cli/pictures/StoredPicture.h"
 
 namespace cli {
 namespace {
 
 namespace fs = std::filesystem;
-using OIIO::ImageInput;
-using OIIO::ImageOutput;
-using OIIO::ImageSpec;
-using OIIO::TypeDesc;
 using standin::Depth;
 using standin::Image;
 
-std::string quoted(const fs::path& file) {
-  return "'" + file.string() + "'";
+// ---- reading
+
+template <std::size_t Count>
+bool beginsWith(std::span<const uint8_t> file, const std::array<uint8_t, Count>& magic) {
+  return file.size() >= Count && std::equal(magic.begin(), magic.end(), file.begin());
 }
 
-/// The library's message without its line ends, so that an error stays one line.
-std::string oneLine(std::string text) {
-  std::replace(text.begin(), text.end(), '\n', ' ');
-  while (!text.empty() && (text.back() == ' ' || text.back() == '.')) text.pop_back();
-  return text;
-}
-
-std::vector<std::string> namesBeside(const fs::path& file) {
-  std::vector<std::string> names;
-  std::error_code ignored;
-  const fs::path folder = file.has_parent_path() ? file.parent_path() : fs::path(".");
-  for (const auto& entry : fs::directory_iterator(folder, ignored)) {
-    if (entry.is_regular_file(ignored)) names.push_back(entry.path().filename().string());
+/// The reader for what the file is by its first bytes, whatever its name says; null for none.
+std::unique_ptr<PictureReader> readerFor(std::span<const uint8_t> file) {
+  constexpr std::array<uint8_t, 8> png = {0x89, 'P', 'N', 'G', 0x0D, 0x0A, 0x1A, 0x0A};
+  constexpr std::array<uint8_t, 4> exr = {0x76, 0x2F, 0x31, 0x01};
+  constexpr std::array<uint8_t, 3> jpeg = {0xFF, 0xD8, 0xFF};
+  constexpr std::array<std::array<uint8_t, 4>, 4> tiff = {
+      {{'I', 'I', 42, 0}, {'M', 'M', 0, 42}, {'I', 'I', 43, 0}, {'M', 'M', 0, 43}}};
+  if (beginsWith(file, png)) return openPng(file);
+  if (beginsWith(file, exr)) return openExr(file);
+  if (beginsWith(file, jpeg)) return openJpeg(file);
+  if (std::any_of(tiff.begin(), tiff.end(), [&](const auto& magic) { return beginsWith(file, magic); })) {
+    return openTiff(file);
   }
-  std::sort(names.begin(), names.end());
-  return names;
+  return nullptr;
 }
 
-void checkReadable(const fs::path& file) {
-  std::error_code error;
-  const fs::file_status status = fs::status(file, error);
-  if (!fs::exists(status)) {
-    throw UserError("no file " + quoted(file) + suggestion(file.filename().string(), namesBeside(file)));
-  }
-  if (fs::is_directory(status)) throw UserError(quoted(file) + " is a folder, not a picture");
-  if (access(file.c_str(), R_OK) != 0) throw UserError("no permission to read " + quoted(file));
+std::string megabytes(uint64_t bytes) {
+  return std::to_string((bytes + 999'999) / 1'000'000) + " MB";
 }
 
-/// Where the four channels lie in the file; -1 for an alpha that isn't there.
-struct ChannelPlaces {
-  int red = 0;
-  int green = 0;
-  int blue = 0;
-  int alpha = -1;
-};
-
-ChannelPlaces placesOf(const ImageSpec& layout, const fs::path& file) {
-  const std::string colourSpace =
-      layout.get_string_attribute("tiff:ColorSpace", layout.get_string_attribute("jpeg:ColorSpace"));
-  // The library turns these into RGB by a rule of thumb; a print colour without its profile is better refused.
-  if (colourSpace == "CMYK" || colourSpace == "YCCK") {
-    throw UserError(quoted(file) + " is a CMYK picture; grey and RGB, each with or without alpha, can be read");
-  }
-  const auto placeOf = [&layout](const char* name) { return layout.channelindex(name); };
-  if (layout.nchannels >= 3 && placeOf("R") >= 0 && placeOf("G") >= 0 && placeOf("B") >= 0) {
-    return {placeOf("R"), placeOf("G"), placeOf("B"), layout.alpha_channel};
-  }
-  const bool greyWithAlpha = layout.nchannels == 2 && layout.alpha_channel == 1;
-  if (layout.nchannels == 1 || greyWithAlpha) return {0, 0, 0, greyWithAlpha ? 1 : -1};
-
-  std::string names;
-  for (const std::string& name : layout.channelnames) names += (names.empty() ? "" : ", ") + name;
-  throw UserError(quoted(file) + " has the channels " + names +
-                  "; grey and RGB, each with or without alpha, can be read");
+/// What rendering a picture of this layout takes at most: the file's samples, and the host's picture three times over
+/// (what is read, what is drawn on, what is written).
+uint64_t memoryFor(const PictureLayout& layout) {
+  const uint64_t pixels = static_cast<uint64_t>(std::max<int64_t>(layout.fullWidth, 1)) *
+                          static_cast<uint64_t>(std::max<int64_t>(layout.fullHeight, 1));
+  return layout.bytes() + 3 * pixels * static_cast<uint64_t>(standin::pixelBytes(layout.depth));
 }
 
-Depth depthOf(const ImageSpec& layout, const fs::path& file) {
-  switch (layout.format.basetype) {
-    case TypeDesc::UINT8:
-      return Depth::k8;
-    case TypeDesc::UINT16:
-      return Depth::k16;
-    case TypeDesc::HALF:
-    case TypeDesc::FLOAT:
-    case TypeDesc::DOUBLE:
-      return Depth::k32;
-    default:
-      throw UserError(quoted(file) + " has pixels of the type " + layout.format.c_str() +
-                      "; 8-bit, 16-bit and float pixels can be read");
+void checkSize(const PictureLayout& layout, const fs::path& file, uint64_t mostMemory) {
+  if (layout.width < 1 || layout.height < 1 || layout.fullWidth < 1 || layout.fullHeight < 1) {
+    throw UserError(quoted(file) + " has no pixels");
+  }
+  if (layout.fullWidth > PF_MAX_WORLD_WIDTH || layout.fullHeight > PF_MAX_WORLD_HEIGHT ||
+      layout.width > 2 * PF_MAX_WORLD_WIDTH || layout.height > 2 * PF_MAX_WORLD_HEIGHT) {
+    throw UserError(quoted(file) + " is " + std::to_string(layout.fullWidth) + " x " +
+                    std::to_string(layout.fullHeight) + " pixels; at most 30000 x 30000 can be rendered");
+  }
+  const uint64_t need = memoryFor(layout);
+  if (need > mostMemory) {
+    throw UserError(quoted(file) + " is " + std::to_string(layout.fullWidth) + " x " +
+                    std::to_string(layout.fullHeight) + " pixels and takes " + megabytes(need) +
+                    " of memory; --limit-memory allows " + megabytes(mostMemory));
   }
 }
 
@@ -130,38 +102,32 @@ float fromFile(float channel) {
 
 /// One pixel of the file as the host has it.
 template <class Pixel, class Channel>
-Pixel unpacked(const Channel* from, const ChannelPlaces& places, bool associated) {
+Pixel unpacked(const Channel* from, const PictureLayout& layout) {
   constexpr Channel fileFull = std::is_same_v<Channel, float> ? Channel{1} : std::numeric_limits<Channel>::max();
-  const Channel alpha = places.alpha >= 0 ? from[places.alpha] : fileFull;
-  const auto colour = [&](int place) { return fromFile(associated ? straight(from[place], alpha) : from[place]); };
+  const Channel alpha = layout.alpha >= 0 ? from[layout.alpha] : fileFull;
+  const bool divides = layout.associated && layout.alpha >= 0;
+  const auto colour = [&](int32_t place) { return fromFile(divides ? straight(from[place], alpha) : from[place]); };
   Pixel pixel{};
   pixel.alpha = fromFile(alpha);
-  pixel.red = colour(places.red);
-  pixel.green = colour(places.green);
-  pixel.blue = colour(places.blue);
+  pixel.red = colour(layout.red);
+  pixel.green = colour(layout.green);
+  pixel.blue = colour(layout.blue);
   return pixel;
 }
 
 template <class Pixel>
-Image readAs(ImageInput& input, const ChannelPlaces& places, const fs::path& file) {
+Image onFullImage(const PictureLayout& layout, std::span<const uint8_t> samples) {
   using Channel = typename standin::PixelFacts<Pixel>::Channel;
-  const ImageSpec& layout = input.spec();
-  const auto channelCount = static_cast<std::size_t>(layout.nchannels);
-  std::vector<Channel> pixels(static_cast<std::size_t>(layout.width) * static_cast<std::size_t>(layout.height) *
-                              channelCount);
-  if (!input.read_image(0, 0, 0, layout.nchannels, OIIO::BaseTypeFromC<Channel>::value, pixels.data())) {
-    throw UserError("can't read " + quoted(file) + ": " + oneLine(input.geterror()));
-  }
-  const bool associated = places.alpha >= 0 && layout.get_int_attribute("oiio:UnassociatedAlpha", 0) == 0;
-  Image image(standin::PixelFacts<Pixel>::depth, layout.full_width, layout.full_height);
-  const Channel* from = pixels.data();
-  for (int y = 0; y < layout.height; ++y) {
-    for (int x = 0; x < layout.width; ++x, from += channelCount) {
-      const int toX = x + layout.x - layout.full_x;
-      const int toY = y + layout.y - layout.full_y;
-      if (toX < 0 || toY < 0 || toX >= image.width() || toY >= image.height()) continue;
-      image.at<Pixel>(toX, toY) = unpacked<Pixel>(from, places, associated);
-    }
+  Image image(standin::PixelFacts<Pixel>::depth, static_cast<int32_t>(layout.fullWidth),
+              static_cast<int32_t>(layout.fullHeight));
+  const int64_t firstX = std::max<int64_t>(0, -layout.left);
+  const int64_t endX = std::min(layout.width, layout.fullWidth - layout.left);
+  for (int64_t y = 0; y < layout.height; ++y) {
+    const int64_t toY = y + layout.top;
+    if (toY < 0 || toY >= layout.fullHeight) continue;
+    const auto* from = reinterpret_cast<const Channel*>(samples.data()) + (y * layout.width + firstX) * layout.channels;
+    auto* to = image.row<Pixel>(static_cast<int32_t>(toY)) + layout.left + firstX;
+    for (int64_t x = firstX; x < endX; ++x, ++to, from += layout.channels) *to = unpacked<Pixel>(from, layout);
   }
   return image;
 }
@@ -190,10 +156,10 @@ Image upright(Image image, int orientation) {
 // ---- writing
 
 struct WrittenKind {
-  const char* format;  ///< the image library's name
-  bool bits8;
-  bool bits16;
-  bool isFloat;
+  std::vector<uint8_t> (*encoded)(const PictureToWrite& picture);
+  bool wholeNumbers;  ///< 8 and 16 bits
+  bool floats;
+  bool associated;  ///< colour times alpha
 };
 
 std::string lowerEnding(const fs::path& file) {
@@ -206,43 +172,13 @@ std::string lowerEnding(const fs::path& file) {
 
 WrittenKind kindOf(const fs::path& file) {
   const std::string ending = lowerEnding(file);
-  if (ending == ".png") return {"png", true, true, false};
-  if (ending == ".tif" || ending == ".tiff") return {"tiff", true, true, true};
-  if (ending == ".exr") return {"openexr", false, false, true};
+  if (ending == ".png") return {encodedPng, true, false, false};
+  if (ending == ".tif" || ending == ".tiff") return {encodedTiff, true, true, false};
+  if (ending == ".exr") return {encodedExr, false, true, true};
   if (ending.empty()) throw UserError(quoted(file) + " has no ending; it must be .png, .tif, .tiff or .exr");
   throw UserError("can't write pictures ending in '" + file.extension().string() + "'" +
                   suggestion(ending, {".png", ".tif", ".tiff", ".exr"}, "; it must be .png, .tif, .tiff or .exr"));
 }
-
-/// A file's new content under another name beside it; removed again unless it was put in place.
-class FileInTheMaking {
- public:
-  explicit FileInTheMaking(const fs::path& target)
-      : target_(target),
-        making_(target.parent_path() /
-                ("." + target.stem().string() + ".vindrel-" + std::to_string(getpid()) + target.extension().string())) {
-  }
-  FileInTheMaking(const FileInTheMaking&) = delete;
-  FileInTheMaking& operator=(const FileInTheMaking&) = delete;
-  ~FileInTheMaking() {
-    std::error_code ignored;
-    if (!done_) fs::remove(making_, ignored);
-  }
-
-  const fs::path& path() const { return making_; }
-
-  void putInPlace() {
-    std::error_code error;
-    fs::rename(making_, target_, error);
-    if (error) throw UserError("can't write " + quoted(target_) + ": " + error.message());
-    done_ = true;
-  }
-
- private:
-  fs::path target_;
-  fs::path making_;
-  bool done_ = false;
-};
 
 uint8_t toFile(uint8_t channel) {
   return channel;
@@ -254,92 +190,77 @@ float toFile(float channel) {
   return channel;
 }
 
+/// Red, green, blue and alpha side by side, as files hold them.
 template <class Pixel>
-void writePixels(ImageOutput& output, const fs::path& making, const fs::path& target, const Image& image,
-                 bool associate) {
+std::vector<uint8_t> packed(const Image& image, bool associate) {
   using Channel = typename standin::PixelFacts<Pixel>::Channel;
-  std::vector<Channel> channels;
-  channels.reserve(static_cast<std::size_t>(image.width()) * static_cast<std::size_t>(image.height()) * 4);
+  std::vector<uint8_t> samples(static_cast<std::size_t>(image.width()) * static_cast<std::size_t>(image.height()) * 4 *
+                               sizeof(Channel));
+  auto* to = reinterpret_cast<Channel*>(samples.data());
   for (int32_t y = 0; y < image.height(); ++y) {
-    for (int32_t x = 0; x < image.width(); ++x) {
-      const Pixel& pixel = image.at<Pixel>(x, y);
-      for (Channel colour : {pixel.red, pixel.green, pixel.blue}) {
+    const Pixel* pixel = image.row<Pixel>(y);
+    for (const Pixel* const end = pixel + image.width(); pixel != end; ++pixel) {
+      for (Channel colour : {pixel->red, pixel->green, pixel->blue}) {
         if constexpr (std::is_same_v<Channel, float>) {
-          if (associate) colour *= pixel.alpha;
+          if (associate) colour *= pixel->alpha;
         }
-        channels.push_back(toFile(colour));
+        *to++ = toFile(colour);
       }
-      channels.push_back(toFile(pixel.alpha));
+      *to++ = toFile(pixel->alpha);
     }
   }
-  const TypeDesc type = OIIO::BaseTypeFromC<Channel>::value;
-  ImageSpec layout(image.width(), image.height(), 4, type);
-  if (!associate) layout.attribute("oiio:UnassociatedAlpha", 1);
-  if (!output.open(making.string(), layout) || !output.write_image(type, channels.data()) || !output.close()) {
-    throw UserError("can't write " + quoted(target) + ": " + oneLine(output.geterror()));
-  }
+  return samples;
 }
 
 }  // namespace
 
-Image readPicture(const fs::path& file) {
-  checkReadable(file);
-  const QuietLibraries quiet;
-  ImageSpec wishes;
-  wishes.attribute("oiio:UnassociatedAlpha", 1);
-  const std::unique_ptr<ImageInput> input = ImageInput::open(file.string(), &wishes);
-  if (!input) {
-    static_cast<void>(OIIO::geterror());  // names the library's own reasons, which help nobody who gave a wrong file
-    throw UserError(quoted(file) + " is no picture that can be read; PNG, TIFF, EXR and JPEG can");
+Image readPicture(const fs::path& file, uint64_t mostMemory) {
+  const std::vector<uint8_t> bytes = readFile(file, "picture", mostMemory);
+  try {
+    const std::unique_ptr<PictureReader> reader = readerFor(bytes);
+    if (!reader) throw OtherPicture("is no picture that can be read; PNG, TIFF, EXR and JPEG can");
+    const PictureLayout& layout = reader->layout();
+    checkSize(layout, file, mostMemory);
+    std::vector<uint8_t> samples(static_cast<std::size_t>(layout.bytes()));
+    reader->read(samples);
+    return upright(
+        standin::withPixelOf(layout.depth, [&](auto pixel) { return onFullImage<decltype(pixel)>(layout, samples); }),
+        layout.orientation);
+  } catch (const OtherPicture& other) {
+    throw UserError(quoted(file) + " " + other.what());
+  } catch (const BrokenPicture& broken) {
+    throw UserError("can't read " + quoted(file) + ": " + broken.what());
   }
-  const ImageSpec& layout = input->spec();
-  if (layout.full_width > PF_MAX_WORLD_WIDTH || layout.full_height > PF_MAX_WORLD_HEIGHT ||
-      layout.width > 2 * PF_MAX_WORLD_WIDTH || layout.height > 2 * PF_MAX_WORLD_HEIGHT) {
-    throw UserError(quoted(file) + " is " + std::to_string(layout.full_width) + " x " +
-                    std::to_string(layout.full_height) + " pixels; at most 30000 x 30000 can be rendered");
-  }
-  const ChannelPlaces places = placesOf(layout, file);
-  const Depth depth = depthOf(layout, file);
-  Image image = standin::withPixelOf(depth, [&](auto pixel) { return readAs<decltype(pixel)>(*input, places, file); });
-  return upright(std::move(image), layout.get_int_attribute("Orientation", 1));
 }
 
 void checkWritable(const fs::path& file, Depth depth) {
   const WrittenKind kind = kindOf(file);
-  if (depth == Depth::k32 && !kind.isFloat) {
+  if (depth == Depth::k32 && !kind.floats) {
     throw UserError(quoted(file) + " can't hold float pixels; write .exr or .tif, or render with --depth 16");
   }
-  std::error_code error;
-  const fs::path folder = file.has_parent_path() ? file.parent_path() : fs::path(".");
-  const fs::file_status folderStatus = fs::status(folder, error);
-  if (!fs::exists(folderStatus)) throw UserError("can't write " + quoted(file) + ": no folder " + quoted(folder));
-  if (!fs::is_directory(folderStatus)) {
-    throw UserError("can't write " + quoted(file) + ": " + quoted(folder) + " is no folder");
-  }
-  if (access(folder.c_str(), W_OK) != 0) {
-    throw UserError("can't write " + quoted(file) + ": no permission to write in " + quoted(folder));
-  }
-  const fs::file_status status = fs::status(file, error);
-  if (fs::is_directory(status)) throw UserError("can't write " + quoted(file) + ": it is a folder");
-  if (fs::exists(status) && access(file.c_str(), W_OK) != 0) {
-    throw UserError("can't write " + quoted(file) + ": it is write-protected");
-  }
+  checkPlace(file);
 }
 
-void writePicture(const fs::path& file, const Image& picture) {
+void writePicture(const fs::path& file, const Image& picture, Stamp stamp) {
   checkWritable(file, picture.depth());
   const WrittenKind kind = kindOf(file);
-  const bool mustBeFloat = !kind.bits8 && !kind.bits16;
-  const Image written = mustBeFloat ? picture.converted(Depth::k32) : picture;
+  const bool mustBeFloat = !kind.wholeNumbers && picture.depth() != Depth::k32;
+  const Image asFloat = mustBeFloat ? picture.converted(Depth::k32) : Image();
+  const Image& written = mustBeFloat ? asFloat : picture;
 
-  const QuietLibraries quiet;
-  const std::unique_ptr<ImageOutput> output = ImageOutput::create(kind.format);
-  if (!output) throw UserError("can't write " + quoted(file) + ": " + oneLine(OIIO::geterror()));
-  FileInTheMaking making(file);
-  standin::withPixelOf(written.depth(), [&](auto pixel) {
-    writePixels<decltype(pixel)>(*output, making.path(), file, written, mustBeFloat);
-  });
-  making.putInPlace();
+  const std::vector<uint8_t> samples = standin::withPixelOf(
+      written.depth(), [&](auto pixel) { return packed<decltype(pixel)>(written, kind.associated); });
+  PictureToWrite toWrite;
+  toWrite.width = written.width();
+  toWrite.height = written.height();
+  toWrite.depth = written.depth();
+  toWrite.samples = samples;
+  if (stamp == Stamp::timeOfDay) toWrite.madeAt = std::time(nullptr);
+  try {
+    putFile(file, kind.encoded(toWrite));
+  } catch (const BrokenPicture& broken) {
+    throw UserError("can't write " + quoted(file) + ": " + broken.what());
+  }
 }
 
 }  // namespace cli

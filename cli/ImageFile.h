@@ -1,8 +1,9 @@
 /// Pictures from and to files.
 ///
-/// Read: whatever the image library knows, as grey, grey with alpha, RGB or RGBA, of 8 bits, 16 bits or float (half
-/// included). Written: PNG and TIFF at 8 and 16 bits, TIFF and EXR as float. PNG and TIFF hold straight colour as the
-/// host does, so that a picture comes back to the last bit; EXR holds colour multiplied by alpha.
+/// Read: PNG, TIFF, EXR and JPEG, told by their first bytes, as grey, grey with alpha, RGB or RGBA, of 8 bits, 16 bits
+/// or float (half included). Written: PNG and TIFF at 8 and 16 bits, TIFF and EXR as float. PNG and TIFF hold straight
+/// colour as the host does, so that a picture comes back to the last bit; EXR holds colour multiplied by alpha. The
+/// same picture gives the same bytes.
 #pragma once
 
 #include <cstdint>
@@ -25,20 +26,27 @@ constexpr uint16_t toFile16(uint16_t channel) {
                            : static_cast<uint16_t>((static_cast<uint32_t>(channel) * 65535u + 16384u) / 32768u);
 }
 
+/// Enough for a picture of 8192 x 8192 float pixels.
+inline constexpr uint64_t usualMemoryLimit = 4'500'000'000;
+
 /// Reads a picture at the file's own depth. A crop stands in its place on the full image, clear around it, and the
 /// orientation that a camera noted is applied. Pixels without alpha are opaque.
-/// @throws UserError naming the file: missing, unreadable, more or other channels than RGBA, a pixel type between the
-///         depths, larger than the host's 30000 pixels
-standin::Image readPicture(const std::filesystem::path& file);
+/// @param mostMemory  bytes that rendering the picture may take, reckoned from the file's header; beyond it the file is
+///                    refused before the memory is taken
+/// @throws UserError naming the file: missing, no plain file, cut or otherwise unreadable, more or other channels than
+///         RGBA, a pixel type between the depths, larger than the host's 30000 pixels or than mostMemory
+standin::Image readPicture(const std::filesystem::path& file, uint64_t mostMemory = usualMemoryLimit);
 
 /// Checks, before any work is done, that a picture of this depth can be written to the file: its ending, its folder,
 /// what stands in its place.
 /// @throws UserError naming the file and what would be right
 void checkWritable(const std::filesystem::path& file, standin::Depth depth);
 
-/// Writes the picture. The file appears whole or not at all: it is written beside its place under another name, then
-/// renamed, so that what stood there before is lost only to a whole new picture. An EXR is always float.
+/// Whether a file tells when it was made; without that, the same picture is the same file.
+enum class Stamp { none, timeOfDay };
+
+/// Writes the picture, whole or not at all (files/PutFile.h tells how). An EXR is always float.
 /// @throws UserError naming the file
-void writePicture(const std::filesystem::path& file, const standin::Image& picture);
+void writePicture(const std::filesystem::path& file, const standin::Image& picture, Stamp stamp = Stamp::none);
 
 }  // namespace cli

@@ -9,8 +9,10 @@
 #include <vector>
 
 #include "cli/Run.h"
+#include "cli/files/Interrupts.h"
 
 int main(int count, char** words) {
+  cli::heedInterrupts();
   std::error_code ignored;
   const std::filesystem::path program = std::filesystem::canonical("/proc/self/exe", ignored);
   const cli::Surroundings surroundings{std::cout, std::cerr, isatty(STDERR_FILENO) != 0, program.parent_path()};

@@ -13,9 +13,9 @@ namespace {
 
 standin::ParameterValues valuesFor(const EffectSession& session, const Arguments& arguments) {
   std::optional<Preset> preset;
-  if (arguments.preset) preset = readPreset(*arguments.preset);
+  if (arguments.preset) preset = readPreset(*arguments.preset, arguments.pathsOfPreset);
   return session.values(preset ? &*preset : nullptr, arguments.preset ? arguments.preset->string() : "", arguments.sets,
-                        arguments.layers);
+                        arguments.layers, arguments.mostMemory);
 }
 
 /// Names the answer to the stand-in for the module's dialog while it lives.
@@ -33,7 +33,7 @@ class DialogAnswer {
 }  // namespace
 
 void listControls(const Arguments& arguments, const Surroundings& surroundings) {
-  EffectSession session(arguments.module);
+  EffectSession session(arguments.module, Defaults::stored);
   const bool withValues = arguments.preset || !arguments.sets.empty() || !arguments.layers.empty();
   standin::ParameterValues values;
   std::vector<ControlFacts> controls = session.controls();
@@ -51,7 +51,7 @@ void listControls(const Arguments& arguments, const Surroundings& surroundings) 
 }
 
 void showAbout(const Arguments& arguments, const Surroundings& surroundings) {
-  EffectSession session(arguments.module);
+  EffectSession session(arguments.module, Defaults::stored);
   std::string text = session.host().about();
   // The host's message box takes a carriage return for a line end; a terminal would write over the line.
   for (std::size_t i = 0; i < text.size(); ++i) {
@@ -67,7 +67,7 @@ void showAbout(const Arguments& arguments, const Surroundings& surroundings) {
 
 void answerOptions(const Arguments& arguments, const Surroundings& surroundings) {
   const bool save = arguments.optionsAction == OptionsAction::save;
-  EffectSession session(arguments.module);
+  EffectSession session(arguments.module, Defaults::stored);
   const standin::ParameterValues values = valuesFor(session, arguments);
   PF_Err error = PF_Err_NONE;
   {

@@ -14,6 +14,31 @@ bool sameLetter(char left, char right) {
   return lowered(left) == lowered(right);
 }
 
+/// The words of a text; everything but blanks belongs to one.
+std::vector<std::string_view> wordsOf(std::string_view text) {
+  std::vector<std::string_view> words;
+  while (!text.empty()) {
+    const std::size_t end = std::min(text.find(' '), text.size());
+    if (end > 0) words.push_back(text.substr(0, end));
+    text.remove_prefix(std::min(end + 1, text.size()));
+  }
+  return words;
+}
+
+/// Two words or more, all of which stand in the name in the same order.
+bool holdsWords(std::string_view name, std::string_view wanted) {
+  const std::vector<std::string_view> all = wordsOf(name);
+  const std::vector<std::string_view> some = wordsOf(wanted);
+  if (some.size() < 2) return false;
+  auto place = all.begin();
+  for (const std::string_view word : some) {
+    place = std::find_if(place, all.end(), [&](std::string_view other) { return equalIgnoringCase(word, other); });
+    if (place == all.end()) return false;
+    ++place;
+  }
+  return true;
+}
+
 }  // namespace
 
 bool equalIgnoringCase(std::string_view left, std::string_view right) {
@@ -55,8 +80,11 @@ std::string nearestName(std::string_view wanted, const std::vector<std::string>&
   }
   if (nearest == nullptr) return {};
   const std::size_t letters = std::max(wanted.size(), nearest->size());
-  if (least > std::max<std::size_t>(2, letters / 2)) return {};
-  return *nearest;
+  if (least <= std::max<std::size_t>(1, letters / 3)) return *nearest;
+  // "Mask Layer" is far from "Mask Target Layer" by its letters, but nothing else was meant.
+  const auto holdsAll = [&](const std::string& name) { return holdsWords(name, wanted); };
+  const auto found = std::find_if(names.begin(), names.end(), holdsAll);
+  return found == names.end() ? std::string() : *found;
 }
 
 std::string suggestion(std::string_view wanted, const std::vector<std::string>& names, std::string_view otherwise) {

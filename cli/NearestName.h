@@ -15,8 +15,9 @@ bool equalIgnoringCase(std::string_view left, std::string_view right);
 /// the other. Case doesn't count.
 std::size_t editDistance(std::string_view left, std::string_view right);
 
-/// The name nearest to `wanted`, the first one of several. Empty when there are no names, or when more than half of
-/// the letters (and more than two) would have to change, since such a proposal helps nobody.
+/// The name nearest to `wanted`, the first one of several. When more than a third of the letters (and more than one)
+/// would have to change, the first name that holds all words of `wanted`, if these are two or more. Empty when there is
+/// none: a proposal that is only the least far of all helps nobody.
 std::string nearestName(std::string_view wanted, const std::vector<std::string>& names);
 
 /// "; did you mean 'Dot Size'?", or `otherwise` when nothing is near.

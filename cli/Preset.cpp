@@ -1,18 +1,21 @@
 #include "cli/Preset.h"
 
-#include <fstream>
 #include <nlohmann/json.hpp>
+#include <set>
 #include <system_error>
 
 #include "cli/ControlValue.h"
 #include "cli/NearestName.h"
 #include "cli/UserError.h"
+#include "cli/files/FileBytes.h"
 
 namespace cli {
 namespace {
 
 namespace fs = std::filesystem;
 using nlohmann::json;
+
+constexpr uint64_t mostPresetBytes = 16'000'000;
 
 /// "line 3, column 14" of the byte (counted from 1) at which reading failed.
 std::string placeIn(const std::string& text, std::size_t byte) {
@@ -47,17 +50,32 @@ std::vector<Assignment> controlsOf(const json& part, const std::string& where) {
   return controls;
 }
 
-std::string pictureOf(const json& value, const std::string& name, const fs::path& folder, const std::string& where) {
+/// Below the folder by its name, and also where its links lead.
+bool liesBelow(const fs::path& picture, const fs::path& folder) {
+  if (picture.is_absolute()) return false;
+  std::error_code ignored;
+  const fs::path top = fs::weakly_canonical(folder.empty() ? fs::path(".") : folder, ignored);
+  const fs::path below = fs::weakly_canonical(folder / picture, ignored).lexically_relative(top);
+  return !below.empty() && *below.begin() != "..";
+}
+
+std::string pictureOf(const json& value, const std::string& name, const fs::path& folder, PathsOfPreset paths,
+                      const std::string& where) {
   if (!value.is_string()) throw UserError(where + "'" + name + "' takes a picture, 'source' or 'none'");
   std::string picture = value.get<std::string>();
   if (picture == "source" || picture == "none" || picture.empty()) return picture;
+  if (paths == PathsOfPreset::besideIt && !liesBelow(picture, folder)) {
+    throw UserError(where + "'" + name + "' is '" + picture +
+                    "', which lies outside the preset's folder; --allow-paths allows it");
+  }
   return (folder / picture).string();
 }
 
-std::vector<Assignment> layersOf(const json& part, const fs::path& folder, const std::string& where) {
+std::vector<Assignment> layersOf(const json& part, const fs::path& folder, PathsOfPreset paths,
+                                 const std::string& where) {
   needObject(part, "layers", where);
   std::vector<Assignment> layers;
-  for (const auto& [name, value] : part.items()) layers.push_back({name, pictureOf(value, name, folder, where)});
+  for (const auto& [name, value] : part.items()) layers.push_back({name, pictureOf(value, name, folder, paths, where)});
   return layers;
 }
 
@@ -66,35 +84,32 @@ std::vector<Assignment> layersOf(const json& part, const fs::path& folder, const
                   suggestion(key, {"about", "controls", "layers"}, "; it may have about, controls and layers"));
 }
 
-std::string contentOf(const fs::path& file) {
-  std::error_code error;
-  const fs::file_status status = fs::status(file, error);
-  if (!fs::exists(status)) {
-    std::vector<std::string> names;
-    const fs::path folder = file.has_parent_path() ? file.parent_path() : fs::path(".");
-    for (const auto& entry : fs::directory_iterator(folder, error)) names.push_back(entry.path().filename().string());
-    throw UserError("no preset '" + file.string() + "'" + suggestion(file.filename().string(), names));
-  }
-  if (fs::is_directory(status)) throw UserError("'" + file.string() + "' is a folder, not a preset");
-  std::ifstream stream(file, std::ios::binary);
-  std::string content((std::istreambuf_iterator<char>(stream)), std::istreambuf_iterator<char>());
-  if (!stream) throw UserError("can't read preset '" + file.string() + "'");
-  return content;
-}
-
-}  // namespace
-
-Preset readPreset(const fs::path& file) {
-  const std::string where = "preset '" + file.string() + "': ";
-  const std::string content = contentOf(file);
-  json whole;
+/// JSON takes the last of two equal keys without a word; somebody who wrote both meant something by each.
+json parsedOnce(const std::string& content, const std::string& where) {
+  std::vector<std::set<std::string>> keys;
+  const auto watch = [&](int, json::parse_event_t event, json& value) {
+    if (event == json::parse_event_t::object_start) keys.emplace_back();
+    if (event == json::parse_event_t::object_end) keys.pop_back();
+    if (event == json::parse_event_t::key && !keys.back().insert(value.get<std::string>()).second) {
+      throw UserError(where + "'" + value.get<std::string>() + "' stands in it twice");
+    }
+    return true;
+  };
   try {
-    whole = json::parse(content);
+    return json::parse(content, watch);
   } catch (const json::parse_error& error) {
     throw UserError(where + "no JSON at " + placeIn(content, error.byte));
   } catch (const json::exception&) {
     throw UserError(where + "a number in it is too large");
   }
+}
+
+}  // namespace
+
+Preset readPreset(const fs::path& file, PathsOfPreset paths) {
+  const std::string where = "preset '" + file.string() + "': ";
+  const std::vector<uint8_t> bytes = readFile(file, "preset", mostPresetBytes);
+  const json whole = parsedOnce(std::string(bytes.begin(), bytes.end()), where);
   if (!whole.is_object()) throw UserError(where + "it must be an object with 'controls' and 'layers'");
 
   Preset preset;
@@ -105,7 +120,7 @@ Preset readPreset(const fs::path& file) {
     } else if (key == "controls") {
       preset.controls = controlsOf(value, where);
     } else if (key == "layers") {
-      preset.layers = layersOf(value, file.parent_path(), where);
+      preset.layers = layersOf(value, file.parent_path(), paths, where);
     } else {
       refuseKey(key, where);
     }

@@ -25,9 +25,13 @@ struct Preset {
   std::vector<Assignment> layers;    ///< "source", "none" or a picture's path, which goes from the preset's folder
 };
 
+/// Which pictures a preset may name: a preset from elsewhere shall not read what lies about on this machine.
+enum class PathsOfPreset { besideIt, anywhere };
+
 /// Reads a preset; names and values of controls are left to be checked against the module's.
-/// @throws UserError naming the file and the place in it: no file, no JSON, an unknown key, a value of a wrong type
-Preset readPreset(const std::filesystem::path& file);
+/// @throws UserError naming the file and the place in it: no file, no JSON, an unknown key, a key twice, a value of a
+///         wrong type, a picture in a place where it may not lie
+Preset readPreset(const std::filesystem::path& file, PathsOfPreset paths = PathsOfPreset::besideIt);
 
 /// Splits "Dot Size=14" at the first '='. Blanks around the name are dropped.
 /// @param option  the option it came from, for the message

@@ -6,6 +6,7 @@
 #include "cli/Commands.h"
 #include "cli/EffectSession.h"
 #include "cli/ImageFile.h"
+#include "cli/LayerWarnings.h"
 #include "cli/ProgressBar.h"
 #include "cli/ShrinkPicture.h"
 #include "cli/UserError.h"
@@ -75,18 +76,21 @@ bool takesSmartRoad(Road road, EffectSession& session) {
 }  // namespace
 
 void renderPicture(const Arguments& arguments, const Surroundings& surroundings) {
-  Image picture = readPicture(arguments.input);
+  Image picture = readPicture(arguments.input, arguments.mostMemory);
   const standin::Depth depth = arguments.depth.value_or(picture.depth());
   checkWritable(arguments.output, depth);
   if (picture.depth() != depth) picture = picture.converted(depth);
   const FrameRequest request = requestFor(arguments, picture);
 
   std::optional<Preset> preset;
-  if (arguments.preset) preset = readPreset(*arguments.preset);
-  EffectSession session(arguments.module);
+  if (arguments.preset) preset = readPreset(*arguments.preset, arguments.pathsOfPreset);
+  EffectSession session(arguments.module, arguments.storedDefaults ? Defaults::stored : Defaults::builtIn);
   const standin::ParameterValues values =
       session.values(preset ? &*preset : nullptr, arguments.preset ? arguments.preset->string() : "", arguments.sets,
-                     arguments.layers);
+                     arguments.layers, arguments.mostMemory);
+  for (const std::string& line : missingLayers(session.controls(), values)) {
+    surroundings.err << "vindrel: warning: " << line << '\n';
+  }
 
   const bool smart = takesSmartRoad(arguments.road, session);
   standin::RenderResult result;
@@ -101,7 +105,8 @@ void renderPicture(const Arguments& arguments, const Surroundings& surroundings)
   }
   session.check(result.error, "while drawing");
   if (!result.rendered) throw EffectError("the effect drew nothing");
-  writePicture(arguments.output, onWholeLayer(result.output, request));
+  writePicture(arguments.output, onWholeLayer(result.output, request),
+               arguments.stamp ? Stamp::timeOfDay : Stamp::none);
 }
 
 }  // namespace cli

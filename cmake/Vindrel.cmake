@@ -3,7 +3,7 @@
 
 include(CTest)
 
-option(VINDREL_BUILD_CLI "Build the command line (needs CLI11 and OpenImageIO)" ON)
+option(VINDREL_BUILD_CLI "Build the command line (needs CLI11, libpng, libtiff, libjpeg and OpenEXR)" ON)
 option(VINDREL_BUILD_BENCH "Build the benchmarks (needs Google Benchmark)" OFF)
 option(VINDREL_BUILD_FUZZ "Build the fuzz targets (needs clang)" OFF)
 set(VINDREL_SANITIZE "" CACHE STRING "Sanitizers for the whole tree, as in -fsanitize=")

@@ -67,3 +67,38 @@ TEST(ArgumentsTest, helpAndVersionAreTexts) {
   EXPECT_EQ(help.command, Command::showText);
   EXPECT_NE(help.text.find("--downsample"), std::string::npos);
 }
+
+TEST(ArgumentsTest, helpIsACommandToo) {
+  EXPECT_EQ(parseArguments({"help"}).text, parseArguments({"--help"}).text);
+  EXPECT_EQ(parseArguments({"help", "render"}).text, parseArguments({"render", "--help"}).text);
+  EXPECT_THROW(parseArguments({"help", "rendr"}), cli::UserError);
+}
+
+TEST(ArgumentsTest, twoDashesEndTheOptions) {
+  const Arguments arguments = parseArguments({"render", "--depth", "8", "--", "-in.png", "--depth"});
+  EXPECT_EQ(arguments.input, "-in.png");
+  EXPECT_EQ(arguments.output, "--depth");
+  EXPECT_EQ(arguments.depth, standin::Depth::k8);
+  EXPECT_EQ(parseArguments({"render", "a.png", "--", "-b.png"}).output, "-b.png");
+  EXPECT_THROW(parseArguments({"render", "a.png", "--", "b.png", "c.png"}), cli::UserError);
+}
+
+TEST(ArgumentsTest, theLastOfARepeatedOptionCounts) {
+  const Arguments arguments =
+      parseArguments({"render", "--depth", "8", "a.png", "--fps=25", "b.png", "--depth", "16", "--fps", "30",
+                      "--preset", "p", "--preset", "q", "--module", "m", "--module", "n"});
+  EXPECT_EQ(arguments.depth, standin::Depth::k16);
+  EXPECT_EQ(arguments.framesPerSecond, 30.0);
+  EXPECT_EQ(arguments.preset, "q");
+  EXPECT_EQ(arguments.module, "n");
+}
+
+TEST(ArgumentsTest, theLimitOfMemoryIsInMegabytesOrGigabytes) {
+  const auto limit = [](const char* text) {
+    return parseArguments({"render", "a.png", "b.png", "--limit-memory", text}).mostMemory;
+  };
+  EXPECT_EQ(limit("500"), 500'000'000U);
+  EXPECT_EQ(limit("500M"), 500'000'000U);
+  EXPECT_EQ(limit("1.5g"), 1'500'000'000U);
+  for (const char* text : {"0", "-1", "G", "x", "2000G"}) EXPECT_THROW(limit(text), cli::UserError) << text;
+}

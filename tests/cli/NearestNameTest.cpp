@@ -32,6 +32,19 @@ TEST(NearestNameTest, aNameThatIsFarFromAllIsAnsweredWithNone) {
   EXPECT_EQ(nearestName("x", {}), "");
 }
 
+TEST(NearestNameTest, onlyNearNamesAreProposed) {
+  EXPECT_EQ(nearestName("a.png", {"b.tif"}), "");
+  EXPECT_EQ(nearestName("ab", {"cd"}), "");
+  EXPECT_EQ(nearestName("Dot Turn", {"Dot Size"}), "") << "4 of 8 letters differ";
+  EXPECT_EQ(nearestName("im.png", {"in.png"}), "in.png");
+}
+
+TEST(NearestNameTest, aNameThatHoldsAllTheWordsIsProposed) {
+  EXPECT_EQ(nearestName("mask layer", {"Mask", "Mask Target Layer"}), "Mask Target Layer");
+  EXPECT_EQ(nearestName("layer mask", {"Mask", "Mask Target Layer"}), "")
+      << "in another order they may mean another thing";
+}
+
 TEST(NearestNameTest, aSuggestionFallsBackOnTheGivenWords) {
   EXPECT_EQ(cli::suggestion("Sqare", {"Circle", "Square"}, "; none"), "; did you mean 'Square'?");
   EXPECT_EQ(cli::suggestion("Parallelogram", {"Circle", "Square"}, "; none"), "; none");

@@ -71,6 +71,27 @@ TEST_F(PresetTest, aMissingPresetIsAnsweredWithTheNearestFile) {
   EXPECT_EQ(refusal(file), "no preset '" + file.string() + "'; did you mean 'newsprint.json'?");
 }
 
+TEST_F(PresetTest, aKeyThatStandsTwiceIsRefused) {
+  EXPECT_EQ(complaintAbout(R"({"controls": {"Dot Size": 1, "Mask": 2, "Dot Size": 3}})"),
+            "'Dot Size' stands in it twice");
+  EXPECT_EQ(complaintAbout(R"({"about": "a", "controls": {}, "about": "b"})"), "'about' stands in it twice");
+  EXPECT_EQ(refusal(folder_.write("ok.json", R"({"controls": {"A": 1}, "layers": {"A": "none"}})")), "accepted");
+}
+
+TEST_F(PresetTest, picturesOutsideItsFolderAreRefusedUnlessAllowed) {
+  const TemporaryFolder other;
+  std::filesystem::create_directory(folder_ / "in");
+  std::filesystem::create_directory_symlink(other.path(), folder_ / "in/out");
+  const std::vector<std::string> pictures = {(other / "a.png").string(), "../a.png", "b/../../a.png", "out/a.png"};
+  for (const std::string& picture : pictures) {
+    const auto file = folder_.write("in/p.json", R"({"layers": {"A": ")" + picture + R"("}})");
+    EXPECT_EQ(refusal(file), "preset '" + file.string() + "': 'A' is '" + picture +
+                                 "', which lies outside the preset's folder; --allow-paths allows it");
+    EXPECT_EQ(cli::readPreset(file, cli::PathsOfPreset::anywhere).layers.size(), 1U);
+  }
+  EXPECT_EQ(refusal(folder_.write("in/p.json", R"({"layers": {"A": "maps/../a.png"}})")), "accepted");
+}
+
 TEST(AssignmentTest, theFirstEqualsSignDivides) {
   const cli::Assignment assignment = cli::splitAssignment(" Mask Target Layer =a=b.png", "--layer");
   EXPECT_EQ(assignment.name, "Mask Target Layer");

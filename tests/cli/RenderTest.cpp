@@ -147,3 +147,47 @@ TEST_F(RenderTest, thePictureMayBeWrittenOverItself) {
   const Image apart = rendered("in.png", "out.png");
   EXPECT_TRUE(samePixels(rendered("in.png", "in.png"), apart));
 }
+
+TEST_F(RenderTest, aListThatNeedsALayerNobodyGaveIsWarnedOf) {
+  input("in.png", Depth::k8);
+  input("mask.png", Depth::k8);
+  const std::vector<std::string> words = {"render", path("in.png"), path("out.png"), "--set", "Mask=Layer"};
+  const Outcome without = runCommandLine(words);
+  EXPECT_EQ(without.exitCode, 0);
+  EXPECT_EQ(without.err,
+            "vindrel: warning: 'Mask' is 'Layer', but 'Mask Target Layer' has no picture; give one by --layer \"Mask "
+            "Target Layer=FILE\"\n");
+  std::vector<std::string> with = words;
+  with.insert(with.end(), {"--layer", "Mask Target Layer=" + path("mask.png")});
+  EXPECT_EQ(runCommandLine(with).err, "");
+  EXPECT_EQ(runCommandLine({"render", path("in.png"), path("out.png"), "--set", "Effect Map 1=Use Custom Map",
+                            "--layer", "Custom Map Layer 1=none"})
+                .err,
+            "")
+      << "a map of an effector that is off draws on nothing";
+}
+
+TEST_F(RenderTest, storedDefaultsCountOnlyWhenAskedFor) {
+  input("in.png", Depth::k8);
+  const std::string module = path("Copy.so");
+  std::filesystem::copy_file(VINDREL_MODULE, module);
+  const Image plain = rendered("in.png", "a.png", {"--module", module});
+  ASSERT_EQ(runCommandLine({"options", "--save", "--module", module, "--set", "Dot Size=25"}).exitCode, 0);
+  EXPECT_TRUE(samePixels(rendered("in.png", "b.png", {"--module", module}), plain));
+  const Image stored = rendered("in.png", "c.png", {"--module", module, "--stored-defaults"});
+  EXPECT_FALSE(samePixels(stored, plain));
+  EXPECT_TRUE(samePixels(stored, rendered("in.png", "d.png", {"--module", module, "--set", "Dot Size=25"})));
+}
+
+TEST_F(RenderTest, aLimitOfMemoryIsHeldForPictureAndLayers) {
+  input("in.png", Depth::k8, 1000, 1000);  // 4 million bytes in the file and three times in the host
+  const Outcome refused = runCommandLine({"render", path("in.png"), path("out.png"), "--limit-memory", "15"});
+  EXPECT_EQ(refused.err, "vindrel: '" + path("in.png") +
+                             "' is 1000 x 1000 pixels and takes 16 MB of memory; --limit-memory allows 15 MB\n");
+  EXPECT_EQ(runCommandLine({"render", path("in.png"), path("out.png"), "--limit-memory", "16"}).exitCode, 0);
+  input("small.png", Depth::k8);
+  EXPECT_EQ(runCommandLine({"render", path("small.png"), path("out.png"), "--limit-memory", "15", "--layer",
+                            "Mask Target Layer=" + path("in.png")})
+                .exitCode,
+            2);
+}

@@ -1,0 +1,104 @@
+#include "cli/CommandWords.h"
+
+namespace cli {
+namespace {
+
+void addModule(CLI::App& app, Words& words) {
+  app.add_option("--module", words.module, "The effect module (default: the one built with this program)")
+      ->type_name("FILE");
+}
+
+void addValues(CLI::App& app, Words& words) {
+  app.add_option("--set", words.sets,
+                 "A control's value; may be repeated. Angles in degrees, colours as #ff7d14, items of lists by name or "
+                 "number, places as 50%,50% or 300,200, check boxes on or off")
+      ->type_name("\"NAME=VALUE\"")
+      ->expected(1)
+      ->allow_extra_args(false)
+      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+  app.add_option("--preset", words.preset, "Values of controls from a file; --set and --layer go over it")
+      ->type_name("FILE.json");
+}
+
+void addLayers(CLI::App& app, Words& words) {
+  app.add_option("--layer", words.layers,
+                 "A picture for a layer control; may be repeated. 'source' is the picture itself, 'none' is no picture")
+      ->type_name("\"NAME=FILE\"")
+      ->expected(1)
+      ->allow_extra_args(false)
+      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+}
+
+void addLimits(CLI::App& app, Words& words) {
+  app.add_option("--limit-memory", words.limitMemory,
+                 "Refuse pictures that take more: megabytes, or gigabytes as in 8G (default: 4500)")
+      ->type_name("SIZE");
+  app.add_flag("--allow-paths", words.allowPaths, "Let a preset name pictures outside its own folder");
+}
+
+}  // namespace
+
+const std::vector<std::string>& commandNames() {
+  static const std::vector<std::string> names = {"render", "controls", "about", "options"};
+  return names;
+}
+
+void declareCommands(CLI::App& app, Words& words) {
+  app.set_version_flag("--version", "vindrel " VINDREL_VERSION);
+  app.require_subcommand(0, 1);
+  app.allow_extras();
+  // A later word takes back an earlier one, so that a script can put its own before what its caller gives.
+  app.option_defaults()->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
+
+  CLI::App* render = app.add_subcommand("render", "Draw dots over a picture");
+  render->add_option("IN", words.input, "The picture to read")
+      ->type_name("")
+      ->multi_option_policy(CLI::MultiOptionPolicy::Throw);
+  render->add_option("OUT", words.output, "The picture to write: .png, .tif, .tiff or .exr")
+      ->type_name("")
+      ->multi_option_policy(CLI::MultiOptionPolicy::Throw);
+  addValues(*render, words);
+  addLayers(*render, words);
+  render->footer(
+      "Example:\n  vindrel render in.png out.png --set \"Dot Shape=Star\" --set \"Dot Color=#ff7d14\"\n"
+      "'vindrel controls' lists all names and values.");
+  render->add_option("--depth", words.depth, "Bits of a channel: 8, 16 or 32 for float (default: the input's own)")
+      ->type_name("BITS");
+  render->add_option("--frame", words.frame, "The frame to draw, from 0 (default: 0)")->type_name("N");
+  render->add_option("--fps", words.framesPerSecond, "Frames a second (default: 24)")->type_name("F");
+  render->add_option("--downsample", words.downsample, "1, 2 or 4: draw at 1/1, 1/2 or 1/4 of the size (default: 1)")
+      ->type_name("N");
+  render->add_option("--road", words.road, "classic or smart (default: smart if the module can)")->type_name("ROAD");
+  render->add_flag("--stamp", words.stamp,
+                   "Put the time of day into OUT; without it, the same picture is the same file");
+  render->add_flag("--stored-defaults", words.storedDefaults,
+                   "Start from the values that 'vindrel options --save' stored (default: from the built-in ones)");
+  addLimits(*render, words);
+  addModule(*render, words);
+
+  CLI::App* controls = app.add_subcommand("controls", "List the module's controls");
+  controls->add_flag("--json", words.json, "As JSON");
+  controls->add_option("--describe", words.describe, "All about one control: what it does, its range and its choices")
+      ->type_name("NAME");
+  addValues(*controls, words);
+  addLayers(*controls, words);
+  addLimits(*controls, words);
+  addModule(*controls, words);
+
+  CLI::App* about = app.add_subcommand("about", "Show the module's own words on itself");
+  addModule(*about, words);
+
+  CLI::App* options = app.add_subcommand("options", "Answer the module's options dialog");
+  options->add_flag("--save", words.save, "Save values as those of new instances: the given ones, and the rest as is");
+  options->add_flag("--restore", words.restore, "Forget saved values");
+  addValues(*options, words);
+  addLimits(*options, words);
+  addModule(*options, words);
+
+  for (CLI::App* command : app.get_subcommands({})) {
+    command->allow_extras();
+    command->fallthrough(false);
+  }
+}
+
+}  // namespace cli

@@ -1,0 +1,40 @@
+/// The words that each command takes, as texts: what they mean is Arguments' work.
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace cli {
+
+/// Texts of the options, so that every complaint about them has the same form.
+struct Words {
+  std::string input;
+  std::string output;
+  std::vector<std::string> sets;
+  std::vector<std::string> layers;
+  std::string preset;
+  std::string module;
+  std::string depth;
+  std::string frame;
+  std::string framesPerSecond;
+  std::string downsample;
+  std::string road;
+  std::string describe;
+  std::string limitMemory;
+  bool stamp = false;
+  bool storedDefaults = false;
+  bool allowPaths = false;
+  bool json = false;
+  bool save = false;
+  bool restore = false;
+};
+
+/// In the order of the help.
+const std::vector<std::string>& commandNames();
+
+/// Declares the commands with their options; parsing fills the words, which must outlive the app.
+void declareCommands(CLI::App& app, Words& words);
+
+}  // namespace cli

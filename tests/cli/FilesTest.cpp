@@ -1,0 +1,181 @@
+// Files put in their places: whole or not at all, and what stands there is respected.
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <fstream>
+#include <future>
+
+#include "cli/UserError.h"
+#include "cli/files/FileBytes.h"
+#include "cli/files/PutFile.h"
+#include "tests/cli/CommandLine.h"
+#include "tests/cli/Program.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+class FilesTest : public testing::Test {
+ protected:
+  std::string path(const std::string& name) const { return (folder_ / name).string(); }
+
+  static void put(const fs::path& file, const std::string& content) {
+    cli::putFile(file, {reinterpret_cast<const uint8_t*>(content.data()), content.size()});
+  }
+
+  static mode_t modeOf(const fs::path& file) {
+    struct stat facts {};
+    EXPECT_EQ(lstat(file.c_str(), &facts), 0);
+    return facts.st_mode & 07777U;
+  }
+
+  /// A picture whose file is far larger than the limits that the tests set.
+  void largeInput() {
+    standin::Image image(standin::Depth::k8, 400, 300);
+    uint32_t noise = 1;
+    for (int32_t y = 0; y < 300; ++y) {
+      for (int32_t x = 0; x < 400; ++x) {
+        noise = noise * 1664525U + 1013904223U;
+        image.at<PF_Pixel>(x, y) = {255, static_cast<A_u_char>(noise >> 24), static_cast<A_u_char>(noise >> 16),
+                                    static_cast<A_u_char>(noise >> 8)};
+      }
+    }
+    cli::writePicture(folder_ / "in.png", image);
+  }
+
+  TemporaryFolder folder_;
+};
+
+void limitFileSize() {
+  const rlimit limit{20000, 20000};
+  setrlimit(RLIMIT_FSIZE, &limit);
+}
+
+}  // namespace
+
+TEST_F(FilesTest, aFileSizeLimitLeavesTheOldFileAndIsAnError) {
+  largeInput();
+  for (const char* name : {"out.png", "out.tif", "out.exr"}) {
+    folder_.write(name, "precious");
+    Program program({"render", path("in.png"), path(name)}, limitFileSize, "/dev/null");
+    EXPECT_EQ(program.wait(), 2) << name;
+    EXPECT_EQ(folder_.read(name), "precious");
+  }
+  EXPECT_EQ(folder_.names(), (std::vector<std::string>{"in.png", "out.exr", "out.png", "out.tif"}));
+}
+
+TEST_F(FilesTest, aFullDeviceIsAnError) {
+  fs::create_symlink("/dev/full", folder_ / "full.png");
+  cli::writePicture(folder_ / "in.png", smallPicture(standin::Depth::k8));
+  const Outcome outcome = runCommandLine({"render", path("in.png"), path("full.png")});
+  EXPECT_EQ(outcome.exitCode, 2);
+  EXPECT_EQ(outcome.err, "vindrel: can't write '" + path("full.png") + "': No space left on device\n");
+  EXPECT_TRUE(fs::is_symlink(folder_ / "full.png"));
+}
+
+TEST_F(FilesTest, aLinkIsFollowedAndStays) {
+  fs::create_directory(folder_ / "elsewhere");
+  folder_.write("elsewhere/real.txt", "old");
+  fs::create_symlink("elsewhere/real.txt", folder_ / "link.txt");
+  fs::create_symlink("elsewhere/new.txt", folder_ / "dangling.txt");
+  put(folder_ / "link.txt", "new");
+  put(folder_ / "dangling.txt", "first");
+  EXPECT_EQ(folder_.read("elsewhere/real.txt"), "new");
+  EXPECT_EQ(folder_.read("elsewhere/new.txt"), "first");
+  EXPECT_TRUE(fs::is_symlink(folder_ / "link.txt"));
+  EXPECT_TRUE(fs::is_symlink(folder_ / "dangling.txt"));
+}
+
+TEST_F(FilesTest, linksInACircleAreRefused) {
+  fs::create_symlink("b", folder_ / "a");
+  fs::create_symlink("a", folder_ / "b");
+  EXPECT_THROW(put(folder_ / "a", "x"), cli::UserError);
+}
+
+TEST_F(FilesTest, theModeOfAnExistingFileIsKept) {
+  folder_.write("a.txt", "old");
+  for (const mode_t mode : {0640U, 0600U, 0664U}) {
+    ASSERT_EQ(chmod(path("a.txt").c_str(), mode), 0);
+    put(folder_ / "a.txt", "new");
+    EXPECT_EQ(modeOf(folder_ / "a.txt"), mode);
+  }
+}
+
+TEST_F(FilesTest, aNewFileHasTheModeThatTheUmaskLeaves) {
+  const mode_t before = umask(027);
+  put(folder_ / "a.txt", "new");
+  umask(before);
+  EXPECT_EQ(modeOf(folder_ / "a.txt"), 0640U);
+}
+
+TEST_F(FilesTest, aPipeIsWrittenIntoAndStays) {
+  ASSERT_EQ(mkfifo(path("pipe.png").c_str(), 0600), 0);
+  cli::writePicture(folder_ / "in.png", smallPicture(standin::Depth::k8));
+  auto received = std::async(std::launch::async, [&] { return folder_.read("pipe.png"); });
+  EXPECT_EQ(runCommandLine({"render", path("in.png"), path("pipe.png")}).exitCode, 0);
+  const std::string content = received.get();
+  ASSERT_EQ(runCommandLine({"render", path("in.png"), path("plain.png")}).exitCode, 0);
+  EXPECT_EQ(content, folder_.read("plain.png"));
+  EXPECT_TRUE(fs::is_fifo(folder_ / "pipe.png"));
+}
+
+TEST_F(FilesTest, aPipeWhereAFileShouldBeReadIsRefusedAtOnce) {
+  ASSERT_EQ(mkfifo(path("pipe").c_str(), 0600), 0);
+  cli::writePicture(folder_ / "in.png", smallPicture(standin::Depth::k8));
+  Outcome outcome = runCommandLine({"render", path("pipe"), path("out.png")});
+  EXPECT_EQ(outcome.err, "vindrel: '" + path("pipe") + "' is no plain file; a picture must be one\n");
+  outcome = runCommandLine({"render", path("in.png"), path("out.png"), "--preset", path("pipe")});
+  EXPECT_EQ(outcome.err, "vindrel: '" + path("pipe") + "' is no plain file; a preset must be one\n");
+  outcome = runCommandLine({"render", path("in.png"), path("out.png"), "--layer", "Mask Target Layer=" + path("pipe")});
+  EXPECT_EQ(outcome.err, "vindrel: '" + path("pipe") + "' is no plain file; a picture must be one\n");
+  EXPECT_EQ(outcome.exitCode, 2);
+}
+
+TEST_F(FilesTest, aSettingsFileThatIsAPipeIsRefusedAtOnce) {
+  fs::copy_file(VINDREL_MODULE, folder_ / "Copy.so");
+  ASSERT_EQ(mkfifo(path("Copy.ini").c_str(), 0600), 0);
+  const Outcome outcome = runCommandLine({"controls", "--module", path("Copy.so")});
+  EXPECT_EQ(outcome.err, "vindrel: '" + path("Copy.ini") + "' is no plain file; the module's settings must be one\n");
+  EXPECT_EQ(outcome.exitCode, 2);
+}
+
+TEST_F(FilesTest, aLongNameLeavesRoomForTheNameInTheMaking) {
+  const std::string name(250, 'x');
+  put(folder_ / name, "content");
+  EXPECT_EQ(folder_.read(name), "content");
+}
+
+namespace {
+
+/// Stops the program, by a signal, while its file in the making exists.
+class InterruptTest : public FilesTest, public testing::WithParamInterface<int> {};
+
+}  // namespace
+
+TEST_P(InterruptTest, aSignalLeavesNoPartAndTheOldFileAndIsToldByTheExitCode) {
+  largeInput();
+  folder_.write("out.exr", "precious");
+  const std::vector<std::string> before = folder_.names();
+  bool seen = false;
+  for (int attempt = 0; attempt < 400 && !seen; ++attempt) {
+    Program program({"render", path("in.png"), path("out.exr")});
+    while (!program.ended()) {
+      const std::vector<std::string> names = folder_.names();
+      if (names == before) continue;
+      // The first name is the part's, since it begins with a point.
+      EXPECT_TRUE(names[0].starts_with(".vindrel-") && names[0].ends_with(".part")) << names[0];
+      EXPECT_EQ(names[0].size(), 27U);
+      program.send(GetParam());
+      const int code = program.wait();
+      seen = code == 128 + GetParam();
+      break;
+    }
+    EXPECT_EQ(folder_.names(), before);
+    if (!seen) folder_.write("out.exr", "precious");  // it was faster than the signal
+  }
+  EXPECT_TRUE(seen) << "no signal ever met the program while it wrote";
+  EXPECT_EQ(folder_.read("out.exr"), "precious");
+}
+
+INSTANTIATE_TEST_SUITE_P(Signals, InterruptTest, testing::Values(SIGINT, SIGTERM, SIGHUP));
