@@ -24,7 +24,7 @@ class DotMaker {
              MakeEffectMap(settings.effectors[2], width, height)} {}
 
   /// Takes the nine draws of a cell, whose turned place is (x, y).
-  DotRecord<Pixel> makeDot(double x, double y) {
+  FinishedDot<Pixel> makeDot(double x, double y) {
     const BaseDot<Pixel>& base = settings.base;
     const JitterAmounts& jitter = settings.jitter;
     DotDraft<Pixel> dot{};
@@ -42,7 +42,7 @@ class DotMaker {
     }
     dot.color = drawColor(jitter, dot.color);
     if (dot.frontKey == noFrontKey) frontOrderingPossible = false;
-    return finishDot(dot, dotAngle(base.rotationType, grid, dot.x, dot.y, dot.rotation), base.shape);
+    return finishDot(dot, dotAngle(base.rotationType, grid, dot.x, dot.y, dot.rotation));
   }
 
   DotOrder order() const { return frontOrderingPossible ? DotOrder::nearestOnTop : DotOrder::reading; }
@@ -60,6 +60,15 @@ class DotMaker {
   bool frontOrderingPossible = true;
 };
 
+/// The dots of a whole walk. Leaves the generator as it was.
+std::size_t countDots(const DotGrid& grid) {
+  const uint32_t state = randomState;
+  std::size_t dots = 0;
+  walkGrid(grid, [&](double, double) { ++dots; });
+  randomState = state;
+  return dots;
+}
+
 }  // namespace
 
 template <class Pixel>
@@ -68,14 +77,17 @@ DotField<Pixel> collectDots(const FieldSettings<Pixel>& settings, int32_t width,
   RandomReseed(settings.random);
   DotMaker<Pixel> maker(settings, grid, width, height);
   DotField<Pixel> field;
-  walkGrid(grid, [&](double x, double y) { field.records.push_back(maker.makeDot(x, y)); });
+  walkGrid(grid, [&](double x, double y) {
+    if (field.records.size() == dotsWithoutCounting) field.records.reserve(countDots(grid));
+    field.records.push_back(maker.makeDot(x, y));
+  });
   field.order = maker.order();
   return field;
 }
 
 template <class Pixel>
-void SortDots(std::vector<DotRecord<Pixel>>& records, DotOrder order) {
-  using Dot = DotRecord<Pixel>;
+void SortDots(std::vector<FinishedDot<Pixel>>& records, DotOrder order) {
+  using Dot = FinishedDot<Pixel>;
   if (order == DotOrder::nearestOnTop) {
     std::sort(records.begin(), records.end(), [](const Dot& a, const Dot& b) { return a.frontKey < b.frontKey; });
   } else {
@@ -87,8 +99,8 @@ void SortDots(std::vector<DotRecord<Pixel>>& records, DotOrder order) {
 template DotField<Pixel8> collectDots(const FieldSettings<Pixel8>&, int32_t, int32_t);
 template DotField<Pixel16> collectDots(const FieldSettings<Pixel16>&, int32_t, int32_t);
 template DotField<Pixel32> collectDots(const FieldSettings<Pixel32>&, int32_t, int32_t);
-template void SortDots(std::vector<DotRecord<Pixel8>>&, DotOrder);
-template void SortDots(std::vector<DotRecord<Pixel16>>&, DotOrder);
-template void SortDots(std::vector<DotRecord<Pixel32>>&, DotOrder);
+template void SortDots(std::vector<FinishedDot<Pixel8>>&, DotOrder);
+template void SortDots(std::vector<FinishedDot<Pixel16>>&, DotOrder);
+template void SortDots(std::vector<FinishedDot<Pixel32>>&, DotOrder);
 
 }  // namespace vindrel

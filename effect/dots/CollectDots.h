@@ -3,11 +3,12 @@
 // The lattice, the jitter, the effectors and the finishing of each dot in one pass. Nothing is drawn here.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
 #include "effect/dots/FieldSettings.h"
-#include "effect/raster/DrawDot.h"
+#include "effect/dots/MakeDot.h"
 
 namespace vindrel {
 
@@ -20,9 +21,13 @@ enum class DotOrder {
 /// All dots of a frame, and the order that they are to be drawn in.
 template <class Pixel>
 struct DotField {
-  std::vector<DotRecord<Pixel>> records;
+  std::vector<FinishedDot<Pixel>> records;
   DotOrder order = DotOrder::reading;
 };
+
+/// From this many dots on the rest of the walk is counted, and the records get one block that just holds them: growing
+/// on by doubling would ask for three times the memory, and soon for more than a block can have.
+inline constexpr std::size_t dotsWithoutCounting = 65536;
 
 /// Makes the records in the order of the walk, and says in which order they are to be drawn. Starts the generator anew,
 /// so two frames must not be collected at the same time (see Random.h).
@@ -36,6 +41,6 @@ DotField<Pixel> collectDots(const FieldSettings<Pixel>& settings, int32_t width,
 /// frontKey for the other, which is drawn from the last record down. The order of two that tie is the sort's own. No
 /// place and no key may be NaN.
 template <class Pixel>
-void SortDots(std::vector<DotRecord<Pixel>>& records, DotOrder order);
+void SortDots(std::vector<FinishedDot<Pixel>>& records, DotOrder order);
 
 }  // namespace vindrel

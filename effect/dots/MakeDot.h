@@ -1,4 +1,4 @@
-// How one dot is made: what all dots start from, what the nine draws of its cell do to it, and its record.
+// How one dot is made: what all dots start from, what the nine draws of its cell do to it, and how it is finished.
 //
 // Draws 1 to 6 (place, size, aspect, rotation, opacity) come before the effectors, 7 to 9 (hue, saturation, value)
 // after them and act on the colour that they left. Every draw is taken whether its amount is 0 or not, and the colour
@@ -6,6 +6,7 @@
 #pragma once
 
 #include <cmath>
+#include <cstdint>
 
 #include "effect/dots/Effector.h"
 #include "effect/dots/Grid.h"
@@ -34,7 +35,7 @@ struct BaseDot {
   double baseOpacity{};   ///< 1.0 is opaque; limited to 0.0 to 1.0 only when it is drawn from
   Pixel baseColor{};
   RotationType rotationType = RotationType::fixDotAngle;
-  int32_t shape{};  ///< a DotShape; any other value draws nothing
+  DotShape shape{};  ///< a number that is no shape draws nothing
 };
 
 /// Half widths of the random spread; that of the place belongs to the lattice.
@@ -98,10 +99,21 @@ inline double dotAngle(RotationType type, const DotGrid& grid, double x, double 
   return rotation + (std::atan2(y - grid.rotationCenterY, x - grid.rotationCenterX) - quarterTurn);
 }
 
-/// The record of a dot. Only one of the two extents ever shrinks by the aspect, and none grows: -1.0 flattens the width
-/// to nothing, 1.0 the height. Whatever alpha the running colour had gives way to the opacity.
+/// A dot as it waits to be drawn: a DotRecord without the shape, which all dots of a frame share. A frame can hold very
+/// many, in one block of memory, so it is kept small.
 template <class Pixel>
-DotRecord<Pixel> finishDot(const DotDraft<Pixel>& dot, double angle, int32_t shape) noexcept {
+struct FinishedDot {
+  double frontKey;       ///< squared distance in canvas pixels to the nearest front centre, or noFrontKey
+  double x, y;           ///< centre, canvas pixels
+  double width, height;  ///< pixels along the dot's own axes
+  double angle;          ///< radians
+  Pixel color;           ///< alpha holds the opacity
+};
+
+/// The end of a dot's making. Only one of the two extents ever shrinks by the aspect, and none grows: -1.0 flattens the
+/// width to nothing, 1.0 the height. Whatever alpha the running colour had gives way to the opacity.
+template <class Pixel>
+FinishedDot<Pixel> finishDot(const DotDraft<Pixel>& dot, double angle) noexcept {
   const double size = dot.size < 0.0 ? 0.0 : dot.size;
   double widthFactor = 1.0;
   double heightFactor = 1.0;
@@ -111,17 +123,15 @@ DotRecord<Pixel> finishDot(const DotDraft<Pixel>& dot, double angle, int32_t sha
   if (opacity < 0.0) opacity = 0.0;
   if (opacity > 1.0) opacity = 1.0;
 
-  DotRecord<Pixel> record{};
-  record.frontKey = dot.frontKey;
-  record.x = dot.x;
-  record.y = dot.y;
-  record.color = dot.color;
-  record.color.alpha = fromUnit<Pixel>(opacity);
-  record.width = widthFactor * size;
-  record.height = heightFactor * size;
-  record.angle = angle;
-  record.shape = shape;
-  return record;
+  FinishedDot<Pixel> finished{.frontKey = dot.frontKey,
+                              .x = dot.x,
+                              .y = dot.y,
+                              .width = widthFactor * size,
+                              .height = heightFactor * size,
+                              .angle = angle,
+                              .color = dot.color};
+  finished.color.alpha = fromUnit<Pixel>(opacity);
+  return finished;
 }
 
 }  // namespace vindrel

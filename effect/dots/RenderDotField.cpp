@@ -8,12 +8,27 @@ namespace vindrel {
 namespace {
 
 template <class Pixel>
-int32_t drawDots(const DotField<Pixel>& field, DrawContext<Pixel>& context, const ProgressCall& progress) {
+DotRecord<Pixel> recordOf(const FinishedDot<Pixel>& dot, DotShape shape) {
+  DotRecord<Pixel> record{};
+  record.frontKey = dot.frontKey;
+  record.x = dot.x;
+  record.y = dot.y;
+  record.color = dot.color;
+  record.width = dot.width;
+  record.height = dot.height;
+  record.angle = dot.angle;
+  record.shape = shape;
+  return record;
+}
+
+template <class Pixel>
+int32_t drawDots(const DotField<Pixel>& field, DotShape shape, DrawContext<Pixel>& context,
+                 const ProgressCall& progress) {
   const std::size_t total = field.records.size();
   int32_t result = 0;
   for (std::size_t drawn = 0; drawn < total && result == 0;) {
     const std::size_t place = field.order == DotOrder::nearestOnTop ? total - 1 - drawn : drawn;
-    drawDot(context, field.records[place]);
+    drawDot(context, recordOf(field.records[place], shape));
     ++drawn;
     if (progress.tell != nullptr) result = progress.tell(progress.listener, progressPercent(drawn, total));
   }
@@ -28,7 +43,7 @@ int32_t RenderDotField(const FieldSettings<Pixel>& settings, DrawContext<Pixel>&
                        const ProgressCall& progress) {
   DotField<Pixel> field = collectDots(settings, context.width, context.height);
   SortDots(field.records, field.order);
-  return drawDots(field, context, progress);
+  return drawDots(field, settings.base.shape, context, progress);
 }
 
 template int32_t RenderDotField(const FieldSettings<Pixel8>&, DrawContext<Pixel8>&, const ProgressCall&);

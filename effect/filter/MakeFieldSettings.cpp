@@ -182,7 +182,7 @@ BaseDot<Pixel> baseOf(const RenderParams& params, const DownSampling& scale) {
           .baseOpacity = share(params.dotOpacity),
           .baseColor = colorOf<Pixel>(params.dotColor),
           .rotationType = rotationTypeOf(params.rotationType),
-          .shape = params.dotShape};
+          .shape = static_cast<DotShape>(params.dotShape)};
 }
 
 JitterAmounts jitterOf(const RenderParams& params) {

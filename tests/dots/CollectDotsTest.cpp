@@ -29,8 +29,8 @@ void expectSameRecords(const DotField<Pixel>& field, const plain::Field<Pixel>& 
   ASSERT_EQ(field.records.size(), twin.records.size());
   EXPECT_EQ(field.order == DotOrder::nearestOnTop, twin.frontOrdering);
   for (std::size_t dot = 0; dot < field.records.size(); ++dot) {
-    const DotRecord<Pixel>& record = field.records[dot];
-    const DotRecord<Pixel>& expected = twin.records[dot];
+    const FinishedDot<Pixel>& record = field.records[dot];
+    const FinishedDot<Pixel>& expected = twin.records[dot];
     ASSERT_EQ(record.frontKey, expected.frontKey) << "dot " << dot;
     ASSERT_EQ(record.x, expected.x) << "dot " << dot;
     ASSERT_EQ(record.y, expected.y) << "dot " << dot;
@@ -38,7 +38,6 @@ void expectSameRecords(const DotField<Pixel>& field, const plain::Field<Pixel>& 
     ASSERT_EQ(record.width, expected.width) << "dot " << dot;
     ASSERT_EQ(record.height, expected.height) << "dot " << dot;
     ASSERT_EQ(record.angle, expected.angle) << "dot " << dot;
-    ASSERT_EQ(record.shape, expected.shape) << "dot " << dot;
   }
 }
 
@@ -71,6 +70,47 @@ TEST(CollectDots, recordsAreTheSlowTwinsInFloat) {
   expectTwinsOverRandomFrames<Pixel32>(2001);
 }
 
+/// 302 columns by 302 rows, from -1 to 300.
+RenderParams veryManyDots() {
+  RenderParams params = plainParams();
+  params.distanceBetween = distanceBetweenCentersItem;
+  params.dotDistanceX = params.dotDistanceY = 1.0;
+  placeCenter(params, 150.0, 150.0);
+  return params;
+}
+
+TEST(CollectDots, veryManyDotsAreTheSlowTwinsToo) {
+  RenderParams params = veryManyDots();
+  params.randomDistanceX = params.randomSize = params.randomOpacity = 0.3;
+  params.randomHue = fixed(100.0);
+  params.randomSeed = 9;
+  const auto twin = plain::collectDots<Pixel8>(params, 0, 0, 300, 300, 400);
+  EXPECT_GT(twin.records.size(), dotsWithoutCounting);
+  expectSameRecords(collectDots(settingsOf<Pixel8>(params), 300, 300), twin);
+}
+
+template <class Pixel>
+void expectABlockThatJustHoldsThem(std::size_t bytesOfADot) {
+  testing::largestBlock = 0;
+  const DotField<Pixel> field = collectDots(settingsOf<Pixel>(veryManyDots()), 300, 300);
+  EXPECT_EQ(field.records.size(), 302U * 302U);
+  EXPECT_EQ(testing::largestBlock, 302U * 302U * bytesOfADot);
+}
+
+TEST(CollectDots, veryManyDotsGetABlockThatJustHoldsThem) {
+  expectABlockThatJustHoldsThem<Pixel8>(56);
+  expectABlockThatJustHoldsThem<Pixel16>(56);
+  expectABlockThatJustHoldsThem<Pixel32>(64);
+}
+
+TEST(CollectDots, theDotsOfAnEightKFrameAtPitchOneFitABlock) {
+  // A block has a 32-bit size, 32 bytes of which are the memory's own.
+  constexpr uint64_t dots = 7682ULL * 4322ULL;
+  EXPECT_LE(dots * sizeof(FinishedDot<Pixel8>), 0x7FFFFFFFULL - 32);
+  EXPECT_LE(dots * sizeof(FinishedDot<Pixel16>), 0x7FFFFFFFULL - 32);
+  EXPECT_LE(dots * sizeof(FinishedDot<Pixel32>), 0x7FFFFFFFULL - 32);
+}
+
 /// Dots thirty pixels apart, the centre one at (45, 45), on a canvas of 90 x 90: columns and rows -15 to 105.
 RenderParams centered() {
   RenderParams params = plainParams();
@@ -83,8 +123,8 @@ DotField<Pixel> collected(const RenderParams& params) {
   return collectDots(settingsOf<Pixel>(params), 90, 90);
 }
 
-const DotRecord<Pixel8>* dotAt(const DotField<Pixel8>& field, double x, double y) {
-  for (const DotRecord<Pixel8>& record : field.records) {
+const FinishedDot<Pixel8>* dotAt(const DotField<Pixel8>& field, double x, double y) {
+  for (const FinishedDot<Pixel8>& record : field.records) {
     if (record.x == x && record.y == y) return &record;
   }
   return nullptr;
@@ -98,12 +138,11 @@ TEST(CollectDots, withoutJitterAndEffectorsAllDotsAreAlike) {
   params.dotOpacity = 50.0;
   const DotField<Pixel8> field = collected(params);
   ASSERT_GE(field.records.size(), 9U);
-  for (const DotRecord<Pixel8>& record : field.records) {
+  for (const FinishedDot<Pixel8>& record : field.records) {
     EXPECT_EQ(record.width, 10.0);
     EXPECT_EQ(record.height, 10.0);
     EXPECT_EQ(record.angle, 20.0 * 0.017453292519943295 + 10.0 * 0.017453292519943295);
     EXPECT_EQ(record.color, (Pixel8{127, 32, 32, 32}));  // a pass through HSV costs this grey a level
-    EXPECT_EQ(record.shape, 1);
     EXPECT_EQ(record.frontKey, -1.0);
   }
 }
@@ -189,7 +228,7 @@ TEST(CollectDots, effectorsSeeTheJitteredPlaceAndSize) {
   // Draws 7 and 60673 of seed 0, for the place and for the size.
   const double x = 45.0 + (2.0 * 7.0 / 65536.0 - 1.0) * 30.0;
   const double size = (2.0 * 60673.0 / 65536.0 - 1.0) * 10.0 + 10.0;
-  const DotRecord<Pixel8> dot = collected(params).records.at(0);
+  const FinishedDot<Pixel8> dot = collected(params).records.at(0);
   EXPECT_DOUBLE_EQ(dot.x, x);
   EXPECT_DOUBLE_EQ(dot.width, 2.0 * size);
   EXPECT_DOUBLE_EQ(dot.frontKey, x * x + 45.0 * 45.0);
@@ -212,7 +251,7 @@ TEST(CollectDots, theJitterOfThePlaceLiesAlongTheCanvas) {
   RenderParams params = centered();
   params.globalRotation = fixed(90.0);
   params.randomDistanceX = 1.0;
-  const DotRecord<Pixel8> dot = collected(params).records.at(0);
+  const FinishedDot<Pixel8> dot = collected(params).records.at(0);
   EXPECT_DOUBLE_EQ(dot.x, 45.0 + (2.0 * 7.0 / 65536.0 - 1.0) * 30.0);
   EXPECT_EQ(dot.y, 45.0);
 }
@@ -248,7 +287,7 @@ TEST(CollectDots, theFlagOfADisabledEffectorGivesReadingOrder) {
   params.effector[1].centerDotToFront = 1;
   const DotField<Pixel8> field = collected(params);
   EXPECT_EQ(field.order, DotOrder::reading);
-  for (const DotRecord<Pixel8>& record : field.records) EXPECT_EQ(record.frontKey, -1.0);
+  for (const FinishedDot<Pixel8>& record : field.records) EXPECT_EQ(record.frontKey, -1.0);
 }
 
 TEST(CollectDots, anEnabledEffectorWithoutItsFlagGivesReadingOrder) {
@@ -300,7 +339,7 @@ TEST(CollectDots, anAspectOfAHundredKeepsItsFlatDots) {
   params.dotAspect = 100.0;
   const DotField<Pixel8> field = collected(params);
   EXPECT_EQ(field.records.size(), 25U);
-  for (const DotRecord<Pixel8>& record : field.records) {
+  for (const FinishedDot<Pixel8>& record : field.records) {
     EXPECT_EQ(record.height, 0.0);
     EXPECT_EQ(record.width, 10.0);
   }
@@ -311,7 +350,7 @@ TEST(CollectDots, jitterCanBringAFlatDotBack) {
   params.dotAspect = 100.0;
   params.randomAspect = 0.5;
   std::size_t raised = 0;
-  for (const DotRecord<Pixel8>& record : collected(params).records) raised += record.height > 0.0 ? 1 : 0;
+  for (const FinishedDot<Pixel8>& record : collected(params).records) raised += record.height > 0.0 ? 1 : 0;
   EXPECT_GT(raised, 0U);
 }
 
@@ -323,7 +362,7 @@ TEST(CollectDots, lookAtCenterLeavesTheCenterDotItsOwnRotation) {
   const DotField<Pixel8> field = collected(params);
   const double own = 25.0 * 0.017453292519943295;
   EXPECT_EQ(dotAt(field, 45.0, 45.0)->angle, own);
-  for (const DotRecord<Pixel8>& record : field.records) {
+  for (const FinishedDot<Pixel8>& record : field.records) {
     if (record.x == 45.0 && record.y == 45.0) continue;
     EXPECT_EQ(record.angle, own + (std::atan2(record.y - 45.0, record.x - 45.0) - 1.5707963267948966));
   }
@@ -338,7 +377,7 @@ TEST(CollectDots, fixDotAngleTurnsThePlacesAndNotTheDots) {
   const DotField<Pixel8> turned = collected(params);
   EXPECT_NE(straight.records.at(1).x, turned.records.at(1).x);
   for (const DotField<Pixel8>* field : {&straight, &turned}) {
-    for (const DotRecord<Pixel8>& record : field->records) EXPECT_EQ(record.angle, 25.0 * 0.017453292519943295);
+    for (const FinishedDot<Pixel8>& record : field->records) EXPECT_EQ(record.angle, 25.0 * 0.017453292519943295);
   }
 }
 
@@ -347,7 +386,7 @@ TEST(CollectDots, anOpacityOfZeroIsAnAlphaOfZeroAndKeepsItsRecord) {
   params.dotOpacity = 0.0;
   const DotField<Pixel8> field = collected(params);
   EXPECT_EQ(field.records.size(), 25U);
-  for (const DotRecord<Pixel8>& record : field.records) EXPECT_EQ(record.color.alpha, 0);
+  for (const FinishedDot<Pixel8>& record : field.records) EXPECT_EQ(record.color.alpha, 0);
 }
 
 TEST(CollectDots, aSizeOfZeroStillMakesDots) {
@@ -364,7 +403,7 @@ TEST(CollectDots, dotsThatAnEffectorShrinksToNothingKeepTheWalkGoing) {
   params.effector[0].offsetSize = -10.0;
   const DotField<Pixel8> field = collected(params);
   EXPECT_EQ(field.records.size(), 25U);
-  for (const DotRecord<Pixel8>& record : field.records) EXPECT_EQ(record.width, 0.0);
+  for (const FinishedDot<Pixel8>& record : field.records) EXPECT_EQ(record.width, 0.0);
 }
 
 TEST(CollectDots, theTimeChoosesThePattern) {
@@ -406,8 +445,8 @@ TEST(CollectDots, aLargerFrameKeepsTheDotsOfASmallerOne) {
   const DotField<Pixel8> small = collected(params);
   const DotField<Pixel8> large = collectDots(settingsOf<Pixel8>(params), 300, 200);
   EXPECT_GT(large.records.size(), small.records.size());
-  for (const DotRecord<Pixel8>& record : small.records) {
-    const DotRecord<Pixel8>* same = dotAt(large, record.x, record.y);
+  for (const FinishedDot<Pixel8>& record : small.records) {
+    const FinishedDot<Pixel8>* same = dotAt(large, record.x, record.y);
     ASSERT_NE(same, nullptr) << record.x << ", " << record.y;
     EXPECT_EQ(same->width, record.width);
     EXPECT_EQ(same->color, record.color);
@@ -425,7 +464,7 @@ TEST(CollectDots, aLayerMapWithoutItsLayerIsHarmless) {
     params.effector[0].tiling = tiling;
     const DotField<Pixel8> field = collected(params);
     EXPECT_EQ(field.records.size(), 25U);
-    for (const DotRecord<Pixel8>& record : field.records) {
+    for (const FinishedDot<Pixel8>& record : field.records) {
       EXPECT_EQ(record.width, 10.0);
       EXPECT_EQ(record.color.red, 255);
     }
@@ -434,12 +473,12 @@ TEST(CollectDots, aLayerMapWithoutItsLayerIsHarmless) {
 
 // The order.
 
-DotRecord<Pixel8> square(double x, double y, double frontKey) {
-  return {frontKey, x, y, {255, 255, 0, 0}, 8.0, 8.0, 0.0, squareShape};
+FinishedDot<Pixel8> square(double x, double y, double frontKey) {
+  return {frontKey, x, y, 8.0, 8.0, 0.0, {255, 255, 0, 0}};
 }
 
 TEST(SortDots, readingOrderIsTopRowFirstAndThenFromTheLeft) {
-  std::vector<DotRecord<Pixel8>> records{square(3, 2, 0), square(9, 1, 1), square(1, 2, 2), square(2, 1.5, 3)};
+  std::vector<FinishedDot<Pixel8>> records{square(3, 2, 0), square(9, 1, 1), square(1, 2, 2), square(2, 1.5, 3)};
   SortDots(records, DotOrder::reading);
   EXPECT_EQ(records[0].x, 9.0);
   EXPECT_EQ(records[1].x, 2.0);
@@ -448,7 +487,7 @@ TEST(SortDots, readingOrderIsTopRowFirstAndThenFromTheLeft) {
 }
 
 TEST(SortDots, theFrontOrderIsByKeyAlone) {
-  std::vector<DotRecord<Pixel8>> records{square(3, 2, 7), square(9, 1, 1), square(1, 2, 0), square(2, 1.5, 3)};
+  std::vector<FinishedDot<Pixel8>> records{square(3, 2, 7), square(9, 1, 1), square(1, 2, 0), square(2, 1.5, 3)};
   SortDots(records, DotOrder::nearestOnTop);
   EXPECT_EQ(records[0].frontKey, 0.0);
   EXPECT_EQ(records[1].frontKey, 1.0);
@@ -459,15 +498,15 @@ TEST(SortDots, theFrontOrderIsByKeyAlone) {
 template <class Pixel>
 void expectWholeRecordsMove() {
   std::mt19937 engine(7);
-  std::vector<DotRecord<Pixel>> records(500);
-  for (DotRecord<Pixel>& record : records) {
+  std::vector<FinishedDot<Pixel>> records(500);
+  for (FinishedDot<Pixel>& record : records) {
     const auto number = static_cast<double>(static_cast<uint32_t>(engine()));
-    record = {number, 2 * number, 3 * number, {}, 4 * number, 5 * number, 6 * number, 2};
+    record = {number, 2 * number, 3 * number, 4 * number, 5 * number, 6 * number, {}};
     record.color.red = static_cast<typename PixelTraits<Pixel>::Channel>(static_cast<int>(number / 4294967296.0 * 200));
   }
   SortDots(records, DotOrder::reading);
   double last = -1.0;
-  for (const DotRecord<Pixel>& record : records) {
+  for (const FinishedDot<Pixel>& record : records) {
     EXPECT_GE(record.frontKey, last);
     last = record.frontKey;
     EXPECT_EQ(record.x, 2 * last);

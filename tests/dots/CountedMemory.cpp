@@ -8,6 +8,7 @@ namespace vindrel::testing {
 
 int blocksHeld = 0;
 int blocksMade = 0;
+size_t largestBlock = 0;
 int allocationsUntilFailure = -1;
 
 }  // namespace vindrel::testing
@@ -22,6 +23,7 @@ void* operator new(size_t size) {
   if (!block) throw std::bad_alloc();
   ++blocksHeld;
   ++blocksMade;
+  if (size > largestBlock) largestBlock = size;
   return block;
 }
 

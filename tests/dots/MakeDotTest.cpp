@@ -153,8 +153,8 @@ DotDraft<Pixel> draft(double size, double aspect, double opacity) {
   return dot;
 }
 
-DotRecord<Pixel8> finished(double size, double aspect) {
-  return finishDot(draft<Pixel8>(size, aspect, 1.0), 0.0, circleShape);
+FinishedDot<Pixel8> finished(double size, double aspect) {
+  return finishDot(draft<Pixel8>(size, aspect, 1.0), 0.0);
 }
 
 DotGrid turnedAbout(double x, double y, double rotation) {
@@ -197,21 +197,21 @@ TEST(FinishDot, aNegativeSizeIsNoSize) {
 TEST(FinishDot, opacityTakesThePlaceOfAlphaAtEachDepth) {
   DotDraft<Pixel8> dot8 = draft<Pixel8>(1.0, 0.0, 0.5);
   dot8.color = {17, 1, 2, 3};
-  EXPECT_EQ(finishDot(dot8, 0.0, circleShape).color, (Pixel8{127, 1, 2, 3}));
+  EXPECT_EQ(finishDot(dot8, 0.0).color, (Pixel8{127, 1, 2, 3}));
   DotDraft<Pixel16> dot16 = draft<Pixel16>(1.0, 0.0, 0.3);
   dot16.color = {17, 1, 2, 3};
-  EXPECT_EQ(finishDot(dot16, 0.0, circleShape).color, (Pixel16{9830, 1, 2, 3}));  // 0.3 * 32768 = 9830.4
+  EXPECT_EQ(finishDot(dot16, 0.0).color, (Pixel16{9830, 1, 2, 3}));  // 0.3 * 32768 = 9830.4
   DotDraft<Pixel32> dot32 = draft<Pixel32>(1.0, 0.0, 0.3);
   dot32.color = {0.5F, 1.5F, -2.0F, 3.0F};
-  EXPECT_EQ(finishDot(dot32, 0.0, circleShape).color, (Pixel32{0.3F, 1.5F, -2.0F, 3.0F}));
+  EXPECT_EQ(finishDot(dot32, 0.0).color, (Pixel32{0.3F, 1.5F, -2.0F, 3.0F}));
 }
 
 TEST(FinishDot, opacityIsClampedAtBothEnds) {
-  EXPECT_EQ(finishDot(draft<Pixel8>(1.0, 0.0, 1.7), 0.0, circleShape).color.alpha, 255);
-  EXPECT_EQ(finishDot(draft<Pixel8>(1.0, 0.0, -0.2), 0.0, circleShape).color.alpha, 0);
-  EXPECT_EQ(finishDot(draft<Pixel16>(1.0, 0.0, 1.7), 0.0, circleShape).color.alpha, 32768);
-  EXPECT_EQ(finishDot(draft<Pixel32>(1.0, 0.0, 1.7), 0.0, circleShape).color.alpha, 1.0F);
-  EXPECT_EQ(finishDot(draft<Pixel32>(1.0, 0.0, -0.2), 0.0, circleShape).color.alpha, 0.0F);
+  EXPECT_EQ(finishDot(draft<Pixel8>(1.0, 0.0, 1.7), 0.0).color.alpha, 255);
+  EXPECT_EQ(finishDot(draft<Pixel8>(1.0, 0.0, -0.2), 0.0).color.alpha, 0);
+  EXPECT_EQ(finishDot(draft<Pixel16>(1.0, 0.0, 1.7), 0.0).color.alpha, 32768);
+  EXPECT_EQ(finishDot(draft<Pixel32>(1.0, 0.0, 1.7), 0.0).color.alpha, 1.0F);
+  EXPECT_EQ(finishDot(draft<Pixel32>(1.0, 0.0, -0.2), 0.0).color.alpha, 0.0F);
 }
 
 TEST(FinishDot, theRestIsCopied) {
@@ -220,12 +220,11 @@ TEST(FinishDot, theRestIsCopied) {
   dot.x = 3.25;
   dot.y = -4.5;
   dot.rotation = 9.0;  // not what the record gets: the angle is
-  const DotRecord<Pixel8> record = finishDot(dot, 0.75, starShape);
+  const FinishedDot<Pixel8> record = finishDot(dot, 0.75);
   EXPECT_EQ(record.frontKey, 12.5);
   EXPECT_EQ(record.x, 3.25);
   EXPECT_EQ(record.y, -4.5);
   EXPECT_EQ(record.angle, 0.75);
-  EXPECT_EQ(record.shape, 5);
 }
 
 TEST(FinishDot, normalTurnsTheDotWithTheLattice) {

@@ -6,11 +6,10 @@
 #include <cstdint>
 #include <vector>
 
-#include "effect/dots/Effector.h"
+#include "effect/dots/MakeDot.h"
 #include "effect/params/RenderParams.h"
 #include "effect/pixel/Convert.h"
 #include "effect/pixel/Hsv.h"
-#include "effect/raster/DotRecord.h"
 #include "tests/dots/PlainEffector.h"
 #include "tests/dots/PlainGridWalk.h"
 
@@ -18,7 +17,7 @@ namespace vindrel::plain {
 
 template <class Pixel>
 struct Field {
-  std::vector<DotRecord<Pixel>> records;
+  std::vector<FinishedDot<Pixel>> records;
   bool frontOrdering = true;
 };
 
@@ -98,7 +97,7 @@ Field<Pixel> collectDots(const RenderParams& p, int32_t currentTime, int32_t tim
     if (dot.aspect > 0) heightFactor = 1.0 - std::fmin(dot.aspect, 1.0);
     dot.color.alpha = fromUnit<Pixel>(std::fmax(0.0, std::fmin(1.0, dot.opacity)));
     field.records.push_back(
-        {dot.frontKey, dot.x, dot.y, dot.color, widthFactor * dot.size, heightFactor * dot.size, angle, p.dotShape});
+        {dot.frontKey, dot.x, dot.y, widthFactor * dot.size, heightFactor * dot.size, angle, dot.color});
   });
   return field;
 }

@@ -195,7 +195,7 @@ TEST(RenderDotField, inReadingOrderLowerDotsLieOverHigherOnes) {
   EXPECT_EQ(RenderDotField(settingsOf<Pixel8>(params), canvas.context, {}), 0);
   // The dot below the centre one, at (45, 75), begins at row 50; the centre one shows above it down to there.
   Pixel8 below{};
-  for (const DotRecord<Pixel8>& record : records) {
+  for (const FinishedDot<Pixel8>& record : records) {
     if (record.x == 45.0 && record.y == 75.0) below = record.color;
   }
   ASSERT_NE(below, records.at(0).color);
