@@ -4,128 +4,22 @@
 #include <cmath>
 
 #include "effect/pixel/Pixel.h"
-#include "effect/pixel/Truncate.h"
 #include "effect/pixel/Wrap.h"
+#include "effect/raster/Crossings.h"
+#include "effect/raster/EdgeTable.h"
 #include "effect/raster/PaintPixel.h"
 #include "effect/raster/PolygonRasterizer.h"
+#include "effect/raster/RunStore.h"
 
 namespace vindrel {
 namespace {
 
-int32_t nearestSubRow(double y) {
-  return truncateToInt32(y + 0.5);
-}
-int32_t nearestSubColumn(double x) {
-  return truncateToInt32(x + 0.5);
-}
-
-/// The side between two neighbouring vertices, upper end first. A horizontal one divides by zero; it ends on the
-/// sub-row on which it would begin, before its x is used.
-ScanEdge edgeBetween(const PathVertex& vertex, const PathVertex& previous) {
-  const double y0 = vertex.ty * 8.0;
-  const double y1 = previous.ty * 8.0;
-  const double x0 = vertex.tx * 8.0;
-  const double x1 = previous.tx * 8.0;
-  if (y0 > y1) return {y1, y0, x1, (x0 - x1) / (y0 - y1), -1};
-  return {y0, y1, x0, (x1 - x0) / (y1 - y0), 1};
-}
-
-/// The sides of one outline while it is scanned. One array serves twice: edges 0 to pendingEnd wait for their first
-/// sub-row, the next to start last; edges pendingEnd + 1 to activeEnd are crossed by the present sub-row. Behind them
-/// stand sentinels. Starting an edge moves one border and copies nothing.
-struct EdgeTable {
-  std::vector<ScanEdge>& edges;
-  const ScanEdge& sentinel;
-  int32_t pendingEnd;
-  int32_t activeEnd;
-
-  /// By yTop, the lowest on the screen first. The sentinel is above all; the bound is for outlines beyond even that.
-  void sortPending() {
-    const int32_t last = pendingEnd;
-    for (int32_t i = last - 1; i >= 0; --i) {
-      const ScanEdge edge = at(i);
-      int32_t j = i;
-      for (; j < last && at(j + 1).yTop > edge.yTop; ++j) at(j) = at(j + 1);
-      at(j) = edge;
-    }
-  }
-
-  /// Only edges of just this sub-row join: whoever has missed it never does.
-  void start(int32_t y) {
-    while (pendingEnd >= 0 && nearestSubRow(at(pendingEnd).yTop) == y) --pendingEnd;
-  }
-
-  /// An edge ends before its last sub-row is used, so one that rounds to a single sub-row does nothing at all.
-  void end(int32_t y) {
-    for (int32_t j = pendingEnd + 1; j <= activeEnd;) {
-      if (nearestSubRow(at(j).yBottom) == y) {
-        at(j) = at(activeEnd);
-        at(activeEnd) = sentinel;
-        --activeEnd;
-      } else {
-        ++j;
-      }
-    }
-  }
-
-  /// By x, leftmost first. Nearly sorted from the sub-row before, so insertion costs little. Returns whether any edge
-  /// has changed its place.
-  bool sortActive() {
-    bool moved = false;
-    for (int32_t i = activeEnd - 1; i > pendingEnd; --i) {
-      const ScanEdge edge = at(i);
-      int32_t j = i;
-      for (; j < activeEnd && edge.x > at(j + 1).x; ++j) at(j) = at(j + 1);
-      at(j) = edge;
-      moved = moved || j != i;
-    }
-    return moved;
-  }
-
-  /// On to the next sub-row. Returns whether any x has changed.
-  bool step() {
-    bool changed = false;
-    for (int32_t j = pendingEnd + 1; j <= activeEnd; ++j) {
-      const double x = at(j).x;
-      at(j).x += at(j).dxdy;
-      changed = changed || (at(j).x != x && !std::isnan(x));
-    }
-    return changed;
-  }
-
-  /// The first sub-row behind y on which an edge starts or ends, or sub-row 0. y must be negative.
-  int32_t nextChange(int32_t y) {
-    int32_t next = 0;
-    const auto consider = [&next, y](int32_t subRow) {
-      if (subRow > y) next = std::min(next, subRow);
-    };
-    if (pendingEnd >= 0) consider(nearestSubRow(at(pendingEnd).yTop));
-    for (int32_t j = pendingEnd + 1; j <= activeEnd; ++j) consider(nearestSubRow(at(j).yBottom));
-    return next;
-  }
-
-  ScanEdge& at(int32_t i) { return edges[static_cast<std::size_t>(i)]; }
-};
-
-void addNonZeroSpans(CoverageRows& coverage, EdgeTable& table, int32_t y) {
-  int32_t winding = 0;
-  const ScanEdge* open = nullptr;
-  for (int32_t j = table.pendingEnd + 1; j <= table.activeEnd; ++j) {
-    const ScanEdge& edge = table.at(j);
-    winding += edge.winding;
-    if (open == nullptr) {
-      open = &edge;
-    } else if (winding == 0) {
-      addSpan(coverage, nearestSubColumn(open->x), nearestSubColumn(edge.x), y);
-      open = nullptr;
-    }
-  }
-}
-
-void addEvenOddSpans(CoverageRows& coverage, EdgeTable& table, int32_t y) {
-  for (int32_t k = table.pendingEnd + 1; k < table.activeEnd; k += 2) {
-    addSpan(coverage, nearestSubColumn(table.at(k).x), nearestSubColumn(table.at(k + 1).x), y);
-  }
+/// Whether all coordinates lie within ordinaryReach. The order of equal edges doesn't matter then: a run that ends and
+/// the next one that begins on the same column merge, whichever edges meet there.
+bool isOrdinary(const std::vector<PathVertex>& vertices) {
+  return std::all_of(vertices.begin(), vertices.end(), [](const PathVertex& v) {
+    return std::abs(v.tx) <= ordinaryReach && std::abs(v.ty) <= ordinaryReach;
+  });
 }
 
 /// The first run of the list that doesn't end left of the column.
@@ -164,7 +58,7 @@ SubRowRange scannedSubRows(const std::vector<PathVertex>& vertices) {
     if (v.ty < yMin) yMin = v.ty;
     if (v.ty > yMax) yMax = v.ty;
   }
-  return {nearestSubRow(yMin * 8.0), nearestSubRow(yMax * 8.0)};
+  return {nearestSub(yMin * 8.0), nearestSub(yMax * 8.0)};
 }
 
 template <class Pixel>
@@ -186,49 +80,38 @@ void flushRow(PolygonRasterizer<Pixel>& rasterizer, int32_t y) {
 
 template <class Pixel>
 void fillGeneral(PolygonRasterizer<Pixel>& rasterizer) {
-  const std::vector<PathVertex>& vertices = rasterizer.vertices;
-  const SubRowRange range = scannedSubRows(vertices);
-
-  rasterizer.edges.clear();
-  const PathVertex* previous = &vertices.back();
-  for (const PathVertex& v : vertices) {
-    rasterizer.edges.push_back(edgeBetween(v, *previous));
-    previous = &v;
-  }
-  const auto last = static_cast<int32_t>(rasterizer.edges.size()) - 1;
-  rasterizer.edges.push_back(rasterizer.sentinel);
-  EdgeTable table{rasterizer.edges, rasterizer.sentinel, last, last};
-  table.sortPending();
-
-  CoverageRows& coverage = *rasterizer.coverage;
-  resetRows(coverage);
-  coverage.lastSubRow = range.last;
-  for (int32_t y = range.first; y <= range.last; ++y) {
-    if (y >= rasterizer.subHeight) {
-      // Below the canvas nothing more is painted, and nobody looks at the edges again.
-      resetRows(coverage);
-      return;
-    }
-    table.start(y);
-    table.end(y);
-    const bool sorted = table.sortActive();
-    if (y >= 0) {
-      if (rasterizer.nonZeroWinding) {
-        addNonZeroSpans(coverage, table, y);
+  const SubRowRange range = scannedSubRows(rasterizer.vertices);
+  const bool ordinary = isOrdinary(rasterizer.vertices);
+  EdgeTable edges(rasterizer.edges, rasterizer.vertices, rasterizer.sentinel, ordinary);
+  RunStore<Pixel> store(rasterizer, range.last, ordinary);
+  const auto flushIfDone = [&](int32_t next) {
+    if (store.ready() || next - 1 == range.last) store.flush(next - 1);
+  };
+  // Above the canvas nothing is painted. Below it neither, and nobody looks at the edges again.
+  const int32_t behind = std::min(range.last, rasterizer.subHeight - 1) + 1;
+  edges.pass(range.first, std::min(behind, 0));
+  for (int32_t y = std::max(range.first, 0); y < behind;) {
+    edges.enter(y);
+    const int32_t change = edges.nextChange(y, behind);
+    while (y < change) {
+      if (ordinary && edges.activeCount() <= Crossings::most && store.table() != nullptr) {
+        Crossings crossings(edges, rasterizer.nonZeroWinding);
+        do {
+          y = crossings.scan(*store.table(), y, std::min(change, (y | 7) + 1));
+          flushIfDone(y);
+        } while (y < change && crossings.inOrder());
+        crossings.giveBack(edges);
       } else {
-        addEvenOddSpans(coverage, table, y);
+        forEachRun(edges, rasterizer.nonZeroWinding, [&](int32_t open, int32_t close) {
+          store.add({nearestSub(edges.active(open).x), nearestSub(edges.active(close).x)}, y);
+        });
+        edges.step();
+        flushIfDone(++y);
       }
-    }
-    if (coverage.ready || y == range.last) flushRow(rasterizer, y);
-    const bool stepped = table.step();
-    // Above the canvas nothing is painted. Where neither the order nor any x changes from one sub-row to the next,
-    // nothing happens at all until an edge starts or ends: an outline of endless coordinates has two thousand million
-    // of these.
-    if (y < 0 && !sorted && !stepped) {
-      const int32_t next = std::min(table.nextChange(y), range.last);
-      if (next > y) y = next - 1;
+      if (y < change) edges.sortActive();
     }
   }
+  store.reset();
 }
 
 template void flushRow(PolygonRasterizer<Pixel8>&, int32_t);

@@ -1,10 +1,11 @@
 // Fills any outline, crossing itself or not, by the non-zero winding rule.
 //
-// A scan from sub-row to sub-row over the sides of the outline, kept sorted by their x. The runs between them go into
-// CoverageRows, and a pixel row is painted as soon as its last sub-row is known.
-// x stands for the upper end of a side and steps from its first sub-row, without a correction to the sub-row's centre,
-// and a run keeps the sub-column on which it ends: so runs are one sub-column wider on the right than the convex
-// filler's. Kept as is: crosses and stars of saved projects have this width.
+// A scan from sub-row to sub-row over the sides of the outline (EdgeTable), kept sorted by their x. The runs between
+// them are kept (RunStore) until the last sub-row of a pixel row is known, and that row is painted: from a small table
+// on the stack (SpanTable), or from lists (CoverageRows) when an outline is too rich for that. x stands for the upper
+// end of a side and steps from its first sub-row, without a correction to the sub-row's centre, and a run keeps the
+// sub-column on which it ends: so runs are one sub-column wider on the right than the convex filler's. Kept as is:
+// crosses and stars of saved projects have this width.
 #pragma once
 
 #include <cstdint>
@@ -28,11 +29,12 @@ struct SubRowRange {
 SubRowRange scannedSubRows(const std::vector<PathVertex>& vertices);
 
 /// Fills the rasteriser's outline, read from tx and ty in canvas pixels, with the context's colour. At least one
-/// vertex.
+/// vertex. An ordinary cross or star takes no memory; std::bad_alloc when lists or the edges of a larger outline find
+/// none.
 template <class Pixel>
 void fillGeneral(PolygonRasterizer<Pixel>& rasterizer);
 
-/// Paints the pixel row of sub-row y from the rasteriser's coverage, and empties that. A row off the canvas is only
+/// Paints the pixel row of sub-row y from the rasteriser's lists, and empties these. A row off the canvas is only
 /// emptied. A pixel is painted once for each run of touched pixels that holds it, so twice where two runs, still apart
 /// on the sub-pixel grid, meet in one pixel. Kept as is: it is the stronger edge at the tips of a star.
 template <class Pixel>

@@ -33,9 +33,6 @@ TEST_F(DotChoices, andThoseOfTheEffectorsAreAllThatThereAre) {
   EXPECT_EQ(found, expected);
 }
 
-// Crosses and stars leave the nodes that an intersection of runs skips.
-constexpr auto skippedNodes = {standin::Matter::kHandle};
-
 /// A shape in a box of 40 x 40 around (32, 32): its area, and places that are wholly covered or wholly empty.
 struct ShapeFacts {
   double leastArea = 0;
@@ -98,7 +95,6 @@ TEST_F(DotChoices, eachShapeHasItsArea) {
       }
     }
   }
-  finishOwing(skippedNodes);
 }
 
 TEST_F(DotChoices, eachShapeIsTheSameLeftAndRight) {
@@ -121,7 +117,25 @@ TEST_F(DotChoices, eachShapeIsTheSameLeftAndRight) {
       }
     }
   }
-  finishOwing(skippedNodes);
+}
+
+// Fields of crosses and stars, turned or not, ask the host for no more memory than circles.
+TEST_F(DotChoices, eachShapeTakesAsManyBlocksOfMemory) {
+  for (const double turn : {0.0, 10.0}) {
+    values.setAngle("Dot Rotation", turn);
+    for (const double size : {3.0, 24.0, 400.0}) {
+      values.setNumber("Dot Size", size);
+      int32_t expected = 0;
+      for (int32_t shape = 1; shape <= itemsOf("Dot Shape"); ++shape) {
+        values.setPopup("Dot Shape", shape);
+        host.log().clear();
+        render(Depth::k8, 64, 64);
+        const int32_t blocks = host.log().count("host_new_handle");
+        if (shape == 1) expected = blocks;
+        EXPECT_EQ(blocks, expected) << "shape " << shape << ", size " << size << ", turn " << turn;
+      }
+    }
+  }
 }
 
 TEST_F(DotChoices, aStarHasOneTipUpAndTwoDown) {
@@ -136,7 +150,6 @@ TEST_F(DotChoices, aStarHasOneTipUpAndTwoDown) {
     EXPECT_GT(alphaAt(picture, 22, 46), 0.5) << bitsOf(depth);
     EXPECT_GT(alphaAt(picture, 41, 46), 0.5) << bitsOf(depth);
   }
-  finishOwing(skippedNodes);
 }
 
 /// Dots of 24 x 6.

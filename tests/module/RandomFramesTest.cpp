@@ -34,8 +34,8 @@ class EveryFrame : public HostedModule, public ::testing::WithParamInterface<int
   void TearDown() override {
     LoadedOnly::TearDown();
     std::remove(lastFrame_.c_str());
-    // Values and the pixels of side layers on the smart road; nodes that an intersection of runs skips.
-    finishOwing({Matter::kParameter, Matter::kLayerPixels, Matter::kHandle});
+    // Values and the pixels of side layers on the smart road.
+    finishOwing({Matter::kParameter, Matter::kLayerPixels});
   }
 
   RenderResult render(const RandomFrame& frame) {

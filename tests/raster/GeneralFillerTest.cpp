@@ -117,27 +117,6 @@ TEST(GeneralFiller, anOutlineBelowTheCanvasIsScannedToItsOwnEnd) {
   EXPECT_EQ(range.last, 100);
 }
 
-// An outline below the canvas leaves its sides as they were sorted: the lowest upper end first, equals in the order of
-// the vertices, the sentinel behind.
-TEST(GeneralFiller, sidesAreSortedByTheirUpperEndsAndEqualsKeepTheirOrder) {
-  TestCanvas<Pixel8> canvas(8, 8);
-  fill(canvas, {{1, 20}, {5, 20}, {7, 30}, {3, 30}}, opaqueRed<Pixel8>());
-  // Sides end at each vertex in turn: up the left, along the top, down the right, along the bottom.
-  const auto& edges = canvas.rasterizer->edges;
-  ASSERT_EQ(edges.size(), 5U);
-  const double yTop[4] = {240, 160, 160, 160};
-  const double yBottom[4] = {240, 240, 160, 240};
-  const int32_t winding[4] = {1, 1, 1, -1};
-  for (std::size_t i = 0; i < 4; ++i) {
-    EXPECT_EQ(edges[i].yTop, yTop[i]) << i;
-    EXPECT_EQ(edges[i].yBottom, yBottom[i]) << i;
-    EXPECT_EQ(edges[i].winding, winding[i]) << i;
-  }
-  EXPECT_EQ(edges[3].x, 40.0);
-  EXPECT_EQ(edges[3].dxdy, 16.0 / 80.0);
-  EXPECT_EQ(edges[4].yTop, -2147483648.0);
-}
-
 TEST(GeneralFiller, aRowThatBeginsInTheMiddleOfAPixelHasHalfItsSamples) {
   TestCanvas<Pixel8> canvas(16, 16);
   // The vertical arm spans x from 5.5 to 8.5, so pixels 6 and 7 are covered from side to side from y = 2.5 on.

@@ -5,12 +5,14 @@
 #include <memory>
 #include <new>
 #include <random>
+#include <utility>
 #include <vector>
 
 #include "effect/pixel/Pixel.h"
 #include "effect/raster/DrawDot.h"
 #include "effect/raster/PolygonRasterizer.h"
 #include "effect/raster/SpanList.h"
+#include "effect/raster/SpanTable.h"
 #include "tests/raster/Blocks.h"
 #include "tests/raster/SpanModel.h"
 
@@ -221,14 +223,58 @@ TYPED_TEST(RasterMemoryAtDepth, theSecondDotAllocatesNoVertexStorage) {
   EXPECT_EQ(blocks::made(), afterFirst);
 }
 
-TYPED_TEST(RasterMemoryAtDepth, aCrossGivesAllItsSpansBackWithTheRasteriser) {
+TYPED_TEST(RasterMemoryAtDepth, anOrdinaryCrossOrStarAllocatesNothing) {
+  Target<TypeParam> target;
+  PolygonRasterizer<TypeParam> rasterizer(target.context);
+  target.context.rasterizer = &rasterizer;
+  const int64_t before = blocks::made();
+  for (const int32_t shape : {crossShape, starShape, roundSquareShape}) {
+    for (const double size : {0.3, 4.0, 20.0, 900.0, 2.0e6}) {
+      for (int32_t turn = 0; turn < 40; ++turn) {
+        drawDot(target.context, {-1.0, 12.3, 11.0, {1, 1, 1, 1}, size, 0.7 * size, 0.1 * turn, shape});
+      }
+    }
+  }
+  EXPECT_EQ(blocks::made(), before);
+}
+
+/// Teeth that stand side by side from the top row on, more of them than a sub-row of the table has places: 20 pixels
+/// wide.
+template <class Pixel>
+void fillComb(PolygonRasterizer<Pixel>& rasterizer, int32_t teeth) {
+  rasterizer.resetPath();
+  const double pitch = 20.0 / teeth;
+  for (int32_t n = 0; n < teeth; ++n) {
+    for (const auto& [x, y] :
+         {std::pair{n * pitch, 9.0}, {n * pitch, 1.0}, {(n + 0.5) * pitch, 1.0}, {(n + 0.5) * pitch, 9.0}}) {
+      PathVertex vertex;
+      vertex.x = x;
+      vertex.y = y;
+      rasterizer.addVertex(vertex);
+    }
+  }
+  rasterizer.finishPath();
+}
+
+// The teeth reach over eight pixel rows. Eight of them find room on the table; of nine each is a block of its own on
+// each of the 64 sub-rows.
+TYPED_TEST(RasterMemoryAtDepth, runsBeyondTheTableAreBlocks) {
+  Target<TypeParam> target;
+  PolygonRasterizer<TypeParam> rasterizer(target.context);
+  const int64_t before = blocks::made();
+  fillComb(rasterizer, SpanTable::runsPerSlot);
+  EXPECT_EQ(blocks::made(), before);
+  fillComb(rasterizer, SpanTable::runsPerSlot + 1);
+  EXPECT_GE(blocks::made(), before + 64 * (SpanTable::runsPerSlot + 1));
+}
+
+TYPED_TEST(RasterMemoryAtDepth, anOutlineOnListsGivesAllItsSpansBackWithTheRasteriser) {
   Target<TypeParam> target;
   const int64_t before = blocks::live();
   {
     PolygonRasterizer<TypeParam> rasterizer(target.context);
-    target.context.rasterizer = &rasterizer;
-    // Not turned, so no two runs share a sub-row and nothing can fall out of an intersection behind another.
-    drawDot(target.context, {-1.0, 12.0, 12.0, {1, 1, 1, 1}, 20.0, 20.0, 0.0, crossShape});
+    // Upright teeth: nothing can fall out of an intersection behind another.
+    fillComb(rasterizer, 12);
     EXPECT_GT(blocks::live(), before + 4);  // the lists of pixels stay until they are made anew
   }
   EXPECT_EQ(blocks::live(), before);
@@ -241,17 +287,15 @@ TYPED_TEST(RasterMemoryAtDepth, exhaustionInTheGeneralFillerTravelsUpAndLosesNoB
   int64_t given = 0;
   for (; !completed; ++given) {
     PolygonRasterizer<TypeParam> rasterizer(target.context);
-    target.context.rasterizer = &rasterizer;
-    target.context.matrix = PathMatrix{};
     const Limit limit(given);
     try {
-      drawDot(target.context, {-1.0, 12.0, 12.0, {1, 1, 1, 1}, 20.0, 20.0, 0.0, crossShape});
+      fillComb(rasterizer, 12);
       completed = true;
     } catch (const std::bad_alloc&) {
     }
   }
   EXPECT_EQ(blocks::live(), before);
-  EXPECT_GT(given, 100);  // a cross of 20 pixels has at least a run for each of its 160 sub-rows
+  EXPECT_GT(given, 700);  // twelve runs on each of 64 sub-rows
 }
 
 }  // namespace

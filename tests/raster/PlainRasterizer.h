@@ -325,7 +325,7 @@ class Rasterizer {
     edges.push_back(sentinel);
     const auto edge = [&edges](int32_t i) -> Edge& { return edges.at(static_cast<std::size_t>(i)); };
     for (int32_t i = n - 2; i >= 0; --i) {
-      for (int32_t j = i; edge(j + 1).yTop > edge(j).yTop; ++j) std::swap(edge(j), edge(j + 1));
+      for (int32_t j = i; j < n - 1 && edge(j + 1).yTop > edge(j).yTop; ++j) std::swap(edge(j), edge(j + 1));
     }
     resetRows();
     lastSubRow = lastSub;
@@ -344,7 +344,7 @@ class Rasterizer {
         }
       }
       for (int32_t i = actEnd - 1; i >= pendEnd + 1; --i) {
-        for (int32_t k = i; edge(k).x > edge(k + 1).x; ++k) std::swap(edge(k), edge(k + 1));
+        for (int32_t k = i; k < actEnd && edge(k).x > edge(k + 1).x; ++k) std::swap(edge(k), edge(k + 1));
       }
       if (y >= 0 && y < wrap(int64_t{height} * 8)) {
         if (nonZeroWinding) {

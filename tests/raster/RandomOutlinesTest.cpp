@@ -227,6 +227,75 @@ TYPED_TEST(RandomOutlines, byEvenAndOddAreDrawnAsThePlainRasteriserDrawsThem) {
   }
 }
 
+/// Outlines with more runs on a sub-row than the table has places, on some pixel rows or on all, and outlines whose
+/// columns lie beyond the 32-bit range or aren't numbers.
+Points outlineBeyondTheTable(Dice& dice, double width, double height) {
+  Points points;
+  if (dice.oneIn(2)) {  // a comb whose teeth begin and end where they like
+    const int teeth = dice.pick(6, 20);
+    const double left = dice.number(-4.0, 1.0);
+    const double pitch = dice.number(0.3, 1.3) * (width + 6.0) / teeth;
+    const double back = dice.number(0.0, height + 2.0);
+    const bool ragged = dice.oneIn(2);
+    const double top = dice.number(-30.0, back);
+    for (int n = 0; n < teeth; ++n) {
+      const double lean = dice.number(-1.0, 1.0) * pitch;
+      const double tip = ragged ? dice.number(-30.0, back) : top;
+      points.emplace_back(left + n * pitch, back);
+      points.emplace_back(left + n * pitch + lean, tip);
+      points.emplace_back(left + (n + dice.number(0.1, 0.9)) * pitch + lean, tip);
+      points.emplace_back(left + (n + 0.95) * pitch, back);
+    }
+    points.emplace_back(left + teeth * pitch, back + dice.number(0.0, 2.0));
+    points.emplace_back(left, back + 0.3);
+  } else {
+    const double far = std::pow(10.0, dice.number(7.0, 10.0));
+    for (int n = dice.pick(3, 12); n > 0; --n) {
+      double x = dice.number(-width, 2.0 * width);
+      if (dice.oneIn(3)) x = dice.number(-far, far);
+      if (dice.oneIn(20)) x = dice.oneIn(2) ? HUGE_VAL : -HUGE_VAL;
+      if (dice.oneIn(40)) x = std::nan("");
+      double y = dice.number(-2.0 * height, 2.0 * height);
+      if (dice.oneIn(8)) y = dice.number(-2000.0, 2000.0);
+      if (dice.oneIn(6) && !points.empty()) x = points.back().first;
+      points.emplace_back(x, y);
+    }
+  }
+  return points;
+}
+
+// Both sides of the switch between the table and the lists, and the switch itself in the middle of an outline.
+TYPED_TEST(RandomOutlines, beyondTheTableAreDrawnAsThePlainRasteriserDrawsThem) {
+  for (uint64_t seed = 60001; seed <= 63000; ++seed) {
+    Dice dice(seed);
+    Scene scene{dice.pick(1, 40), dice.pick(1, 24), dice.oneIn(2), {}};
+    const bool nonZeroWinding = !dice.oneIn(4);
+    for (int n = dice.pick(1, 3); n > 0; --n) {
+      Stroke stroke{{}, randomDot(dice, scene.width, scene.height, 6)};
+      stroke.points = outlineBeyondTheTable(dice, scene.width, scene.height);
+      scene.strokes.push_back(stroke);
+    }
+    TestCanvas<TypeParam> shipped(scene.width, scene.height), expected(scene.width, scene.height);
+    if (!scene.emptyCanvas) {
+      scatterPixels(shipped, seed);
+      scatterPixels(expected, seed);
+    }
+    shipped.rasterizer->nonZeroWinding = nonZeroWinding;
+    Plain<TypeParam> plain = plainOn(expected);
+    plain.nonZeroWinding = nonZeroWinding;
+    for (const Stroke& stroke : scene.strokes) {
+      const DotRecord<TypeParam> dot = dotAtDepth<TypeParam>(stroke.dot);
+      shipped.fill(stroke.points, dot.color);
+      plain.colour = dot.color;
+      plain.vertices.clear();
+      for (const auto& [x, y] : stroke.points) plain.add(x, y);
+      plain.finishPath();
+    }
+    ASSERT_EQ(shipped.differenceFrom(expected), "") << text(scene, seed);
+    ASSERT_TRUE(shipped.guardsAreWhole()) << text(scene, seed);
+  }
+}
+
 // A count above 64 would give a full-scale colour an alpha above full scale.
 TYPED_TEST(RandomOutlines, neverLeaveAnAlphaAboveFullScale) {
   for (uint64_t seed = 30001; seed <= 32000; ++seed) {

@@ -1,5 +1,5 @@
 // Spans that fall out of an intersection behind one that stayed are unlinked but not released, and that is kept as is.
-// A leak checker would report them, so every native test program that draws crosses or stars links this. How many they
+// A leak checker would report them, so every native test program that fills outlines by lists links this. How many they
 // are is checked exactly by the memory tests.
 
 #if defined(__GNUC__)

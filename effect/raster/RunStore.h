@@ -1,0 +1,97 @@
+// Keeps the runs of the pixel row in hand, and paints it: the one place where it is decided whether a row goes by the
+// table or by lists.
+//
+// Each pixel row begins on the table. It is handed over to the lists, with all that it has got so far, at the moment a
+// run finds no place, or at the end if the row isn't orderly. Nothing is painted before the end of a row, so no pixel
+// is painted by both.
+#pragma once
+
+#include <cstdint>
+
+#include "effect/raster/CoverageRows.h"
+#include "effect/raster/GeneralFiller.h"
+#include "effect/raster/PaintPixel.h"
+#include "effect/raster/PaintTable.h"
+#include "effect/raster/PolygonRasterizer.h"
+#include "effect/raster/SpanTable.h"
+
+namespace vindrel {
+
+/// One for each fill; between two, the lists are empty.
+template <class Pixel>
+class RunStore {
+ public:
+  /// @param lastSubRow  of the outline
+  /// @param orderly     each pixel row is known to be orderly, as SpanTable tells it
+  RunStore(PolygonRasterizer<Pixel>& rasterizer, int32_t lastSubRow, bool orderly)
+      : rasterizer_(rasterizer), lastSubRow_(lastSubRow), orderly_(orderly) {}
+
+  /// Adds a run of sub-columns to sub-row y. Throws std::bad_alloc when it must go into lists and there is no memory.
+  void add(ColumnRun run, int32_t y) {
+    if (!onLists_ && table_.append(y & 7, run)) return;
+    if (!onLists_) handOver();
+    addSpan(*rasterizer_.coverage, run.start, run.end, y);
+  }
+
+  /// The table, for whoever knows that it has room for what comes; null while the pixel row in hand is on lists.
+  SpanTable* table() { return onLists_ ? nullptr : &table_; }
+
+  /// Whether the last run went to the eighth sub-row of a pixel row.
+  bool ready() const { return (onLists_ ? rasterizer_.coverage->lastRow : table_.last()) == 7; }
+
+  /// Paints the pixel row of sub-row y, and empties the store; a row off the canvas is only emptied.
+  void flush(int32_t y) {
+    if (!onLists_ && !orderly_ && !table_.isOrderly()) handOver();
+    if (onLists_) {
+      flushRow(rasterizer_, y);
+      onLists_ = false;
+    } else {
+      const int32_t row = y >> 3;
+      if (row >= 0 && row < rasterizer_.height && table_.layerCount() > 0) {
+        paintTable(table_, canvasRow(rasterizer_.pixels, rasterizer_.rowBytes, row), rasterizer_.width,
+                   *rasterizer_.colour);
+      }
+      table_.reset();
+    }
+    lastSubRow_ = -1;
+  }
+
+  /// Forgets the pixel row in hand.
+  void reset() {
+    table_.reset();
+    if (onLists_) resetRows(*rasterizer_.coverage);
+    onLists_ = false;
+  }
+
+ private:
+  /// Gives the lists all that the table holds of the row in hand, as if it had been added to them from the start.
+  void handOver() {
+    CoverageRows& coverage = *rasterizer_.coverage;
+    resetRows(coverage);
+    onLists_ = true;
+    coverage.lastSubRow = lastSubRow_;
+    for (int32_t r = 0; r < 8; ++r) {
+      for (int32_t k = 0; k < table_.count(r); ++k) {
+        const ColumnRun run = table_.layer(k)[r];
+        if (r == 7 && table_.last() == 7) {
+          // Only here are solid pixels made, from what the slots from the first one on hold.
+          coverage.firstRow = table_.first();
+          addSpan(coverage, run.start, run.end, 7);
+        } else {
+          spanAppend(coverage.rows[r], run.start, run.end);
+        }
+      }
+    }
+    coverage.firstRow = table_.first();
+    coverage.lastRow = table_.last();
+    table_.reset();
+  }
+
+  PolygonRasterizer<Pixel>& rasterizer_;
+  SpanTable table_;
+  int32_t lastSubRow_;
+  bool orderly_;
+  bool onLists_ = false;
+};
+
+}  // namespace vindrel
