@@ -8,7 +8,6 @@ namespace {
 
 using standin::Depth;
 using standin::Image;
-using standin::LayerValue;
 
 /// The number of an effector, 1 to 3.
 class EffectorChoices : public WholeFrame, public ::testing::WithParamInterface<int32_t> {
@@ -293,14 +292,16 @@ TEST_P(PickedColors, eachTilingContinuesTheLayerInItsOwnWay) {
   ASSERT_EQ(itemsOf(own("Tiling")), 4);
   // The layer's middle, (5, 3.5), lies on the position: the dot at (x, y) sees column x - 31 + 5. The second position
   // shows the columns and rows between, -1 among them.
-  for (const auto& [placeX, placeY] : {std::pair{31, 22}, {32, 25}, {33, 24}, {34, 23}}) {
+  for (const auto& place : {std::pair{31, 22}, {32, 25}, {33, 24}, {34, 23}}) {
+    const int32_t placeX = place.first;
+    const int32_t placeY = place.second;
     values.setPoint(own("Position"), placeX, placeY + 0.5);
     for (int32_t item = 1; item <= 4; ++item) {
       values.setPopup(own("Tiling"), item);
       SCOPED_TRACE("tiling " + std::to_string(item));
       atEveryDepth([&](auto pixel) {
-        expectColors<decltype(pixel)>(layer, [&, px = placeX, py = placeY](int32_t x, int32_t y) {
-          return std::pair{tiled(item, x - px + 5, 10), tiled(item, y - py + 3, 7)};
+        expectColors<decltype(pixel)>(layer, [&](int32_t x, int32_t y) {
+          return std::pair{tiled(item, x - placeX + 5, 10), tiled(item, y - placeY + 3, 7)};
         });
       });
     }
