@@ -19,11 +19,11 @@ RenderResult StandInHost::renderClassic(const FrameRequest& request, const Param
   if (result.error == PF_Err_NONE) {
     if (host.out.width > 0 && host.out.height > 0) {
       const auto output =
-          std::make_shared<Image>(request.depth(), host.out.width, host.out.height, request.outputPadding);
+          std::make_shared<Image>(request.depth(), host.out.width, host.out.height, request.outputPadding,
+                                  static_cast<uint8_t>(host.settings.fillOfOutputs));
       output->originX = request.outputOriginX;
       output->originY = request.outputOriginY;
       output->pixelAspect = request.input.pixelAspect;
-      output->fillBytes(static_cast<uint8_t>(host.settings.fillOfOutputs));
       PF_EffectWorld world = host.lend(output, "output", true);
       if (request.extent) world.extent_hint = *request.extent;
       host.in.output_origin_x = host.out.origin.h;

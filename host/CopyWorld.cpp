@@ -2,8 +2,8 @@
 #include <cstring>
 #include <type_traits>
 
+#include "host/CopyWorld.h"
 #include "host/PixelAccess.h"
-#include "host/PixelServices.h"
 #include "host/Rects.h"
 
 namespace standin {

@@ -2,8 +2,8 @@
 #include <cmath>
 #include <type_traits>
 
+#include "host/FillWorld.h"
 #include "host/PixelAccess.h"
-#include "host/PixelServices.h"
 #include "host/Rects.h"
 
 namespace standin {

@@ -3,7 +3,8 @@
 #include <algorithm>
 #include <cstring>
 
-#include "host/PixelServices.h"
+#include "host/CopyWorld.h"
+#include "host/FillWorld.h"
 #include "host/Rects.h"
 
 namespace standin {
@@ -51,14 +52,19 @@ Pixel meanOfBlock(const Image& image, int32_t left, int32_t top, int32_t columns
 
 }  // namespace
 
-Image::Image(Depth depth, int32_t width, int32_t height, int32_t rowPadding)
+Image::Image(Depth depth, int32_t width, int32_t height, int32_t rowPadding, uint8_t fill)
     : depth_(depth), width_(std::max(width, 0)), height_(std::max(height, 0)) {
   const int32_t channel = channelBytes(depth);
   const int32_t padding = (std::max(rowPadding, 0) + channel - 1) / channel * channel;
-  rowBytes_ = width_ * pixelBytes(depth) + padding;
+  const int32_t used = width_ * pixelBytes(depth);
+  rowBytes_ = used + padding;
+  // The pixels are written once: a frame makes three of these, and each pass over one costs as much as its copy.
   bytes_.assign(static_cast<size_t>(kGuardLength) * 2 + static_cast<size_t>(rowBytes_) * static_cast<size_t>(height_),
-                kGuardByte);
-  fillBytes(0);
+                fill);
+  std::memset(bytes_.data(), kGuardByte, kGuardLength);
+  std::memset(bytes_.data() + bytes_.size() - kGuardLength, kGuardByte, kGuardLength);
+  if (padding == 0) return;
+  for (int32_t y = 0; y < height_; ++y) std::memset(rowStart(y) + used, kGuardByte, static_cast<size_t>(padding));
 }
 
 uint8_t* Image::rowStart(int32_t y) {
@@ -69,12 +75,6 @@ uint8_t* Image::rowStart(int32_t y) {
 const uint8_t* Image::rowStart(int32_t y) const {
   assert(y >= 0 && y < height_);
   return bytes_.data() + kGuardLength + static_cast<ptrdiff_t>(y) * rowBytes_;
-}
-
-void Image::fillBytes(uint8_t value) {
-  for (int32_t y = 0; y < height_; ++y) {
-    std::memset(rowStart(y), value, static_cast<size_t>(width_) * static_cast<size_t>(pixelBytes(depth_)));
-  }
 }
 
 PF_EffectWorld Image::view() const {

@@ -23,7 +23,8 @@ class Image {
 
   /// A picture of width x height transparent black pixels. Sizes below 0 count as 0.
   /// @param rowPadding  bytes behind each row, rounded up to whole channels; guard bytes
-  Image(Depth depth, int32_t width, int32_t height, int32_t rowPadding = 0);
+  /// @param fill        what every byte of every pixel holds, where it is not to be black
+  Image(Depth depth, int32_t width, int32_t height, int32_t rowPadding = 0, uint8_t fill = 0);
 
   Depth depth() const { return depth_; }
   int32_t width() const { return width_; }    ///< pixels
@@ -65,9 +66,6 @@ class Image {
     assert(x >= 0 && x < width_);
     return row<Pixel>(y)[x];
   }
-
-  /// Sets every byte of every pixel, for an output whose content must not be relied on.
-  void fillBytes(uint8_t value);
 
   /// The world of the whole picture: data, rowbytes, sizes, origin, aspect, flags (writeable; deep at 16 bits) and an
   /// extent hint of the whole. It stays good while the picture lives and is neither moved nor assigned to.

@@ -113,11 +113,11 @@ RenderResult PreRendered::render() {
   host.layers.clear();
 
   const auto output =
-      std::make_shared<Image>(s.frame->depth(), rect.right - rect.left, rect.bottom - rect.top, s.frame->outputPadding);
+      std::make_shared<Image>(s.frame->depth(), rect.right - rect.left, rect.bottom - rect.top, s.frame->outputPadding,
+                              static_cast<uint8_t>(host.settings.fillOfOutputs));
   output->originX = rect.left;
   output->originY = rect.top;
   output->pixelAspect = s.frame->input.pixelAspect;
-  output->fillBytes(static_cast<uint8_t>(host.settings.fillOfOutputs));
   s.smart.output = host.lend(output, "output", true);
 
   PF_SmartRenderInput input{};

@@ -1,6 +1,8 @@
 /// Worlds that an effect makes, and the pixel services over worlds, with their place in the books and the log.
+#include "host/CopyWorld.h"
+#include "host/FillWorld.h"
 #include "host/HostState.h"
-#include "host/PixelServices.h"
+#include "host/TransferRect.h"
 
 namespace standin {
 
@@ -16,11 +18,11 @@ PF_Err makeWorld(HostState& host, std::string_view service, A_long width, A_long
   }
   std::shared_ptr<Image> picture;
   try {
-    picture = std::make_shared<Image>(depth, width, height);
+    picture = std::make_shared<Image>(depth, width, height, 0,
+                                      clear ? uint8_t{0} : static_cast<uint8_t>(host.settings.fillOfNewWorlds));
   } catch (const std::bad_alloc&) {
     return PF_Err_OUT_OF_MEMORY;
   }
-  if (!clear) picture->fillBytes(static_cast<uint8_t>(host.settings.fillOfNewWorlds));
   const std::string size = std::to_string(width) + " x " + std::to_string(height) + " at " +
                            std::to_string(static_cast<int32_t>(depth)) + " bits";
   const int32_t number = host.books.lend(Matter::kWorld, size, host.running);

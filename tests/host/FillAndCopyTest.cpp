@@ -1,9 +1,14 @@
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <limits>
+#include <memory>
 #include <random>
 
+#include "host/CopyWorld.h"
+#include "host/FillWorld.h"
 #include "host/Image.h"
-#include "host/PixelServices.h"
+#include "host/TransferRect.h"
 
 namespace {
 
@@ -107,6 +112,44 @@ TEST(Copy, threePixelsIntoTwoTakeTheNearestCentres) {
   standin::copyWorld(Depth::k8, source.view(), target.view(), nullptr, nullptr);
   EXPECT_EQ(redAt(target, 0, 0), 0);
   EXPECT_EQ(redAt(target, 1, 0), 20);
+}
+
+TEST(Copy, aStretchOverMoreThanThirtyTwoBitsHoldCountsInMore) {
+  // The rectangle is 2147483654 wide and the target its last 6 columns: two source pixels stretched over it put the
+  // second one there, since (2 * 2147483648 + 1) * 2 / (2 * 2147483654) is between 1 and 2.
+  Image source(Depth::k8, 2, 1);
+  source.at<PF_Pixel>(0, 0) = {255, 10, 0, 0};
+  source.at<PF_Pixel>(1, 0) = {255, 20, 0, 0};
+  const PF_Rect wide{std::numeric_limits<int32_t>::min(), 0, 6, 1};
+  Image target(Depth::k8, 6, 1);
+  standin::copyWorld(Depth::k8, source.view(), target.view(), nullptr, &wide);
+  for (int32_t x = 0; x < 6; ++x) EXPECT_EQ(redAt(target, x, 0), 20) << x;
+}
+
+TEST(Worlds, rowsBeyondTwoGigabytesAreFound) {
+  // Two rows' distance is 2^31 bytes, which no 32-bit offset holds. Only the few bytes that are written take memory.
+  constexpr int32_t rowBytes = 1 << 30;
+  const std::unique_ptr<void, decltype(&std::free)> memory(std::calloc(1, (size_t{1} << 31) + 64), std::free);
+  ASSERT_NE(memory, nullptr);
+  PF_EffectWorld world{};
+  world.data = static_cast<PF_PixelPtr>(memory.get());
+  world.rowbytes = rowBytes;
+  world.width = 2;
+  world.height = 3;
+  const PF_Pixel* last =
+      reinterpret_cast<const PF_Pixel*>(static_cast<unsigned char*>(memory.get()) + (size_t{1} << 31));
+  const PF_Rect lastRow{0, 2, 2, 3};
+  standin::fillWorld<PF_Pixel>(world, &lastRow, {1, 2, 3, 4});
+  EXPECT_EQ(int{last[1].blue}, 4);
+  const Image source(Depth::k8, 2, 1, 0, 0x44);
+  standin::copyWorld(Depth::k8, source.view(), world, nullptr, &lastRow);
+  EXPECT_EQ(int{last[1].blue}, 0x44);
+  Image opaque(Depth::k8, 2, 1);
+  opaque.at<PF_Pixel>(1, 0) = {255, 7, 8, 9};
+  const PF_CompositeMode mode{PF_Xfer_IN_FRONT, 0, 255, 0, 32768};
+  standin::transferRect(Depth::k8, nullptr, opaque.view(), mode, std::nullopt, 0, 2, world);
+  EXPECT_EQ(int{last[1].blue}, 9);
+  EXPECT_EQ(int{last[0].blue}, 0x44);
 }
 
 TEST(Copy, anEmptyOrReversedRectangleCopiesNothing) {

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <cstring>
+
 #include "host/Image.h"
 
 namespace {
@@ -43,7 +45,15 @@ TEST(Image, aWriteBehindTheLastPixelIsSeen) {
 
 TEST(Image, aWriteIntoThePixelsIsNoBreach) {
   Image image(Depth::k16, 2, 2, 6);
-  image.fillBytes(0xFF);
+  for (int32_t y = 0; y < 2; ++y) std::memset(image.rowStart(y), 0xFF, 2 * 8);
+  EXPECT_TRUE(image.guardsIntact());
+}
+
+TEST(Image, theFillLiesInThePixelsAndNotAroundThem) {
+  const Image image(Depth::k8, 3, 2, 5, 0x21);
+  for (int32_t y = 0; y < 2; ++y) {
+    for (int32_t byte = 0; byte < 12; ++byte) EXPECT_EQ(image.rowStart(y)[byte], 0x21) << y << " " << byte;
+  }
   EXPECT_TRUE(image.guardsIntact());
 }
 

@@ -361,4 +361,15 @@ TEST_F(Parameters, onlyMarkedChangesAreTakenOver) {
   EXPECT_EQ(values.number("Count"), 7.0);
 }
 
+TEST_F(Parameters, anAngleThatTheEffectChangesIsTakenOverInDegrees) {
+  effect.on[PF_Cmd_USER_CHANGED_PARAM] = [](const Call& call) {
+    call.params[3]->u.ad.value = -90 * 65536 - 32768;
+    call.params[3]->uu.change_flags |= PF_ChangeFlag_CHANGED_VALUE;
+    return PF_Err{0};
+  };
+  ParameterValues values = host.defaults();
+  EXPECT_EQ(host.userChangedParam("Turn", values).indices, std::vector<int32_t>{3});
+  EXPECT_EQ(values.angle("Turn"), -90.5);
+}
+
 }  // namespace

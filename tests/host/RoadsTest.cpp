@@ -6,6 +6,7 @@
 
 #include "ScriptedEffect.h"
 #include "ae/Suites.h"
+#include "host/HandleStore.h"
 #include "host/Rects.h"
 
 namespace {
@@ -568,6 +569,49 @@ TEST_F(Roads, servicesActOnTheHostThatCalled) {
   other.about();
   EXPECT_EQ(other.books().openCount(Matter::kHandle), 1);
   EXPECT_EQ(host.books().openCount(Matter::kHandle), 0);
+}
+
+TEST_F(Roads, droppingASequenceThatIsNoneIsNothing) {
+  host.dropSequence();
+  EXPECT_EQ(host.sequenceData(), nullptr);
+  EXPECT_TRUE(host.books().clean()) << report();
+}
+
+TEST_F(Roads, droppingASequenceThatTheEffectHasClosedForgetsItAndFreesNothingTwice) {
+  host.loadSequence({1, 2, 3});
+  PF_Handle closed = host.sequenceData();
+  host.utils()->host_dispose_handle(closed);
+  host.dropSequence();
+  EXPECT_EQ(host.sequenceData(), nullptr);
+  // What was already closed must not be put among the disposed a second time: the two next handles would be one.
+  for (size_t i = 0; i < 2 * standin::HandleStore::kQuarantine; ++i) {
+    PF_Handle handle = host.utils()->host_new_handle(1);
+    host.utils()->host_dispose_handle(handle);
+  }
+  PF_Handle one = host.utils()->host_new_handle(1);
+  PF_Handle two = host.utils()->host_new_handle(1);
+  EXPECT_NE(one, two);
+  host.utils()->host_dispose_handle(one);
+  host.utils()->host_dispose_handle(two);
+  EXPECT_TRUE(host.books().clean()) << report();
+}
+
+TEST_F(Roads, anOriginThatTheSetUpLeavesAloneIsZeroAgain) {
+  bool moves = true;
+  std::vector<A_long> seen;
+  effect.on[PF_Cmd_FRAME_SETUP] = [&](const Call& call) {
+    if (moves) call.out->origin = {3, 4};
+    return PF_Err{0};
+  };
+  effect.on[PF_Cmd_RENDER] = [&](const Call& call) {
+    seen.push_back(call.in->output_origin_x);
+    seen.push_back(call.in->output_origin_y);
+    return PF_Err{0};
+  };
+  host.renderClassic(frameOf(4, 4), host.defaults());
+  moves = false;
+  host.renderClassic(frameOf(4, 4), host.defaults());
+  EXPECT_EQ(seen, (std::vector<A_long>{3, 4, 0, 0}));
 }
 
 }  // namespace

@@ -1,10 +1,13 @@
 // Memory, suites, worlds and the pixel services as an effect gets them: through their tables.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstddef>
 #include <cstring>
 
 #include "ScriptedEffect.h"
 #include "ae/Suites.h"
+#include "host/HandleStore.h"
 #include "host/Image.h"
 
 namespace {
@@ -270,8 +273,7 @@ TEST_F(Services, theEightBitFillGoesByTheWorldsDepth) {
 }
 
 TEST_F(Services, aNullColourClears) {
-  Image image(Depth::k32, 2, 1);
-  image.fillBytes(0x3C);
+  Image image(Depth::k32, 2, 1, 0, 0x3C);
   PF_EffectWorld world = host.lendWorld(image, "picture");
   EXPECT_EQ(host.utils()->fill(host.effectRef(), nullptr, nullptr, &world), PF_Err_NONE);
   EXPECT_TRUE(samePixels(image, Image(Depth::k32, 2, 1)));
@@ -367,6 +369,44 @@ TEST_F(Services, theLibraryFunctionsAreTheRealOnes) {
   EXPECT_EQ(host.utils()->ansi.strcpy(copy, text), copy);
   EXPECT_STREQ(copy, "5-a");
   EXPECT_EQ(host.utils()->ansi.sqrt(9.0), 3.0);
+}
+
+TEST_F(Services, aNewBlockHoldsFreshBytesToItsEndHoweverLongItIs) {
+  for (const uint64_t size : {uint64_t{65535}, uint64_t{65536}, uint64_t{200001}}) {
+    PF_Handle handle = host.utils()->host_new_handle(size);
+    const auto* bytes = static_cast<const uint8_t*>(*handle);
+    EXPECT_EQ(std::count(bytes, bytes + size, uint8_t{standin::HandleStore::kFreshByte}), static_cast<ptrdiff_t>(size));
+    host.utils()->host_dispose_handle(handle);
+  }
+}
+
+TEST_F(Services, theRenderEngineRefusesToWriteNowhere) {
+  const auto* app = suite<PFAppSuite4>(kPFAppSuite, 6);
+  EXPECT_EQ(app->PF_IsRenderEngine(nullptr), PF_Err_BAD_CALLBACK_PARAM);
+}
+
+TEST_F(Services, aCopyFromOrIntoNoWorldIsRefusedAndDrawsNothing) {
+  Image image(Depth::k8, 2, 2);
+  PF_EffectWorld world = host.lendWorld(image, "picture");
+  const auto* transform = suite<PF_WorldTransformSuite1>(kPFWorldTransformSuite, 1);
+  for (const auto copy : {transform->copy, transform->copy_hq}) {
+    EXPECT_EQ(copy(host.effectRef(), nullptr, &world, nullptr, nullptr), PF_Err_BAD_CALLBACK_PARAM);
+    EXPECT_EQ(copy(host.effectRef(), &world, nullptr, nullptr, nullptr), PF_Err_BAD_CALLBACK_PARAM);
+  }
+  EXPECT_EQ(host.books().complaintCount(Matter::kBadWorld), 4) << report();
+  EXPECT_EQ(host.log().copies.size(), 4u);
+  EXPECT_TRUE(standin::samePixels(image, Image(Depth::k8, 2, 2)));
+}
+
+TEST_F(Services, noPlaceOfTheUtilitiesIsEmpty) {
+  // An effect calls what its host does not serve all the same: a refusal is an answer, a null pointer an end.
+  const auto* table = reinterpret_cast<void* const*>(host.utils());
+  for (size_t slot = 0; slot < offsetof(PF_UtilCallbacks, reserved) / sizeof(void*); ++slot) {
+    const size_t offset = slot * sizeof(void*);
+    if (offset == offsetof(PF_UtilCallbacks, get_batch_func_is_deprecated)) continue;
+    if (offset == offsetof(PF_UtilCallbacks, ansi) + offsetof(PF_ANSICallbacks, ansi_procs)) continue;
+    EXPECT_NE(table[slot], nullptr) << "at byte " << offset;
+  }
 }
 
 }  // namespace

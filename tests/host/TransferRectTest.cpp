@@ -1,10 +1,14 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstring>
+#include <limits>
 #include <random>
 
+#include "PlainTransfer.h"
+#include "host/FillWorld.h"
 #include "host/Image.h"
-#include "host/PixelServices.h"
+#include "host/TransferRect.h"
 
 namespace {
 
@@ -306,6 +310,124 @@ TEST(Transfer, anotherModeIsRefusedAndDrawsNothing) {
                                   target.view()),
             PF_Err_BAD_CALLBACK_PARAM);
   expectPixel(target.at<PF_Pixel>(0, 0), {1, 2, 3, 4});
+}
+
+// One channel of a random pixel: often an end of the scale or a value beyond it, for all of which the forms differ.
+template <class Pixel>
+auto oddChannel(std::mt19937& random) {
+  using Channel = typename standin::PixelFacts<Pixel>::Channel;
+  const auto full = standin::PixelFacts<Pixel>::full;
+  const uint32_t kind = random() % 8;
+  if (kind < 2) return Channel{0};
+  if (kind < 4) return full;
+  if constexpr (std::is_floating_point_v<Channel>) {
+    constexpr float odd[] = {-0.0F,
+                             -0.25F,
+                             1.5F,
+                             1e-42F,
+                             3e38F,
+                             std::numeric_limits<float>::infinity(),
+                             std::numeric_limits<float>::quiet_NaN(),
+                             0.99999994F};
+    if (kind == 4) return odd[random() % 8];
+    return static_cast<float>(random()) / 4294967296.0F;
+  } else {
+    if (kind == 4) return static_cast<Channel>(full - 1);
+    if (kind == 5) return static_cast<Channel>(random());  // of 16 bits: beyond full scale, too
+    return static_cast<Channel>(random() % (uint32_t{full} + 1));
+  }
+}
+
+template <class Pixel>
+void fillOddly(Image& image, std::mt19937& random) {
+  for (int32_t y = 0; y < image.height(); ++y) {
+    for (int32_t x = 0; x < image.width(); ++x) {
+      image.at<Pixel>(x, y) = {oddChannel<Pixel>(random), oddChannel<Pixel>(random), oddChannel<Pixel>(random),
+                               oddChannel<Pixel>(random)};
+    }
+  }
+}
+
+// Bit for bit, but that one "not a number" is as good as another: which one a sum hands on is the compiler's choice.
+template <class Pixel>
+bool sameBits(const Image& a, const Image& b) {
+  using Channel = typename standin::PixelFacts<Pixel>::Channel;
+  const auto same = [](Channel one, Channel other) {
+    return std::memcmp(&one, &other, sizeof one) == 0 || (one != one && other != other);
+  };
+  for (int32_t y = 0; y < a.height(); ++y) {
+    for (int32_t x = 0; x < a.width(); ++x) {
+      const Pixel& p = a.at<Pixel>(x, y);
+      const Pixel& q = b.at<Pixel>(x, y);
+      if (!same(p.alpha, q.alpha) || !same(p.red, q.red) || !same(p.green, q.green) || !same(p.blue, q.blue)) {
+        return false;
+      }
+    }
+  }
+  return true;
+}
+
+template <class Pixel>
+class TransferTwin : public testing::Test {};
+using PixelTypes = testing::Types<PF_Pixel, PF_Pixel16, PF_PixelFloat>;
+TYPED_TEST_SUITE(TransferTwin, PixelTypes);
+
+TYPED_TEST(TransferTwin, everyModeGivesTheBytesOfThePlainForm) {
+  constexpr Depth depth = standin::PixelFacts<TypeParam>::depth;
+  constexpr uint32_t seed = 20260;
+  std::mt19937 random(seed);
+  for (int round = 0; round < 1500; ++round) {
+    Image source(depth, 24, 9);
+    Image target(depth, 20, 11, 8);
+    Image maskImage(depth, 13, 8, 4);
+    fillOddly<TypeParam>(source, random);
+    fillOddly<TypeParam>(target, random);
+    fillOddly<TypeParam>(maskImage, random);
+    constexpr PF_TransferMode modes[] = {PF_Xfer_COPY, PF_Xfer_BEHIND, PF_Xfer_IN_FRONT};
+    const bool whole = random() % 2 == 0;
+    PF_CompositeMode mode = modeOf(modes[random() % 3], whole ? 255 : static_cast<int>(random() % 256),
+                                   whole ? 32768 : static_cast<int>(random() % 65536));
+    mode.rgb_only = random() % 4 == 0 ? 1 : 0;
+    std::optional<TransferMask> mask;
+    if (random() % 3 != 0) {
+      mask = maskOf(maskImage, static_cast<int32_t>(random() % 9) - 4, static_cast<int32_t>(random() % 9) - 4,
+                    random() % 2 == 0);
+      mask->luminance = random() % 2 == 0;
+      if (random() % 8 == 0) mask->world.data = nullptr;
+    }
+    const auto x = static_cast<int32_t>(random() % 11) - 5;
+    const auto y = static_cast<int32_t>(random() % 11) - 5;
+    Image expected = target;
+    plain::Transfer<TypeParam>::rect(source, mode, mask, x, y, expected);
+    standin::transferRect(depth, nullptr, source.view(), mode, mask, x, y, target.view());
+    ASSERT_TRUE(sameBits<TypeParam>(target, expected))
+        << "seed " << seed << ", round " << round << ", mode " << mode.xfer << ", rgb only " << int{mode.rgb_only}
+        << ", opacity " << int{mode.opacity} << " " << mode.opacitySu << ", at " << x << ", " << y
+        << (mask ? ", with a mask" : "");
+    ASSERT_TRUE(target.guardsIntact());
+  }
+}
+
+TEST(Transfer, placesBeyondThirtyTwoBitsLieOutside) {
+  // 2147483647 - (-2147483648) and its like: in 32 bits the sum would come round and lie in the target.
+  Image source(Depth::k8, 3, 2);
+  PF_EffectWorld world = source.view();
+  standin::fillWorld<PF_Pixel>(world, nullptr, {255, 1, 1, 1});
+  constexpr int32_t least = std::numeric_limits<int32_t>::min();
+  constexpr int32_t most = std::numeric_limits<int32_t>::max();
+  const PF_Rect wide{least, least, 3, 2};
+  for (const auto& [x, y] : {std::pair{most, 0}, std::pair{0, most}, std::pair{most, most}}) {
+    Image target(Depth::k8, 4, 4, 4);
+    standin::transferRect(Depth::k8, &wide, source.view(), modeOf(PF_Xfer_IN_FRONT), std::nullopt, x, y, target.view());
+    EXPECT_TRUE(standin::samePixels(target, Image(Depth::k8, 4, 4))) << x << " " << y;
+  }
+  // With the rectangle's own start as place the source lies at the target's left top.
+  Image target(Depth::k8, 4, 4, 4);
+  standin::transferRect(Depth::k8, &wide, source.view(), modeOf(PF_Xfer_IN_FRONT), std::nullopt, least, least,
+                        target.view());
+  EXPECT_EQ(target.at<PF_Pixel>(0, 0).alpha, 255);
+  EXPECT_EQ(target.at<PF_Pixel>(2, 1).alpha, 255);
+  EXPECT_EQ(target.at<PF_Pixel>(3, 2).alpha, 0);
 }
 
 }  // namespace

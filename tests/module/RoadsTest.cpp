@@ -275,8 +275,7 @@ TEST_F(Roads, anEmptyInputIsATransparentFrameOnTheClassicRoadAndAnUntouchedOneOn
     request.input = Image(depth, 0, 0);
     const RenderResult smart = host.renderSmart(request, values);
     EXPECT_EQ(smart.error, 0);
-    Image untouched(depth, layerWidth, layerHeight);
-    untouched.fillBytes(static_cast<uint8_t>(host.settings().fillOfOutputs));
+    const Image untouched(depth, layerWidth, layerHeight, 0, static_cast<uint8_t>(host.settings().fillOfOutputs));
     EXPECT_TRUE(samePixels(smart.output, untouched));
     const RenderResult classic = classicLike(smart.output, request);
     EXPECT_EQ(classic.error, 0);
