@@ -1,11 +1,15 @@
 // The items of the popups, by the numbers that projects hold. Items count from 1, and a separator takes a number of its
 // own. A record may hold any number at all: an expression can set one that is no item, and each reader says what that
-// means. The items of "Dot Shape" are the DotShape of effect/raster.
+// means.
 #pragma once
 
 #include <cstdint>
 
 namespace vindrel {
+
+/// "Dot Shape": its items are the DotShape that is drawn, in the same order.
+inline constexpr int32_t firstDotShapeItem = 1;
+inline constexpr int32_t dotShapeItems = 6;
 
 /// "Rotation Type".
 enum RotationTypeItem : int32_t { rotationNormalItem = 1, rotationLookAtCenterItem = 2, rotationFixDotAngleItem = 3 };

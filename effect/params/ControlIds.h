@@ -1,4 +1,5 @@
-// Ids of the controls that code asks for by name; the numbers are those of the rows in ControlRows.cpp.
+// Ids of the controls that code asks for by name. Their rows in ControlRows.cpp use them; the ids of all other controls
+// stand in the rows alone.
 #pragma once
 
 #include <cstdint>

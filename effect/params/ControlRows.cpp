@@ -5,17 +5,14 @@
 #include <string_view>
 
 #include "ae/Constants.h"
+#include "effect/params/Choices.h"
+#include "effect/params/ControlIds.h"
 #include "effect/params/RenderParams.h"
 
 namespace vindrel {
 namespace {
 
 constexpr int effectorCount = 3;
-
-/// The id of a control of an effector group, for each of the three groups.
-struct EffectorIds {
-  int32_t first, second, third;
-};
 
 /// A row whose name, id and place in the record depend on the number of the effector: 1, 2 or 3.
 struct Numbered {
@@ -28,17 +25,14 @@ struct Numbered {
     result[text.size()] = static_cast<char>('0' + number);
     return result;
   }
-  [[nodiscard]] constexpr int32_t id(EffectorIds ids) const {
-    return number == 1 ? ids.first : number == 2 ? ids.second : ids.third;
-  }
   /// Moves a target inside EffectorParams to the group's place in the record.
   [[nodiscard]] constexpr ParamTarget target(ParamTarget inGroup) const {
     const auto group = offsetof(RenderParams, effector) + sizeof(EffectorParams) * static_cast<size_t>(number - 1);
     return {inGroup.offset + static_cast<uint32_t>(group), inGroup.size};
   }
-  [[nodiscard]] constexpr ControlRow operator()(std::string_view text, EffectorIds ids, ControlRow row) const {
+  [[nodiscard]] constexpr ControlRow operator()(std::string_view text, controlId::OfEffector id, ControlRow row) const {
     row.name = name(text);
-    row.id = id(ids);
+    row.id = id(number);
     if (row.target.size != 0) {
       row.target = target(row.target);
     }
@@ -112,13 +106,14 @@ constexpr ControlRow angle(ParamTarget target) {
   return {.kind = ControlKind::angle, .target = target};
 }
 
-constexpr ControlRow popup(ParamTarget target, int16_t choiceCount, const char* choices, int16_t defaultItem,
+/// @param choiceCount  the last item, where the list is counted right
+constexpr ControlRow popup(ParamTarget target, int32_t choiceCount, const char* choices, int32_t defaultItem,
                            ControlTemplate definition = ControlTemplate::plain) {
   return {.kind = ControlKind::popup,
           .target = target,
           .definition = definition,
           .defaultValue = static_cast<double>(defaultItem),
-          .choiceCount = choiceCount,
+          .choiceCount = static_cast<int16_t>(choiceCount),
           .choices = choices};
 }
 
@@ -145,27 +140,30 @@ constexpr ControlRow endGroup() {
 // of the definition that saved projects were made with (see theChoiceCountsOfTwoPopupsAreLargerThanTheirLists).
 constexpr ControlRow mainRows[] = {
     // clang-format off
-    row("Dot Shape", 1, popup(FIELD(dotShape), 6, "Circle|Square|Round Square|Cross|Star|Diamond", 1)),
+    row("Dot Shape", 1,
+        popup(FIELD(dotShape), dotShapeItems, "Circle|Square|Round Square|Cross|Star|Diamond", firstDotShapeItem)),
     row("Dot Color", 2, color(FIELD(dotColor), 255, 125, 20)),
-    row("Dot Size", 3, number(FIELD(dotSize), {0, 1000}, {0, 100}, 10, decimals(1))),
+    row("Dot Size", controlId::dotSize, number(FIELD(dotSize), {0, 1000}, {0, 100}, 10, decimals(1))),
     row("Dot Aspect", 4, number(FIELD(dotAspect), {-100, 100}, {-100, 100}, 0, percent(1))),
     row("Dot Rotation", 5, angle(FIELD(dotRotation))),
-    row("Rotation Type", 6, popup(FIELD(rotationType), 6, "Normal|Look At Center|Fix Dot Angle", 1)),
+    row("Rotation Type", 6, popup(FIELD(rotationType), 6, "Normal|Look At Center|Fix Dot Angle", rotationNormalItem)),
     row("Dot Opacity", 7, number(FIELD(dotOpacity), {0, 100}, {0, 100}, 100, percent(1))),
-    row("Distance Between", 8, popup(FIELD(distanceBetween), 6, "Dots|Centers", 1, ControlTemplate::supervised)),
-    row("Dot Distance X", 9, number(FIELD(dotDistanceX), {0, 10000}, {0, 100}, 20, decimals(1))),
-    row("Dot Distance Y", 10, number(FIELD(dotDistanceY), {0, 10000}, {0, 100}, 20, decimals(1))),
+    row("Distance Between", controlId::distanceBetween,
+        popup(FIELD(distanceBetween), 6, "Dots|Centers", distanceBetweenDotsItem, ControlTemplate::supervised)),
+    row("Dot Distance X", controlId::dotDistanceX, number(FIELD(dotDistanceX), {0, 10000}, {0, 100}, 20, decimals(1))),
+    row("Dot Distance Y", controlId::dotDistanceY, number(FIELD(dotDistanceY), {0, 10000}, {0, 100}, 20, decimals(1))),
     row("Center Position", 11, middle(FIELD(centerPosition))),
     row("Center Dot to Front", 125, check(FIELD(centerDotToFront))),
     row("Global Rotation", 12, angle(FIELD(globalRotation))),
-    row("Global Rotation Center", 13, popup(FIELD(globalRotationCenter), 4, "Center|FX1|FX2|FX3", 1)),
-    row("Mask", 14, popup(FIELD(mask), 3, "Normal|None|Layer", 1)),
-    row("Mask Target Layer", 15, layer(FIELD(maskTargetLayer), PF_LayerDefault_NONE)),
-    row("Invert Mask", 16, check(FIELD(invertMask))),
+    row("Global Rotation Center", 13,
+        popup(FIELD(globalRotationCenter), rotationCenterFx3Item, "Center|FX1|FX2|FX3", rotationCenterCenterItem)),
+    row("Mask", controlId::mask, popup(FIELD(mask), maskLayer, "Normal|None|Layer", maskNormal)),
+    row("Mask Target Layer", controlId::maskTargetLayer, layer(FIELD(maskTargetLayer), PF_LayerDefault_NONE)),
+    row("Invert Mask", controlId::invertMask, check(FIELD(invertMask))),
     row("Clear Background", 17, check(FIELD(clearBackground))),
 
     row("Randomize", 18, group()),
-    row("Random Interval", 20, steps(FIELD(randomInterval), {0, 1000}, {0, 60}, 0)),
+    row("Random Interval", controlId::randomInterval, steps(FIELD(randomInterval), {0, 1000}, {0, 60}, 0)),
     row("Random Array", 132, steps(FIELD(randomArray), {0, 10}, {0, 10}, 0)),
     row("Random Seed", 21, steps(FIELD(randomSeed), {0, 10000}, {0, 100}, 0)),
     row("Size", 22, number(FIELD(randomSize), {0, 50}, {0, 1}, 0, decimals(2))),
@@ -185,41 +183,44 @@ constexpr ControlRow mainRows[] = {
 constexpr std::array<ControlRow, 30> effectorRows(Numbered n) {
   return {
       // clang-format off
-      n("Effector", {35, 65, 95}, group()),
-      n("Enable Effector ", {37, 67, 97}, check(EFFECTOR_FIELD(enabled))),
-      n("Position ", {41, 71, 101}, middle(EFFECTOR_FIELD(position))),
-      n("Size ", {42, 72, 102}, number(EFFECTOR_FIELD(size), {0, 5000}, {0, 1000}, 200, decimals(1))),
-      n("Angle ", {40, 70, 100}, angle(EFFECTOR_FIELD(angle))),
-      n("Falloff ", {43, 73, 103}, number(EFFECTOR_FIELD(falloff), {0, 100}, {0, 100}, 100, percent(1))),
-      n("Effect Map ", {136, 137, 138},
-        popup(EFFECTOR_FIELD(effectMap), 6, "Use Custom Map|(-|Radial|Radial Mirror|Linear|Linear Mirror", 3)),
-      n("Custom Map Layer ", {45, 75, 105}, layer(EFFECTOR_FIELD(customMapLayer), PF_LayerDefault_MYSELF)),
-      n("Fit to Layer ", {139, 140, 141}, check(EFFECTOR_FIELD(fitToLayer))),
-      n("Pick Source Color ", {129, 130, 131}, check(EFFECTOR_FIELD(pickSourceColor))),
-      n("Tiling ", {133, 134, 135}, popup(EFFECTOR_FIELD(tiling), 4, "None|Repeat|Mirror|Extend Edge", 1)),
-      n("Center Dot to Front ", {126, 127, 128}, check(EFFECTOR_FIELD(centerDotToFront))),
-      n("Absolute ", {46, 76, 106}, check(EFFECTOR_FIELD(absolute))),
-      n("ABS Size ", {47, 77, 107}, number(EFFECTOR_FIELD(absSize), {0, 1000}, {0, 100}, 20, decimals(1))),
-      n("ABS Aspect ", {48, 78, 108}, number(EFFECTOR_FIELD(absAspect), {-100, 100}, {-100, 100}, 0, percent(0))),
-      n("ABS Rotation ", {49, 79, 109}, angle(EFFECTOR_FIELD(absRotation))),
-      n("ABS Opacity ", {50, 80, 110}, number(EFFECTOR_FIELD(absOpacity), {0, 100}, {0, 100}, 100, percent(0))),
-      n("Ratio Size ", {52, 82, 112}, number(EFFECTOR_FIELD(ratioSize), {0, 100}, {0, 10}, 1, decimals(1))),
-      n("Ratio Aspect ", {53, 83, 113}, number(EFFECTOR_FIELD(ratioAspect), {0, 100}, {0, 10}, 1, decimals(1))),
-      n("Ratio Rotation ", {54, 84, 114}, number(EFFECTOR_FIELD(ratioRotation), {0, 100}, {0, 10}, 1, decimals(1))),
-      n("Ratio Opacity ", {55, 85, 115}, number(EFFECTOR_FIELD(ratioOpacity), {0, 100}, {0, 10}, 1, decimals(1))),
-      n("Offset Size ", {57, 87, 117}, number(EFFECTOR_FIELD(offsetSize), {-100, 100}, {-100, 100}, 0, decimals(1))),
-      n("Offset Aspect ", {58, 88, 118}, number(EFFECTOR_FIELD(offsetAspect), {-100, 100}, {-100, 100}, 0, percent(0))),
-      n("Offset Rotation ", {59, 89, 119}, angle(EFFECTOR_FIELD(offsetRotation))),
-      n("Offset Opacity ", {60, 90, 120},
+      n("Effector", {35, 30}, group()),
+      n("Enable Effector ", controlId::enableEffector, check(EFFECTOR_FIELD(enabled))),
+      n("Position ", controlId::position, middle(EFFECTOR_FIELD(position))),
+      n("Size ", controlId::size, number(EFFECTOR_FIELD(size), {0, 5000}, {0, 1000}, 200, decimals(1))),
+      n("Angle ", controlId::angle, angle(EFFECTOR_FIELD(angle))),
+      n("Falloff ", controlId::falloff, number(EFFECTOR_FIELD(falloff), {0, 100}, {0, 100}, 100, percent(1))),
+      n("Effect Map ", controlId::effectMap,
+        popup(EFFECTOR_FIELD(effectMap), linearMirrorMapItem,
+              "Use Custom Map|(-|Radial|Radial Mirror|Linear|Linear Mirror", radialMapItem)),
+      n("Custom Map Layer ", controlId::customMapLayer, layer(EFFECTOR_FIELD(customMapLayer), PF_LayerDefault_MYSELF)),
+      n("Fit to Layer ", controlId::fitToLayer, check(EFFECTOR_FIELD(fitToLayer))),
+      n("Pick Source Color ", controlId::pickSourceColor, check(EFFECTOR_FIELD(pickSourceColor))),
+      n("Tiling ", controlId::tiling,
+        popup(EFFECTOR_FIELD(tiling), tilingExtendEdgeItem, "None|Repeat|Mirror|Extend Edge", tilingNoneItem)),
+      n("Center Dot to Front ", controlId::centerDotToFront, check(EFFECTOR_FIELD(centerDotToFront))),
+      n("Absolute ", controlId::absolute, check(EFFECTOR_FIELD(absolute))),
+      n("ABS Size ", controlId::absSize, number(EFFECTOR_FIELD(absSize), {0, 1000}, {0, 100}, 20, decimals(1))),
+      n("ABS Aspect ", controlId::absAspect,
+        number(EFFECTOR_FIELD(absAspect), {-100, 100}, {-100, 100}, 0, percent(0))),
+      n("ABS Rotation ", controlId::absRotation, angle(EFFECTOR_FIELD(absRotation))),
+      n("ABS Opacity ", controlId::absOpacity, number(EFFECTOR_FIELD(absOpacity), {0, 100}, {0, 100}, 100, percent(0))),
+      n("Ratio Size ", {52, 30}, number(EFFECTOR_FIELD(ratioSize), {0, 100}, {0, 10}, 1, decimals(1))),
+      n("Ratio Aspect ", {53, 30}, number(EFFECTOR_FIELD(ratioAspect), {0, 100}, {0, 10}, 1, decimals(1))),
+      n("Ratio Rotation ", {54, 30}, number(EFFECTOR_FIELD(ratioRotation), {0, 100}, {0, 10}, 1, decimals(1))),
+      n("Ratio Opacity ", {55, 30}, number(EFFECTOR_FIELD(ratioOpacity), {0, 100}, {0, 10}, 1, decimals(1))),
+      n("Offset Size ", {57, 30}, number(EFFECTOR_FIELD(offsetSize), {-100, 100}, {-100, 100}, 0, decimals(1))),
+      n("Offset Aspect ", {58, 30}, number(EFFECTOR_FIELD(offsetAspect), {-100, 100}, {-100, 100}, 0, percent(0))),
+      n("Offset Rotation ", {59, 30}, angle(EFFECTOR_FIELD(offsetRotation))),
+      n("Offset Opacity ", {60, 30},
         number(EFFECTOR_FIELD(offsetOpacity), {-100, 100}, {-100, 100}, 0, percent(0))),
-      n("Color ", {61, 91, 121}, check(EFFECTOR_FIELD(color))),
+      n("Color ", controlId::color, check(EFFECTOR_FIELD(color))),
       // "Substract" is spelt so on purpose: it is the text that users of the effect know.
-      n("Blend Mode ", {62, 92, 122},
-        popup(EFFECTOR_FIELD(blendMode), 14,
+      n("Blend Mode ", controlId::blendMode,
+        popup(EFFECTOR_FIELD(blendMode), blendExclusionItem,
               "Normal|(-|Add|Substract|Multiply|Screen|Overlay|Hard Light|Soft Light|(-|Darken|Lighten|Difference|"
-              "Exclusion", 1)),
-      n("Blend Color ", {63, 93, 123}, color(EFFECTOR_FIELD(blendColor), 255, 255, 255)),
-      n("Shift Hue ", {64, 94, 124}, angle(EFFECTOR_FIELD(shiftHue))),
+              "Exclusion", blendNormalItem)),
+      n("Blend Color ", controlId::blendColor, color(EFFECTOR_FIELD(blendColor), 255, 255, 255)),
+      n("Shift Hue ", controlId::shiftHue, angle(EFFECTOR_FIELD(shiftHue))),
       endGroup(),
       // clang-format on
   };

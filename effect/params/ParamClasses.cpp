@@ -7,11 +7,11 @@
 #include "effect/params/ParamGetter.h"
 #include "effect/params/StoredDefaults.h"
 #include "effect/pixel/Truncate.h"
+#include "effect/pixel/Units.h"
 
 namespace vindrel {
 namespace {
 
-constexpr double degreesPerFixed = 1.52587890625e-05;  // 1 / 65536
 constexpr double fixedPerDegree = 65536.0;
 
 /// A key of a colour: the control's name, a dot and the letter of the channel.
@@ -132,7 +132,7 @@ ParamAddAngle::ParamAddAngle(const ControlRow& row, const PF_ParamDef& definitio
       defaultValue(truncateToInt32(row.defaultValue * fixedPerDegree)) {}
 
 PF_Err ParamAddAngle::Add(PF_InData* in_data, int32_t paramId, const char* settingsPath) {
-  const double degrees = storedNumber(in_data, name, defaultValue * degreesPerFixed, settingsPath);
+  const double degrees = storedNumber(in_data, name, defaultValue * twoToMinus16, settingsPath);
   const PF_Fixed initial = truncateToInt32(degrees * fixedPerDegree);
   def.u.ad.value = initial;
   def.u.ad.dephault = initial;
@@ -140,7 +140,7 @@ PF_Err ParamAddAngle::Add(PF_InData* in_data, int32_t paramId, const char* setti
 }
 
 void ParamAddAngle::SaveDefault(const char* settingsPath) {
-  storeNumber(name, def.u.ad.value * degreesPerFixed, settingsPath);
+  storeNumber(name, def.u.ad.value * twoToMinus16, settingsPath);
 }
 
 ParamAddPopup::ParamAddPopup(const ControlRow& row, const PF_ParamDef& definition)

@@ -4,6 +4,7 @@
 
 #include "ae/Constants.h"
 #include "ae/Suites.h"
+#include "effect/params/Choices.h"
 #include "effect/params/ControlIds.h"
 #include "effect/params/ParamTable.h"
 #include "effect/params/SequenceRecord.h"
@@ -12,14 +13,6 @@
 
 namespace vindrel {
 namespace {
-
-constexpr int32_t maskNoneItem = 2;
-constexpr int32_t maskLayerItem = 3;
-constexpr int32_t customMapItem = 1;
-constexpr int32_t linearItem = 5;
-constexpr int32_t linearMirrorItem = 6;
-constexpr int32_t betweenDotsItem = 1;
-constexpr int32_t betweenCentersItem = 2;
 
 /// "PF Param Utils Suite" 2 for the length of one command. No suite record has a slot for it.
 class ParamUtils {
@@ -75,8 +68,8 @@ class Controls {
 
 void applyMaskRules(const Controls& controls) {
   const int32_t mask = controls.item(controlId::mask);
-  controls.setEnabled(controlId::maskTargetLayer, mask == maskLayerItem);
-  controls.setEnabled(controlId::invertMask, mask != maskNoneItem);
+  controls.setEnabled(controlId::maskTargetLayer, mask == maskLayer);
+  controls.setEnabled(controlId::invertMask, mask != maskNone);
 }
 
 /// What an effector that is on shows, by its own controls. Overrules the rule of the whole group.
@@ -87,7 +80,7 @@ void applyRulesInside(const Controls& controls, int n) {
   const bool ownPlace = controls.checked(fitToLayer(n)) == 0;
   controls.setEnabled({customMapLayer(n), tiling(n), fitToLayer(n), pickSourceColor(n)}, customMap);
   controls.setEnabled({size(n), falloff(n)}, !customMap);
-  controls.setEnabled(angle(n), (customMap && ownPlace) || map == linearItem || map == linearMirrorItem);
+  controls.setEnabled(angle(n), (customMap && ownPlace) || map == linearMapItem || map == linearMirrorMapItem);
   controls.setEnabled(position(n), !customMap || ownPlace);
   controls.setEnabled({absSize(n), absAspect(n), absRotation(n), absOpacity(n)}, controls.checked(absolute(n)) == 1);
   controls.setEnabled({blendMode(n), blendColor(n)}, controls.checked(color(n)) == 1);
@@ -122,11 +115,11 @@ void noteDistanceMode(PF_InData* in_data, const Controls& controls) {
 
 /// A distance between dots of D is a distance between centres of D plus the size of a dot.
 double convertedDistance(double distance, double dotSize, int32_t mode) {
-  if (mode == betweenDotsItem) {
+  if (mode == distanceBetweenDotsItem) {
     const double between = distance - dotSize;
     return between > 0.0 ? between : 0.0;
   }
-  return mode == betweenCentersItem ? distance + dotSize : distance;
+  return mode == distanceBetweenCentersItem ? distance + dotSize : distance;
 }
 
 }  // namespace
