@@ -9,16 +9,11 @@
 #include <cstring>
 
 #include "platform/Dialog.h"
+#include "platform/ResourceIds.h"
 
 namespace platform {
 
 namespace {
-
-constexpr int32_t dialogId = 101;
-constexpr int32_t groupControl = 1015;
-constexpr int32_t saveControl = 1010;
-constexpr int32_t restoreControl = 1012;
-constexpr int32_t bannerControl = 1017;
 
 // 315 by 244 dialog units at the usual font of 6 by 13 pixels: a unit is a quarter across and an eighth down.
 constexpr int32_t dialogWidth = 315 * 6 / 4;
@@ -77,8 +72,8 @@ void writeLog(const StandInDialog& dialog) {
 
 void answer(StandInDialog& dialog) {
   const char* const wanted = std::getenv("VINDREL_DIALOG_ANSWER");
-  if (wanted && std::strcmp(wanted, "save") == 0) click(dialog, saveControl);
-  if (wanted && std::strcmp(wanted, "restore") == 0) click(dialog, restoreControl);
+  if (wanted && std::strcmp(wanted, "save") == 0) click(dialog, VINDREL_SAVE_DEFAULTS);
+  if (wanted && std::strcmp(wanted, "restore") == 0) click(dialog, VINDREL_RESTORE_DEFAULTS);
   if (!dialog.ended) dialog.procedure(&dialog.self, messageCommand, commandCancel, 0);
 }
 
@@ -90,11 +85,12 @@ Module GetModuleHandleA(const char* path) {
 }
 
 intptr_t DialogBoxParamA(Module module, int32_t id, Window, DialogProcedure procedure, intptr_t parameter) {
-  if (!module || id != dialogId) return -1;
+  if (!module || id != VINDREL_OPTION_DIALOG) return -1;
   StandInDialog dialog;
   dialog.procedure = procedure;
   dialog.self.place = {0, 0, dialogWidth, dialogHeight};
-  constexpr std::array<int32_t, 4> ids{groupControl, saveControl, restoreControl, bannerControl};
+  constexpr std::array<int32_t, 4> ids{VINDREL_SETTINGS_GROUP, VINDREL_SAVE_DEFAULTS, VINDREL_RESTORE_DEFAULTS,
+                                       VINDREL_BANNER_CONTROL};
   for (size_t i = 0; i < ids.size(); ++i) {
     dialog.controls[i].id = ids[i];
     dialog.controls[i].owner = &dialog.self;

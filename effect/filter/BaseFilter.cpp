@@ -1,9 +1,7 @@
 #include "effect/filter/BaseFilter.h"
 
-#include "effect/filter/ClassicRoad.h"
-#include "effect/filter/SequenceData.h"
-#include "effect/filter/SmartRoad.h"
-#include "effect/options/About.h"
+#include "effect/filter/Roads.h"
+#include "effect/options/Messages.h"
 #include "effect/options/OptionDialog.h"
 #include "effect/params/ParamRules.h"
 #include "effect/params/ParamTable.h"
@@ -85,34 +83,15 @@ PF_Err BaseFilter::UpdateParamsUi(PF_InData* in_data, PF_OutData* out_data, PF_P
 }
 
 PF_Err BaseFilter::Render(PF_InData* in_data, PF_OutData* out_data, PF_ParamDef* params[], PF_LayerDef* output) {
-  constexpr ClassicRoad road{.makesCanvas = false, .releasesAfterFailedFetch = true};
-  return renderClassic(*this, road, in_data, out_data, params, output);
+  return renderClassic(*this, RoadOf::baseFilter, in_data, out_data, params, output);
 }
 
 PF_Err BaseFilter::SmartPreRender(PF_InData* in_data, PF_OutData*, PF_PreRenderExtra* extra) {
-  constexpr SmartRoad road{.makesCanvas = false, .keepsSuites = false, .asksForWholeLayer = false};
-  return preRenderSmart(road, in_data, extra);
+  return preRenderSmart(RoadOf::baseFilter, in_data, extra);
 }
 
 PF_Err BaseFilter::SmartRender(PF_InData* in_data, PF_OutData* out_data, PF_SmartRenderExtra* extra) {
-  constexpr SmartRoad road{.makesCanvas = false, .keepsSuites = false, .asksForWholeLayer = false};
-  return renderSmart(*this, road, in_data, out_data, extra);
-}
-
-PF_Err BaseFilter::SequenceSetup(PF_InData* in_data, PF_OutData* out_data) {
-  return setUpSequence(in_data, out_data);
-}
-
-PF_Err BaseFilter::SequenceSetdown(PF_InData* in_data, PF_OutData*) {
-  return setDownSequence(in_data);
-}
-
-PF_Err BaseFilter::SequenceFlatten(PF_InData* in_data, PF_OutData* out_data) {
-  return flattenSequence(in_data, out_data);
-}
-
-PF_Err BaseFilter::SequenceResetup(PF_InData* in_data, PF_OutData* out_data) {
-  return resetUpSequence(in_data, out_data);
+  return renderSmart(*this, RoadOf::baseFilter, in_data, out_data, extra);
 }
 
 PF_Err BaseFilter::QueryDynamicFlags(PF_InData*, PF_OutData*) {

@@ -1,14 +1,13 @@
-#include "effect/filter/CustomFilter.h"
-
+// The halftone filter: the one filter that the module makes.
 #include <cstring>
 #include <new>
 
-#include "effect/filter/ClassicRoad.h"
+#include "effect/filter/BaseFilter.h"
+#include "effect/filter/ComposeFrame.h"
 #include "effect/filter/EntryPoint.h"
-#include "effect/filter/RenderFrame.h"
-#include "effect/filter/SmartRoad.h"
+#include "effect/filter/FrameRecord.h"
+#include "effect/filter/Roads.h"
 #include "effect/params/ControlIds.h"
-#include "effect/params/FrameRecord.h"
 #include "effect/params/ParamTable.h"
 #include "effect/pixel/Pixel.h"
 
@@ -16,7 +15,18 @@ namespace vindrel {
 
 namespace {
 
-constexpr SmartRoad smartRoad{.makesCanvas = true, .keepsSuites = true, .asksForWholeLayer = true};
+class CustomFilter final : public BaseFilter {
+ public:
+  PF_Err Render(PF_InData* in_data, PF_OutData* out_data, PF_ParamDef* params[], PF_LayerDef* output) override;
+  PF_Err SmartPreRender(PF_InData* in_data, PF_OutData* out_data, PF_PreRenderExtra* extra) override;
+  PF_Err SmartRender(PF_InData* in_data, PF_OutData* out_data, PF_SmartRenderExtra* extra) override;
+
+  /// Asks for wide time input only while "Random Interval" isn't 0.
+  PF_Err QueryDynamicFlags(PF_InData* in_data, PF_OutData* out_data) override;
+
+  /// Draws at the depth of the frame's pixel format; 514 for a format that isn't one of the three.
+  PF_Err RenderFrame(FrameRecord& frame) override;
+};
 
 }  // namespace
 
@@ -25,16 +35,15 @@ BaseFilter* MakeFilter() {
 }
 
 PF_Err CustomFilter::Render(PF_InData* in_data, PF_OutData* out_data, PF_ParamDef* params[], PF_LayerDef* output) {
-  constexpr ClassicRoad road{.makesCanvas = true, .releasesAfterFailedFetch = false};
-  return renderClassic(*this, road, in_data, out_data, params, output);
+  return renderClassic(*this, RoadOf::customFilter, in_data, out_data, params, output);
 }
 
 PF_Err CustomFilter::SmartPreRender(PF_InData* in_data, PF_OutData*, PF_PreRenderExtra* extra) {
-  return preRenderSmart(smartRoad, in_data, extra);
+  return preRenderSmart(RoadOf::customFilter, in_data, extra);
 }
 
 PF_Err CustomFilter::SmartRender(PF_InData* in_data, PF_OutData* out_data, PF_SmartRenderExtra* extra) {
-  return renderSmart(*this, smartRoad, in_data, out_data, extra);
+  return renderSmart(*this, RoadOf::customFilter, in_data, out_data, extra);
 }
 
 PF_Err CustomFilter::QueryDynamicFlags(PF_InData* in_data, PF_OutData* out_data) {
@@ -57,11 +66,11 @@ PF_Err CustomFilter::QueryDynamicFlags(PF_InData* in_data, PF_OutData* out_data)
 PF_Err CustomFilter::RenderFrame(FrameRecord& frame) {
   switch (frame.pixel_format) {
     case PF_PixelFormat_ARGB32:
-      return renderFrame<Pixel8>(frame);
+      return composeFrame<Pixel8>(frame);
     case PF_PixelFormat_ARGB64:
-      return renderFrame<Pixel16>(frame);
+      return composeFrame<Pixel16>(frame);
     case PF_PixelFormat_ARGB128:
-      return renderFrame<Pixel32>(frame);
+      return composeFrame<Pixel32>(frame);
     default:
       return PF_Err_UNRECOGNIZED_PARAM_TYPE;
   }

@@ -5,9 +5,9 @@
 
 #include "ae/Constants.h"
 #include "effect/filter/BaseFilter.h"
+#include "effect/options/LanguageOptions.h"
 #include "effect/params/ParamTable.h"
-#include "effect/share/util/AEException.h"
-#include "effect/share/util/PendingErrors.h"
+#include "effect/share/util/Errors.h"
 #include "effect/share/util/SuiteCache.h"
 
 namespace vindrel {
@@ -27,6 +27,8 @@ PF_Err buildModule(PF_InData* in_data) {
       AEUtil::pendingErrors->reserve();
     }
   }
+  // Under After Effects the language is read here, early; elsewhere the first text that is looked up has it read.
+  if (in_data->appl_id == kAppIdAfterEffects) ReadCommandLine();
   DeclareParams(in_data);
   filter = MakeFilter();
   return filter != nullptr ? PF_Err_NONE : PF_Err_OUT_OF_MEMORY;

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 
-#include "effect/filter/CanvasSize.h"
+#include "effect/filter/FrameRecord.h"
 #include "effect/params/Choices.h"
 #include "effect/pixel/Convert.h"
 #include "effect/pixel/Units.h"

@@ -1,13 +1,26 @@
-#include "effect/filter/SequenceData.h"
-
+// What an instance remembers between commands, and the form in which projects keep it.
+//
+// The record in memory (params/SequenceRecord.h) lies in a handle of 32 bytes. The stored form is 24 bytes, fixed for
+// ever:
+//
+//   offset  0   4 bytes  magic, q e s p
+//           4   4 bytes  1: this is the stored form
+//           8   4 bytes  version, 1
+//          12   4 bytes  size, 24
+//          16   4 bytes  reserved bytes
+//          20   4 bytes  reserved word
+//
+// all numbers least significant byte first. Version and size stand the other way round than in memory, so a record
+// that was stored without being flattened doesn't pass for the stored form and is replaced by a new one.
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <vector>
 
 #include "ae/Constants.h"
+#include "effect/filter/BaseFilter.h"
 #include "effect/params/SequenceRecord.h"
-#include "effect/share/util/LockedHandle.h"
+#include "effect/share/util/HostMemory.h"
 
 namespace vindrel {
 
@@ -96,7 +109,7 @@ bool beginsWithMagic(const PF_InData& in_data, PF_Handle handle) {
 
 }  // namespace
 
-PF_Err setUpSequence(PF_InData* in_data, PF_OutData* out_data) {
+PF_Err BaseFilter::SequenceSetup(PF_InData* in_data, PF_OutData* out_data) {
   PF_Handle handle = in_data->utils->host_new_handle(sizeof(SequenceRecord));
   if (handle == nullptr) {
     return PF_Err_OUT_OF_MEMORY;
@@ -110,14 +123,14 @@ PF_Err setUpSequence(PF_InData* in_data, PF_OutData* out_data) {
   return PF_Err_NONE;
 }
 
-PF_Err setDownSequence(PF_InData* in_data) {
+PF_Err BaseFilter::SequenceSetdown(PF_InData* in_data, PF_OutData*) {
   if (in_data->sequence_data != nullptr) {
     in_data->utils->host_dispose_handle(in_data->sequence_data);
   }
   return PF_Err_NONE;
 }
 
-PF_Err flattenSequence(PF_InData* in_data, PF_OutData* out_data) {
+PF_Err BaseFilter::SequenceFlatten(PF_InData* in_data, PF_OutData* out_data) {
   const LockedRecord old(out_data->sequence_data, LockedRecord::asItIs);
   if (old.record() == nullptr) {
     return PF_Err_INTERNAL_STRUCT_DAMAGED;
@@ -139,15 +152,15 @@ PF_Err flattenSequence(PF_InData* in_data, PF_OutData* out_data) {
   return PF_Err_NONE;
 }
 
-PF_Err resetUpSequence(PF_InData* in_data, PF_OutData* out_data) {
+PF_Err BaseFilter::SequenceResetup(PF_InData* in_data, PF_OutData* out_data) {
   if (in_data->sequence_data == nullptr || !beginsWithMagic(*in_data, in_data->sequence_data)) {
-    return setUpSequence(in_data, out_data);
+    return BaseFilter::SequenceSetup(in_data, out_data);
   }
   const AEUtil::LockedHandle old(in_data->sequence_data);
   if (old.block() == nullptr) {
     return PF_Err_INTERNAL_STRUCT_DAMAGED;
   }
-  const PF_Err err = setUpSequence(in_data, out_data);
+  const PF_Err err = BaseFilter::SequenceSetup(in_data, out_data);
   if (err != PF_Err_NONE) {
     return err;
   }

@@ -3,9 +3,10 @@
 #include <algorithm>
 #include <iterator>
 
+#include "effect/options/LanguageOptions.h"
 #include "effect/share/util/Identity.h"
-#include "effect/share/util/LanguageOptions.h"
 #include "platform/CodePage.h"
+#include "platform/KeyState.h"
 
 namespace vindrel {
 
@@ -55,9 +56,24 @@ const char* LookupMessage(int32_t id) {
   if (row == std::end(messageRows)) return "-";
   if (!row->english) return row->japanese;
   ReadCommandLine();
-  const uint32_t code = languageState.options.languageCode;
+  const uint32_t code = languageState.languageCode;
   const bool japanese = code != 0 ? code == languageJapanese : platform::GetACP() == platform::codePageShiftJis;
   return japanese ? row->japanese : row->english;
+}
+
+PF_Err About(PF_InData* in_data, PF_OutData* out_data, PF_ParamDef*[], PF_LayerDef*) {
+  const bool shiftDown = platform::GetKeyState(platform::keyShift) < 0;
+  const char* const copyright = LookupMessage(messageCopyright);
+  // The empty text is the place of a note on the edition, of which there is one only. The host breaks the line at a
+  // carriage return.
+  if (shiftDown) {
+    in_data->utils->ansi.sprintf(out_data->return_msg, "%s %d.%d.%d %s build:%d %s\r\r%s", effectName, versionMajor,
+                                 versionMinor, versionBugFix, versionStageName, versionBuild, "", copyright);
+  } else {
+    in_data->utils->ansi.sprintf(out_data->return_msg, "%s %d.%d.%d %s\r\r%s", effectName, versionMajor, versionMinor,
+                                 versionBugFix, "", copyright);
+  }
+  return PF_Err_NONE;
 }
 
 }  // namespace vindrel

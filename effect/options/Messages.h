@@ -1,10 +1,12 @@
-// The texts that the effect shows, in Japanese and in English, and the choice between the two.
+// The texts that the effect shows, in Japanese and in English, the choice between the two, and the About box.
 //
 // Rests on the command line of the host process and on the system's code page. Texts are constants: nothing is
 // translated at run time, and Japanese stands in Shift-JIS, which the host and the dialog show as it is.
 #pragma once
 
 #include <cstdint>
+
+#include "ae/InOutData.h"
 
 namespace vindrel {
 
@@ -23,5 +25,9 @@ inline constexpr int32_t messageRestoreDefaults = 6;
 /// The text with this id in the language of this process, never null; "-" for an id that isn't there. The text is a
 /// constant of the module.
 const char* LookupMessage(int32_t id);
+
+/// Writes name, version and copyright line into `out_data->return_msg`, which the host shows; with the Shift key down
+/// also stage and build. Uses the host's sprintf. Returns 0; `params` and `output` are not looked at.
+PF_Err About(PF_InData* in_data, PF_OutData* out_data, PF_ParamDef* params[], PF_LayerDef* output);
 
 }  // namespace vindrel

@@ -2,9 +2,9 @@
 
 #include "ae/Constants.h"
 #include "effect/options/Messages.h"
-#include "effect/options/ResourceIds.h"
 #include "effect/params/StoredDefaults.h"
 #include "effect/share/util/SuiteCache.h"
+#include "platform/ResourceIds.h"
 
 namespace vindrel {
 

@@ -4,7 +4,11 @@
 
 #include <cstdint>
 
-namespace vindrel::controlId {
+namespace vindrel {
+
+inline constexpr int effectorCount = 3;
+
+namespace controlId {
 
 inline constexpr int32_t dotSize = 3;
 inline constexpr int32_t distanceBetween = 8;
@@ -44,4 +48,6 @@ inline constexpr OfEffector tiling{133, 1};
 inline constexpr OfEffector effectMap{136, 1};
 inline constexpr OfEffector fitToLayer{139, 1};
 
-}  // namespace vindrel::controlId
+}  // namespace controlId
+
+}  // namespace vindrel

@@ -12,8 +12,6 @@
 namespace vindrel {
 namespace {
 
-constexpr int effectorCount = 3;
-
 /// A row whose name, id and place in the record depend on the number of the effector: 1, 2 or 3.
 struct Numbered {
   int number;

@@ -99,9 +99,6 @@ PF_Err ParamAddFloatSlider::Add(PF_InData* in_data, int32_t paramId, const char*
   def.u.fs_d.precision = precision;
   def.u.fs_d.display_flags = displayFlags;
   def.u.fs_d.curve_tolerance = 0.05f;
-  if (wantPhase != 0) {
-    def.u.fs_d.fs_flags |= PF_FSliderFlag_WANT_PHASE;
-  }
   return addToHost(in_data, PF_Param_FLOAT_SLIDER, paramId);
 }
 
@@ -118,8 +115,7 @@ PF_Err ParamAddCheckbox::Add(PF_InData* in_data, int32_t paramId, const char* se
   const auto initial = static_cast<int8_t>(storedInteger(in_data, name, defaultValue, settingsPath));
   def.u.bd.value = initial;  // NOLINT(bugprone-signed-char-misuse): the sign is meant
   def.u.bd.dephault = initial;
-  def.u.bd.u.nameptr = label;
-  def.flags |= extraFlags;
+  def.u.bd.u.nameptr = "";  // only the control's own name is shown
   return addToHost(in_data, PF_Param_CHECKBOX, paramId);
 }
 
@@ -197,7 +193,7 @@ PF_Err ParamAddPoint::Add(PF_InData* in_data, int32_t paramId, const char* /*set
   def.u.td.y_value = defaultY & wholePercent;
   def.u.td.x_dephault = defaultX & wholePercent;
   def.u.td.y_dephault = defaultY & wholePercent;
-  def.u.td.restrict_bounds = restrictBounds;
+  def.u.td.restrict_bounds = 0;
   return addToHost(in_data, PF_Param_POINT, paramId);
 }
 

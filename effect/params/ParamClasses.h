@@ -39,11 +39,9 @@ class ParamAddFloatSlider final : public BaseParam {
   void SaveDefault(const char* settingsPath) override;
 
   float validMin, validMax, sliderMin, sliderMax;
-  float unused = 0.0f;  ///< always zero and read by nothing; keeps the layout of the object
   float defaultValue;
-  int16_t precision;      ///< decimals shown
-  int16_t displayFlags;   ///< PF_ValueDisplayFlag_PERCENT or 0
-  int32_t wantPhase = 0;  ///< always 0
+  int16_t precision;     ///< decimals shown
+  int16_t displayFlags;  ///< PF_ValueDisplayFlag_PERCENT or 0
 };
 
 class ParamAddCheckbox final : public BaseParam {
@@ -52,9 +50,7 @@ class ParamAddCheckbox final : public BaseParam {
   PF_Err Add(PF_InData* in_data, int32_t paramId, const char* settingsPath) override;
   void SaveDefault(const char* settingsPath) override;
 
-  const char* label = "";  ///< always empty, so that only the control's name is shown
   int8_t defaultValue;
-  PF_ParamFlags extraFlags = 0;  ///< always 0
 };
 
 class ParamAddAngle final : public BaseParam {
@@ -94,7 +90,6 @@ class ParamAddPoint final : public BaseParam {
   PF_Err Add(PF_InData* in_data, int32_t paramId, const char* settingsPath) override;
 
   PF_Fixed defaultX, defaultY;  ///< percent of the layer, 16.16
-  int8_t restrictBounds = 0;    ///< always 0
 };
 
 /// Opens a group; has no value.

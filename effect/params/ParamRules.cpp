@@ -8,7 +8,7 @@
 #include "effect/params/ControlIds.h"
 #include "effect/params/ParamTable.h"
 #include "effect/params/SequenceRecord.h"
-#include "effect/share/util/LockedHandle.h"
+#include "effect/share/util/HostMemory.h"
 #include "effect/share/util/SuiteCache.h"
 
 namespace vindrel {
@@ -134,7 +134,7 @@ PF_Err UpdateParamsRules(PF_InData* in_data, PF_OutData* out_data, PF_ParamDef**
     return PF_Err_NONE;
   }
   applyMaskRules(controls);
-  for (int effector = 1; effector <= 3; ++effector) {
+  for (int effector = 1; effector <= effectorCount; ++effector) {
     applyEffectorRules(controls, effector);
   }
   noteDistanceMode(in_data, controls);

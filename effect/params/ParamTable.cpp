@@ -4,10 +4,8 @@
 #include <iterator>
 
 #include "ae/Constants.h"
-#include "effect/params/ControlIds.h"
 #include "effect/params/ControlRows.h"
 #include "effect/params/ParamClasses.h"
-#include "effect/share/util/LanguageOptions.h"
 #include "effect/share/util/SuiteCache.h"
 
 namespace vindrel {
@@ -130,22 +128,6 @@ PF_Err walk(Step step) {
   return err;
 }
 
-/// Asks for the size of a layer control's layer, then requests the whole of it under `checkoutId`.
-PF_Err checkoutLayer(PF_InData* in_data, PF_PreRenderExtra* extra, int32_t paramId, A_long checkoutId) {
-  const int32_t index = HostIndexOf(paramId);
-  PF_RenderRequest request{};
-  request.channel_mask = PF_ChannelMask_ARGB;
-  PF_CheckoutResult result{};
-  const auto checkout = [&](A_long id) {
-    return extra->cb->checkout_layer(in_data->effect_ref, index, id, &request, in_data->current_time,
-                                     in_data->time_step, in_data->time_scale, &result);
-  };
-  const PF_Err err = checkout(checkoutId + sizeProbeOffset);
-  if (err != PF_Err_NONE) return err;
-  request.rect = {0, 0, result.ref_width, result.ref_height};
-  return checkout(checkoutId);
-}
-
 }  // namespace
 
 void DeclareParams(PF_InData* in_data) {
@@ -180,8 +162,6 @@ int32_t HostIndexOf(int32_t id) {
 
 bool IsRenderEngine(PF_InData* in_data) {
   if (in_data->appl_id != kAppIdAfterEffects) return false;
-  // The answer does not depend on the command line; this is only where the language is read, early.
-  ReadCommandLine();
   PF_Boolean renderEngine = 0;
   AEUtil::requireGlobalSuites().appSuite().PF_IsRenderEngine(&renderEngine);
   return renderEngine != 0;
@@ -206,14 +186,6 @@ void SaveAll(const char* settingsPath) {
     param.SaveDefault(settingsPath);
     return PF_Err_NONE;
   });
-}
-
-PF_Err CheckoutLayers(PF_InData* in_data, PF_PreRenderExtra* extra) {
-  PF_Err err = checkoutLayer(in_data, extra, controlId::maskTargetLayer, maskTargetLayerCheckout);
-  for (int effector = 0; effector < 3 && err == PF_Err_NONE; ++effector) {
-    err = checkoutLayer(in_data, extra, controlId::customMapLayer(effector + 1), customMapLayerCheckout[effector]);
-  }
-  return err;
 }
 
 }  // namespace vindrel

@@ -8,7 +8,6 @@
 
 #include "ae/InOutData.h"
 #include "ae/Scalars.h"
-#include "ae/SmartRender.h"
 #include "effect/params/BaseParam.h"
 #include "effect/params/ParamGetter.h"
 
@@ -54,14 +53,5 @@ PF_Err ReleaseAll(ParamGetter& getter);
 
 /// Writes the value that each object holds into the settings file.
 void SaveAll(const char* settingsPath);
-
-/// Check-out ids by which the pixels of the four layer controls are fetched on the smart road.
-inline constexpr A_long maskTargetLayerCheckout = 1;
-inline constexpr A_long customMapLayerCheckout[3] = {2, 3, 4};
-/// Added to the id for the first call, which only asks for the size of the layer.
-inline constexpr A_long sizeProbeOffset = 1000000;
-
-/// Requests the four layer controls of a smart frame, greyed or not; stops at the first error, which it returns.
-PF_Err CheckoutLayers(PF_InData* in_data, PF_PreRenderExtra* extra);
 
 }  // namespace vindrel

@@ -1,10 +1,13 @@
 #include "effect/params/StoredDefaults.h"
 
+#include <charconv>
+#include <cmath>
 #include <cstdio>
 #include <cstring>
+#include <limits>
+#include <system_error>
 
 #include "ae/Constants.h"
-#include "effect/params/DecimalText.h"
 #include "effect/params/ParamGetter.h"
 #include "effect/params/ParamTable.h"
 #include "effect/share/util/Identity.h"
@@ -18,6 +21,19 @@ namespace {
 
 /// Longest text of a number that is read, the closing zero included.
 constexpr uint32_t valueTextSize = 128;
+
+/// What strtod answers when the number at `begin` is beyond a double: nothing when it is too small, else infinity.
+/// No text that comes here has enough digits to do that without an exponent, so the exponent's sign decides.
+double beyondRange(const char* begin, const char* end) {
+  for (const char* at = begin; at + 1 < end; ++at) {
+    if ((*at == 'e' || *at == 'E') && at[1] == '-') return 0.0;
+  }
+  return std::numeric_limits<double>::infinity();
+}
+
+bool isBlank(char c) {
+  return c == ' ' || (c >= '\t' && c <= '\r');
+}
 
 bool useStoredDefaults(const PF_InData* in_data, const char* path) {
   return path != nullptr && !isOldHost(in_data);
@@ -51,7 +67,7 @@ const char* PrepareStoredDefaults(PF_InData* in_data, char (&path)[settingsPathS
     return nullptr;
   }
   const bool known = settingsPath(in_data, path);
-  std::snprintf(versionLine, sizeof versionLine, "Version=%d.%d", settingsMajor, settingsMinor);
+  std::snprintf(versionLine, sizeof versionLine, "Version=%d.%d", versionMajor, versionMinor);
   return known ? path : nullptr;
 }
 
@@ -91,6 +107,32 @@ void storeNumber(const char* key, double value, const char* path) {
   char text[decimalTextSize];
   writeDecimal(text, value);
   platform::WritePrivateProfileStringA(versionLine, key, text, path);
+}
+
+void writeDecimal(char (&text)[decimalTextSize], double value) {
+  const auto result = std::to_chars(text, text + decimalTextSize - 1, value, std::chars_format::fixed, 6);
+  *(result.ec == std::errc{} ? result.ptr : text) = '\0';
+}
+
+double readDecimal(const char* text) {
+  while (isBlank(*text)) {
+    ++text;
+  }
+  const bool negative = *text == '-';
+  if (negative || *text == '+') {
+    ++text;
+  }
+  // A second sign is no number; from_chars would take a minus.
+  if (*text == '-') return 0.0;
+  const char* const end = text + std::strlen(text);
+  double value = 0.0;
+  const auto result = std::from_chars(text, end, value);
+  if (result.ec == std::errc::result_out_of_range) {
+    value = beyondRange(text, result.ptr);
+  } else if (result.ec != std::errc{}) {
+    value = 0.0;
+  }
+  return std::copysign(value, negative ? -1.0 : 1.0);
 }
 
 }  // namespace vindrel

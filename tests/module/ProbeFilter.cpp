@@ -6,8 +6,7 @@
 #include "ae/Constants.h"
 #include "effect/filter/BaseFilter.h"
 #include "effect/filter/EntryPoint.h"
-#include "effect/share/util/AEException.h"
-#include "effect/share/util/PendingErrors.h"
+#include "effect/share/util/Errors.h"
 #include "tests/module/ProbeCommands.h"
 
 namespace {

@@ -131,6 +131,25 @@ TEST_F(SmartRoad, layersAreRequestedInOrderWithAProbeEach) {
   EXPECT_EQ(asked, expected);
 }
 
+TEST_F(SmartRoad, aProbeAsksForNothingAndTheRequestForAllOfTheLayer) {
+  values.setLayer("Custom Map Layer 2", LayerValue::of(opaquePicture(Depth::k8, 31, 17)));
+  const PreRendered made = host.preRender(frame(), values);
+  ASSERT_EQ(made.error(), 0);
+  int32_t seen = 0;
+  for (const LayerCheckout& checkout : made.checkouts()) {
+    if (checkout.index == 0) continue;
+    EXPECT_EQ(checkout.request.channel_mask, 15) << checkout.id;
+    if (checkout.id >= 1000000) {
+      EXPECT_EQ(text(checkout.request.rect), "0 0 0 0") << checkout.id;
+    }
+    if (checkout.id == 3) {
+      EXPECT_EQ(text(checkout.request.rect), "0 0 31 17");
+      ++seen;
+    }
+  }
+  EXPECT_EQ(seen, 1);
+}
+
 /// Calls PF_Cmd_SMART_PRE_RENDER with rectangles that the test chooses on both sides.
 class RectanglesOfBothSides : public SmartRoad {
  protected:

@@ -1,4 +1,3 @@
-#include "effect/options/About.h"
 
 #include <gtest/gtest.h>
 
@@ -6,8 +5,8 @@
 #include <cstdio>
 #include <string>
 
+#include "effect/options/LanguageOptions.h"
 #include "effect/options/Messages.h"
-#include "effect/share/util/LanguageOptions.h"
 #include "tests/options/FakeSystem.h"
 
 namespace {

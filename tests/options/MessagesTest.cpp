@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "effect/share/util/LanguageOptions.h"
+#include "effect/options/LanguageOptions.h"
 #include "tests/options/FakeSystem.h"
 
 namespace {
@@ -111,7 +111,7 @@ TEST_F(Messages, theCommandLineIsReadOnce) {
   LookupMessage(5);
   vindrel::ReadCommandLine();
   EXPECT_EQ(fakeSystem.commandLineAsked, 1);
-  EXPECT_EQ(vindrel::languageState.options.languageCode, vindrel::languageJapanese);
+  EXPECT_EQ(vindrel::languageState.languageCode, vindrel::languageJapanese);
 }
 
 TEST_F(Messages, anEmptyCommandLineIsReadOnceToo) {
@@ -119,7 +119,7 @@ TEST_F(Messages, anEmptyCommandLineIsReadOnceToo) {
   vindrel::ReadCommandLine();
   vindrel::ReadCommandLine();
   EXPECT_EQ(fakeSystem.commandLineAsked, 1);
-  EXPECT_EQ(vindrel::languageState.options.languageCode, 0u);
+  EXPECT_EQ(vindrel::languageState.languageCode, 0u);
 }
 
 TEST_F(Messages, anIdThatIsNotThereIsADash) {

@@ -10,9 +10,9 @@
 
 #include "ae/Constants.h"
 #include "ae/Suites.h"
+#include "effect/options/LanguageOptions.h"
 #include "effect/options/Messages.h"
 #include "effect/params/StoredDefaults.h"
-#include "effect/share/util/LanguageOptions.h"
 #include "tests/options/FakeSystem.h"
 #include "tests/params/TemporaryFolder.h"
 

@@ -1,4 +1,4 @@
-#include "effect/params/DecimalText.h"
+#include "effect/params/StoredDefaults.h"
 
 #include <gtest/gtest.h>
 

@@ -48,28 +48,6 @@ TEST(ParamClasses, theAlphaOfADefaultColorPlaysNoPart) {
   EXPECT_EQ(def.dephault.blue, 30);
 }
 
-TEST(ParamClasses, phaseIsAskedForOnlyWhenWanted) {
-  PlainHost host;
-  const ControlRow wave = row("Wave");
-  ParamAddFloatSlider param(wave, zeroedDef());
-  ASSERT_EQ(param.Add(&host.inData, 7, nullptr), PF_Err_NONE);
-  EXPECT_EQ(host.added.at(0).u.fs_d.fs_flags, 0U);
-  param.wantPhase = 1;
-  ASSERT_EQ(param.Add(&host.inData, 7, nullptr), PF_Err_NONE);
-  EXPECT_EQ(host.added.at(1).u.fs_d.fs_flags, 1U);
-}
-
-TEST(ParamClasses, theFlagsOfACheckboxAreAddedToThoseOfItsTemplate) {
-  PlainHost host;
-  PF_ParamDef definition = zeroedDef();
-  definition.flags = 0x20;
-  const ControlRow box = row("Box");
-  ParamAddCheckbox param(box, definition);
-  param.extraFlags = 0x42;
-  ASSERT_EQ(param.Add(&host.inData, 7, nullptr), PF_Err_NONE);
-  EXPECT_EQ(host.added.at(0).flags, 0x62);
-}
-
 TEST(ParamClasses, anAngleDefaultWithAFractionIsKept) {
   PlainHost host;
   ControlRow turn = row("Turn");

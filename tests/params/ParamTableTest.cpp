@@ -9,7 +9,6 @@
 
 #include "ae/Constants.h"
 #include "effect/params/RenderParams.h"
-#include "effect/share/util/LanguageOptions.h"
 #include "effect/share/util/SuiteCache.h"
 #include "tests/params/PlainHost.h"
 
@@ -358,80 +357,6 @@ TEST_F(ParamTable, onlyTheGreyedBitMakesAControlDisabled) {
   EXPECT_TRUE(withoutArray.IsEnabled(16));
 }
 
-// Requests of a smart frame.
-
-struct LayerRequest {
-  PF_ParamIndex index;
-  A_long id;
-  PF_RenderRequest request;
-  A_long time, timeStep;
-  A_u_long timeScale;
-};
-std::vector<LayerRequest> layerRequests;
-size_t failingLayerRequest = 0;  // from 1; 0 for none
-
-PF_Err checkoutLayer(PF_ProgPtr, PF_ParamIndex index, A_long id, const PF_RenderRequest* request, A_long time,
-                     A_long step, A_u_long scale, PF_CheckoutResult* result) {
-  layerRequests.push_back({index, id, *request, time, step, scale});
-  if (layerRequests.size() == failingLayerRequest) return PF_Err_OUT_OF_MEMORY;
-  result->ref_width = 100 + index;
-  result->ref_height = 200 + index;
-  return PF_Err_NONE;
-}
-
-class LayerRequests : public ParamTable {
- protected:
-  void SetUp() override {
-    ParamTable::SetUp();
-    layerRequests.clear();
-    failingLayerRequest = 0;
-    callbacks.checkout_layer = checkoutLayer;
-    extra.cb = &callbacks;
-  }
-  PF_PreRenderCallbacks callbacks{};
-  PF_PreRenderExtra extra{};
-};
-
-TEST_F(LayerRequests, eachLayerIsAskedForItsSizeAndThenForAllOfIt) {
-  ASSERT_EQ(CheckoutLayers(&host.inData, &extra), PF_Err_NONE);
-  const std::vector<int32_t> indices = {16, 40, 70, 100};
-  ASSERT_EQ(layerRequests.size(), 8U);
-  for (size_t layer = 0; layer < 4; ++layer) {
-    const LayerRequest& probe = layerRequests[2 * layer];
-    const LayerRequest& real = layerRequests[2 * layer + 1];
-    const int32_t index = indices[layer];
-    const auto id = static_cast<A_long>(layer + 1);
-    EXPECT_EQ(probe.index, index);
-    EXPECT_EQ(probe.id, id + 1000000);
-    EXPECT_EQ(real.index, index);
-    EXPECT_EQ(real.id, id);
-    const PF_RenderRequest empty = [] {
-      PF_RenderRequest request{};
-      request.channel_mask = 15;
-      return request;
-    }();
-    EXPECT_EQ(std::memcmp(&probe.request, &empty, sizeof empty), 0);
-    PF_RenderRequest whole = empty;
-    whole.rect.right = 100 + index;
-    whole.rect.bottom = 200 + index;
-    EXPECT_EQ(std::memcmp(&real.request, &whole, sizeof whole), 0);
-    for (const LayerRequest* request : {&probe, &real}) {
-      EXPECT_EQ(request->time, 700);
-      EXPECT_EQ(request->timeStep, 100);
-      EXPECT_EQ(request->timeScale, 3000U);
-    }
-  }
-}
-
-TEST_F(LayerRequests, theFirstErrorEndsThem) {
-  for (size_t call = 1; call <= 8; ++call) {
-    layerRequests.clear();
-    failingLayerRequest = call;
-    EXPECT_EQ(CheckoutLayers(&host.inData, &extra), PF_Err_OUT_OF_MEMORY) << call;
-    EXPECT_EQ(layerRequests.size(), call);
-  }
-}
-
 // The render engine.
 
 TEST_F(ParamTable, aHostThatIsNotAfterEffectsIsNoRenderEngine) {
@@ -452,19 +377,6 @@ TEST_F(ParamTable, afterEffectsIsAskedWhetherItIsARenderEngine) {
   EXPECT_EQ(host.suites, once);
   AEUtil::closeGlobalSuites();
   EXPECT_EQ(host.held(kPFAppSuite), 0);
-}
-
-TEST_F(ParamTable, theLanguageIsReadBeforeAfterEffectsIsAsked) {
-  const LanguageState before = languageState;
-  languageState.commandLineRead = false;
-  IsRenderEngine(&host.inData);
-  EXPECT_FALSE(languageState.commandLineRead) << "another host is not asked, and nothing is read";
-  host.inData.appl_id = kAppIdAfterEffects;
-  host.withoutAppSuite = true;
-  AEUtil::openGlobalSuites(&host.basic);
-  EXPECT_THROW(IsRenderEngine(&host.inData), long);
-  EXPECT_TRUE(languageState.commandLineRead);
-  languageState = before;
 }
 
 TEST_F(ParamTable, aMissingAppSuiteIsThrownAsABareNumber) {

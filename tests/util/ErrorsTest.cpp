@@ -2,9 +2,8 @@
 
 #include <string>
 
-#include "effect/share/util/AEException.h"
-#include "effect/share/util/LockedHandle.h"
-#include "effect/share/util/PendingErrors.h"
+#include "effect/share/util/Errors.h"
+#include "effect/share/util/HostMemory.h"
 #include "tests/util/SmallHost.h"
 
 namespace {

@@ -11,7 +11,7 @@
 
 #include "ae/InOutData.h"
 #include "ae/Suites.h"
-#include "effect/share/util/PendingErrors.h"
+#include "effect/share/util/Errors.h"
 #include "effect/share/util/SuiteCache.h"
 
 namespace smallhost {

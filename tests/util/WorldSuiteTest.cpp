@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "effect/share/util/AEException.h"
+#include "effect/share/util/Errors.h"
 #include "tests/util/SmallHost.h"
 
 namespace {

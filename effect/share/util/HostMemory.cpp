@@ -4,7 +4,7 @@
 #include <new>
 
 #include "ae/Constants.h"
-#include "effect/share/util/PendingErrors.h"
+#include "effect/share/util/Errors.h"
 #include "effect/share/util/SuiteCache.h"
 
 namespace AEUtil {
@@ -61,6 +61,19 @@ void release(void* block) noexcept {
     }
   } catch (long) {
     // No handle suite any more, and no way to say so: blocks are released while exceptions are in flight.
+  }
+}
+
+LockedHandle::LockedHandle(PF_Handle handle) : handle_(handle) {
+  if (handle_ != nullptr) {
+    block_ = requireGlobalSuites().handleSuite().host_lock_handle(handle_);
+  }
+}
+
+LockedHandle::~LockedHandle() {
+  if (block_ != nullptr) {
+    // The slot has been filled by the lock, so that this can't fail.
+    globalSuites()->handleSuite().host_unlock_handle(handle_);
   }
 }
 

@@ -13,13 +13,17 @@ inline constexpr const char* effectCategory = "QUILM";
 inline constexpr const char* effectMatchName = "QUILM VINDREL";  ///< by which projects find the effect; never changes
 inline constexpr const char* entryPointName = "EntryPointFunc";
 
-/// Version 1, subversion 5, bug-fix 1, stage 3 (release), build 7, packed as the host packs versions.
+/// Version 1, subversion 5, bug-fix 1, stage 3 (release), build 7, packed as the host packs versions. The version is
+/// told here alone: the build reads it out of this line.
 inline constexpr A_u_long effectVersion = 0x000A8E07;
-static_assert(effectVersion == ((1U << 19) | (5U << 15) | (1U << 11) | (3U << 9) | 7U));
 
-/// The format of the stored defaults; the numbers of the settings file's section.
-inline constexpr int settingsMajor = 1;
-inline constexpr int settingsMinor = 5;
+// Its parts. Major and minor also name the section of the settings file.
+inline constexpr int versionMajor = effectVersion >> 19 & 7;
+inline constexpr int versionMinor = effectVersion >> 15 & 15;
+inline constexpr int versionBugFix = effectVersion >> 11 & 15;
+inline constexpr int versionBuild = effectVersion & 511;
+inline constexpr const char* versionStageName = "Release";
+static_assert((effectVersion >> 9 & 3) == PF_Stage_RELEASE);
 
 /// Wide time input is only the default: the dynamic flags clear it while the jitter stands still.
 inline constexpr PF_OutFlags globalOutFlags = PF_OutFlag_WIDE_TIME_INPUT | PF_OutFlag_I_DO_DIALOG |

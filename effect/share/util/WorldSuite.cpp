@@ -1,6 +1,6 @@
 #include "effect/share/util/WorldSuite.h"
 
-#include "effect/share/util/AEException.h"
+#include "effect/share/util/Errors.h"
 #include "effect/share/util/SuiteCache.h"
 
 namespace AEUtil {
@@ -81,6 +81,38 @@ PF_Err read_pixel_format(const PF_EffectWorld* world, PF_PixelFormat* tag) {
   }
   *tag = (world->world_flags & PF_WorldFlag_DEEP) != 0 ? PF_PixelFormat_ARGB64 : PF_PixelFormat_ARGB32;
   return PF_Err_NONE;
+}
+
+EffectWorldPtr::EffectWorldPtr(const EffectWorldPtr& other) noexcept : node_(other.node_), world_(other.world_) {
+  if (node_ != nullptr) {
+    ++node_->ref_count;
+  }
+}
+
+EffectWorldPtr& EffectWorldPtr::operator=(const EffectWorldPtr& other) noexcept {
+  if (this != &other) {
+    drop();
+    node_ = other.node_;
+    world_ = other.world_;
+    if (node_ != nullptr) {
+      ++node_->ref_count;
+    }
+  }
+  return *this;
+}
+
+void EffectWorldPtr::drop() noexcept {
+  if (node_ == nullptr) {
+    return;
+  }
+  if (--node_->ref_count == 0) {
+    if (world_ != nullptr) {
+      WorldSuite::disposeWorld(node_->effect_ref, world_);
+    }
+    delete node_;
+  }
+  node_ = nullptr;
+  world_ = nullptr;
 }
 
 }  // namespace AEUtil

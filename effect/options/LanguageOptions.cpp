@@ -1,4 +1,4 @@
-#include "effect/share/util/LanguageOptions.h"
+#include "effect/options/LanguageOptions.h"
 
 #include "platform/CommandLine.h"
 
@@ -35,7 +35,7 @@ const char* readLanguageCode(const char* at, uint32_t& code) {
 
 }  // namespace
 
-void readLanguageOptions(const char* text, LanguageOptions& options) {
+void readLanguageOption(const char* text, uint32_t& languageCode) {
   // Kept as is: a double quote is a character like any other, so that an option inside a quoted path, behind a blank,
   // is taken too; and an option at the very start is not, since no blank stands before it. Command lines that people
   // have in their shortcuts rest on both. Held by anOptionInsideQuotesIsTaken and anOptionAtTheVeryStartIsNotSeen.
@@ -43,11 +43,7 @@ void readLanguageOptions(const char* text, LanguageOptions& options) {
   for (const char* at = text; *at; ++at) {
     if (*at == '-') {
       ++at;
-      if (afterBlank && upper(*at) == 'L') {
-        at = readLanguageCode(at, options.languageCode);
-      } else if (afterBlank && upper(*at) == 'R' && upper(at[1]) == 'E') {
-        options.renderEngineOption = true;
-      }
+      if (afterBlank && upper(*at) == 'L') at = readLanguageCode(at, languageCode);
     }
     afterBlank = endsCode(*at);
     if (!*at) return;
@@ -57,7 +53,7 @@ void readLanguageOptions(const char* text, LanguageOptions& options) {
 void ReadCommandLine() {
   if (languageState.commandLineRead) return;
   languageState.commandLineRead = true;
-  readLanguageOptions(platform::GetCommandLineA(), languageState.options);
+  readLanguageOption(platform::GetCommandLineA(), languageState.languageCode);
 }
 
 }  // namespace vindrel

@@ -1,5 +1,6 @@
 // Numbers of the module's resources and of the dialog's controls.
-// Macros and nothing else, because the resource compiler reads this file as well as the C++ compiler.
+// Macros and nothing else, because the resource compiler reads this file as well as the C++ compiler. Where there are
+// no resources, the stand-in for the dialog goes by the same numbers.
 #pragma once
 
 #define VINDREL_PROPERTY_LIST 16000

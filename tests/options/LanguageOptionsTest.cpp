@@ -6,23 +6,16 @@
 #include <string>
 #include <vector>
 
-#include "effect/share/util/LanguageOptions.h"
+#include "effect/options/LanguageOptions.h"
 
 namespace {
 
 constexpr uint32_t untouched = 0x12345678;
 
 uint32_t codeAfter(const std::string& line, uint32_t before = untouched) {
-  vindrel::LanguageOptions options;
-  options.languageCode = before;
-  vindrel::readLanguageOptions(line.c_str(), options);
-  return options.languageCode;
-}
-
-bool renderEngineAfter(const std::string& line) {
-  vindrel::LanguageOptions options;
-  vindrel::readLanguageOptions(line.c_str(), options);
-  return options.renderEngineOption;
+  uint32_t code = before;
+  vindrel::readLanguageOption(line.c_str(), code);
+  return code;
 }
 
 struct CodeRow {
@@ -114,26 +107,6 @@ TEST(LanguageOptionsReader, aCharacterBeyondAsciiFillsTheUpperBytes) {
 
 TEST(LanguageOptionsReader, lettersBeyondAsciiAreNotMadeUppercase) {
   EXPECT_EQ(codeAfter("host -L \xE4"), 0xFFFFFFE4u);
-}
-
-TEST(LanguageOptionsReader, theRenderEngineOptionIsSeenBehindABlankOnly) {
-  EXPECT_TRUE(renderEngineAfter("host -RE"));
-  EXPECT_TRUE(renderEngineAfter("host -re"));
-  EXPECT_TRUE(renderEngineAfter("host -render"));
-  EXPECT_TRUE(renderEngineAfter("host -L JP -RE"));
-  EXPECT_FALSE(renderEngineAfter("host -R"));
-  EXPECT_FALSE(renderEngineAfter("host -R E"));
-  EXPECT_FALSE(renderEngineAfter("-RE"));
-  EXPECT_FALSE(renderEngineAfter("host x-RE"));
-  EXPECT_FALSE(renderEngineAfter("host RE"));
-  EXPECT_FALSE(renderEngineAfter(""));
-}
-
-TEST(LanguageOptionsReader, theRenderEngineOptionIsNeverTakenBack) {
-  vindrel::LanguageOptions options;
-  options.renderEngineOption = true;
-  vindrel::readLanguageOptions("host -L JP", options);
-  EXPECT_TRUE(options.renderEngineOption);
 }
 
 }  // namespace

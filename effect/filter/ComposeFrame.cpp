@@ -1,4 +1,4 @@
-#include "effect/filter/RenderFrame.h"
+#include "effect/filter/ComposeFrame.h"
 
 #include <algorithm>
 #include <cmath>
@@ -7,9 +7,8 @@
 #include "ae/Constants.h"
 #include "ae/Suites.h"
 #include "effect/dots/RenderDotField.h"
-#include "effect/filter/CanvasSize.h"
+#include "effect/filter/FrameRecord.h"
 #include "effect/filter/MakeFieldSettings.h"
-#include "effect/filter/WorldNumbers.h"
 #include "effect/params/Choices.h"
 #include "effect/pixel/Pixel.h"
 #include "effect/pixel/Truncate.h"
@@ -132,7 +131,7 @@ PF_Err transferCanvas(FrameRecord& frame, AEUtil::SuiteCache& suites) {
 }  // namespace
 
 template <class Pixel>
-PF_Err renderFrame(FrameRecord& frame) {
+PF_Err composeFrame(FrameRecord& frame) {
   AEUtil::SuiteScope suites(frame.in_data->pica_basicP);
   PF_Err err = clearOutput(frame, *suites);
   if (err == PF_Err_NONE && frame.params.clearBackground == 0) {
@@ -151,8 +150,8 @@ PF_Err renderFrame(FrameRecord& frame) {
   return err;
 }
 
-template PF_Err renderFrame<Pixel8>(FrameRecord& frame);
-template PF_Err renderFrame<Pixel16>(FrameRecord& frame);
-template PF_Err renderFrame<Pixel32>(FrameRecord& frame);
+template PF_Err composeFrame<Pixel8>(FrameRecord& frame);
+template PF_Err composeFrame<Pixel16>(FrameRecord& frame);
+template PF_Err composeFrame<Pixel32>(FrameRecord& frame);
 
 }  // namespace vindrel

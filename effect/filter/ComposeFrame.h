@@ -2,7 +2,7 @@
 #pragma once
 
 #include "ae/Scalars.h"
-#include "effect/params/FrameRecord.h"
+#include "effect/filter/FrameRecord.h"
 
 namespace vindrel {
 
@@ -14,6 +14,6 @@ namespace vindrel {
 /// the suites, is missing.
 /// @tparam Pixel  Pixel8, Pixel16 or Pixel32, as frame.pixel_format tells.
 template <class Pixel>
-PF_Err renderFrame(FrameRecord& frame);
+PF_Err composeFrame(FrameRecord& frame);
 
 }  // namespace vindrel
