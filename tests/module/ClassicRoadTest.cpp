@@ -187,6 +187,33 @@ TEST_F(ClassicRoad, aFailedDrawingStillGivesTheValuesBack) {
   EXPECT_EQ(host.books().openCount(Matter::kParameter), 0);
 }
 
+TEST_F(ClassicRoad, aFrameWithoutABasicSuiteIsDamageBeforeAnythingIsDrawn) {
+  host.settings().withoutBasicSuite = true;
+  EXPECT_EQ(render(frame()), PF_Err_INTERNAL_STRUCT_DAMAGED);
+  EXPECT_EQ(host.log().newWorlds.size(), 1U) << "worlds come by the suites of the first call";
+  EXPECT_TRUE(drawing().empty());
+  EXPECT_EQ(host.log().count("checkin_param"), 0);
+  host.settings().withoutBasicSuite = false;
+  finishOwing({Matter::kParameter});  // the exception passes by the giving back of values
+}
+
+TEST_F(ClassicRoad, aGreyedMaskLayerIsAnAllZeroMask) {
+  standin::ParameterValues values = host.defaults();
+  values.setLayer("Mask Target Layer", standin::LayerValue::of(opaquePicture(Depth::k8, 24, 16)));
+  ASSERT_EQ(host.updateParamsUi(values), 0);  // "Mask" isn't on "Layer": the layer's control goes grey
+  values.setPopup("Mask", 3);
+  ASSERT_EQ(host.renderClassic(frame(), values).error, 0);
+  ASSERT_EQ(host.log().transfers.size(), 1U);
+  const std::optional<PF_MaskWorld>& mask = host.log().transfers[0].mask;
+  ASSERT_TRUE(mask.has_value());
+  EXPECT_EQ(mask->mask.data, nullptr);
+  EXPECT_EQ(mask->mask.width, 0);
+  EXPECT_EQ(mask->offset.h, 0);
+  EXPECT_EQ(mask->offset.v, 0);
+  EXPECT_EQ(mask->what_is_mask, PF_MaskFlag_NONE);
+  finishOwing({Matter::kStrayCheckin, Matter::kLayerParamUi});
+}
+
 TEST_F(ClassicRoad, aGreyedLayerIsNotFetchedButGivenBack) {
   // With the controls as they are declared no layer is in use, and all four are greyed.
   ASSERT_EQ(host.updateParamsUi(host.defaults()), 0);

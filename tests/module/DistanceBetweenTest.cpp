@@ -77,6 +77,16 @@ TEST_F(DistanceBetween, losesWhatTheClampAtZeroTakes) {
   EXPECT_EQ(values.number("Dot Distance X"), 10.0);
 }
 
+TEST_F(DistanceBetween, keepsADistanceThatIsHardlyMoreThanNothing) {
+  values.setPopup("Distance Between", centers);
+  values.setNumber("Dot Distance X", 10.005);
+  values.setNumber("Dot Distance Y", 10 + 0x1p-40);
+  update();
+  changeTo(dots);
+  EXPECT_EQ(values.number("Dot Distance X"), 10.005 - 10.0);
+  EXPECT_EQ(values.number("Dot Distance Y"), 0x1p-40);
+}
+
 TEST_F(DistanceBetween, remembersTheModeOfTheFirstUpdate) {
   EXPECT_FALSE(modeKnown());
   values.setPopup("Distance Between", centers);

@@ -2,6 +2,7 @@
 #include <array>
 #include <cstring>
 #include <limits>
+#include <map>
 #include <memory>
 
 #include "tests/module/HostedModule.h"
@@ -88,6 +89,38 @@ TEST_F(SetDown, givesBackEveryHandleAndEverySuite) {
   ASSERT_EQ(host.sequenceSetdown(), 0);
   EXPECT_EQ(host.globalSetdown(), 0);
   EXPECT_EQ(owed(), "");
+}
+
+/// Running numbers of the handles that were made or disposed of, in order.
+std::vector<int32_t> handlesOf(const standin::CallLog& log, standin::HandleCall::Step step) {
+  std::vector<int32_t> handles;
+  for (const standin::HandleCall& call : log.handles) {
+    if (call.step == step) handles.push_back(call.handle);
+  }
+  return handles;
+}
+
+TEST_F(SetDown, takesDownTheFilterThenTheControlsByIdThenTheListAndLastTheSuites) {
+  host.log().handleCallsToo = true;
+  ASSERT_EQ(host.globalSetup(), 0);
+  const std::vector<int32_t> made = handlesOf(host.log(), standin::HandleCall::Step::kNew);
+  ASSERT_EQ(made.size(), 125U);  // the list and its room, the controls in the order of the list, the filter
+  ASSERT_EQ(host.paramsSetup(), 0);
+  std::map<int32_t, int32_t> controlsById;
+  for (const standin::Control& control : host.controls()) {
+    controlsById[control.id] = made.at(static_cast<size_t>(control.index) + 1);
+  }
+  std::vector<int32_t> expected = {made.back()};
+  for (const auto& [id, handle] : controlsById) expected.push_back(handle);
+  expected.push_back(made[1]);
+  expected.push_back(made[0]);
+  host.log().clear();
+  ASSERT_EQ(host.globalSetdown(), 0);
+  EXPECT_EQ(handlesOf(host.log(), standin::HandleCall::Step::kDispose), expected);
+  for (const standin::SuiteCall& call : host.log().suites) {
+    EXPECT_FALSE(call.acquire);
+    EXPECT_GT(call.order, host.log().handles.back().order) << call.name;
+  }
 }
 
 TEST_F(SetDown, isFollowedByANewLifeAtTheNextCommand) {

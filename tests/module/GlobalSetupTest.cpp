@@ -1,5 +1,6 @@
 // What the effect tells of itself, where it looks for stored defaults, and the one flag that follows a value.
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <limits>
@@ -102,6 +103,23 @@ TEST_F(StoredDefaults, lieBesideTheModuleUnderItsNameUpToTheLastDot) {
   folder.writeDotSize("a.ini", 44);
   folder.writeDotSize("a.b.aex.ini", 55);
   EXPECT_EQ(arrivedDotSize(folder.file("a.b.aex")), 33.0F);
+}
+
+TEST_F(StoredDefaults, areFoundThoughTheHostFillsThePathWithoutAnEnd) {
+  // 260 bytes and no closing zero; the last of them is a dot, which the end of the path takes the place of.
+  static std::string longPath;
+  longPath = folder.file("Module.");
+  ASSERT_LT(longPath.size(), 259U);
+  longPath.resize(259, 'x');
+  longPath += '.';
+  folder.writeDotSize("Module.ini", 33);
+  const auto usual = host.utils()->get_platform_data;
+  host.utils()->get_platform_data = [](PF_ProgPtr, PF_PlatDataID, void* data) -> PF_Err {
+    std::memcpy(data, longPath.data(), longPath.size());
+    return PF_Err_NONE;
+  };
+  EXPECT_EQ(arrivedDotSize(folder.file("Module.aex")), 33.0F);
+  host.utils()->get_platform_data = usual;
 }
 
 TEST_F(StoredDefaults, areLeftOutWhenTheHostDoesNotTellWhereTheModuleIs) {

@@ -50,7 +50,10 @@ class ProbeFilter final : public vindrel::BaseFilter {
     }
   }
 
-  PF_Err GlobalSetdown(PF_InData*, PF_OutData*, PF_ParamDef*[], PF_LayerDef*) override { return probe::setdownError; }
+  PF_Err GlobalSetdown(PF_InData* in_data, PF_OutData*, PF_ParamDef*[], PF_LayerDef*) override {
+    if (in_data->inter.abort(in_data->effect_ref) != PF_Err_NONE) throw std::runtime_error("on command");
+    return probe::setdownError;
+  }
 };
 
 }  // namespace

@@ -37,6 +37,20 @@ TEST_F(Probe, anErrorOfTheSetDownIsReturnedAfterEverythingIsTakenDown) {
   takenDown = true;
 }
 
+TEST_F(Probe, anExceptionInTheSetDownLeavesEverythingForTheNextOne) {
+  ASSERT_EQ(host.sequenceSetdown(), 0);
+  const int32_t handles = host.books().openCount(Matter::kHandle);
+  const int32_t suites = host.books().openCount(Matter::kSuite);
+  host.onAbort = [] { return PF_Err{1}; };
+  EXPECT_EQ(host.globalSetdown(), PF_Err_INTERNAL_STRUCT_DAMAGED);
+  EXPECT_EQ(host.books().openCount(Matter::kHandle), handles);
+  EXPECT_EQ(host.books().openCount(Matter::kSuite), suites);
+  host.onAbort = nullptr;
+  EXPECT_EQ(host.globalSetdown(), probe::setdownError);
+  EXPECT_EQ(owed(), "");
+  takenDown = true;
+}
+
 TEST_F(Probe, aSwallowedAllocationFailureReachesTheHostAsFour) {
   host.faults().fail("host_new_handle", 1, PF_Err_OUT_OF_MEMORY);
   EXPECT_EQ(host.call(probe::swallowFailure), PF_Err_OUT_OF_MEMORY);

@@ -1,4 +1,6 @@
 // What an instance remembers, and the form in which projects keep it.
+#include <map>
+
 #include "tests/module/HostedModule.h"
 
 namespace {
@@ -28,6 +30,62 @@ class SequenceData : public moduletest::HostedModule {
   /// Frees a handle that the effect has left behind.
   void putBack(PF_Handle handle) { host.utils()->host_dispose_handle(handle); }
 };
+
+/// The locks that each handle was given and that were not taken off again, over the commands since the log was cleared.
+std::map<int32_t, int32_t> locksLeft(const standin::CallLog& log) {
+  std::map<int32_t, int32_t> locks;
+  for (const standin::HandleCall& call : log.handles) {
+    if (call.step == standin::HandleCall::Step::kLock) ++locks[call.handle];
+    if (call.step == standin::HandleCall::Step::kUnlock) --locks[call.handle];
+  }
+  std::erase_if(locks, [](const auto& entry) { return entry.second == 0; });
+  return locks;
+}
+
+class HandlesAfterwards : public SequenceData {
+ protected:
+  void SetUp() override {
+    SequenceData::SetUp();
+    host.log().handleCallsToo = true;
+    host.log().clear();
+  }
+  const std::map<int32_t, int32_t> none;
+};
+
+TEST_F(HandlesAfterwards, areUnlockedByASetup) {
+  ASSERT_EQ(host.sequenceSetdown(), 0);
+  ASSERT_EQ(host.sequenceSetup(), 0);
+  EXPECT_GT(host.log().count("host_lock_handle"), 0);
+  EXPECT_EQ(locksLeft(host.log()), none);
+}
+
+TEST_F(HandlesAfterwards, areUnlockedByAFlattening) {
+  PF_Handle old = host.sequenceData();
+  ASSERT_EQ(host.sequenceFlatten(), 0);
+  EXPECT_GT(host.log().count("host_lock_handle"), 2);
+  EXPECT_EQ(locksLeft(host.log()), none);
+  putBack(old);
+}
+
+TEST_F(HandlesAfterwards, areUnlockedByAResetup) {
+  PF_Handle old = host.sequenceData();
+  ASSERT_EQ(host.sequenceFlatten(), 0);
+  putBack(old);
+  PF_Handle flat = host.sequenceData();
+  host.log().clear();
+  ASSERT_EQ(host.sequenceResetup(), 0);
+  EXPECT_GT(host.log().count("host_lock_handle"), 3);
+  EXPECT_EQ(locksLeft(host.log()), none);
+  putBack(flat);
+}
+
+TEST_F(HandlesAfterwards, areUnlockedWhereACommandFailsHalfway) {
+  host.faults().fail("host_new_handle", 2, 0);
+  ASSERT_EQ(host.sequenceFlatten(), PF_Err_OUT_OF_MEMORY);
+  host.faults().fail("host_new_handle", 1, 0);
+  ASSERT_EQ(host.sequenceResetup(), PF_Err_OUT_OF_MEMORY);
+  EXPECT_EQ(locksLeft(host.log()), none);
+}
 
 TEST_F(SequenceData, aNewInstanceHasAFreshRecord) {
   EXPECT_EQ(host.sequenceBytes(), freshRecord);

@@ -298,6 +298,51 @@ TEST_F(SmartRoad, aFrameThatIsDroppedAfterTheSetDownEndsQuietly) {
   EXPECT_EQ(owed({Matter::kHandle, Matter::kWorld, Matter::kParameter, Matter::kLayerPixels}), "");
 }
 
+TEST_F(SmartRoad, aSecondRenderOfAFrameReplacesItsCanvas) {
+  PreRendered made = host.preRender(frame(), values);
+  ASSERT_EQ(made.render().error, 0);
+  ASSERT_EQ(host.log().newWorlds.size(), 1U);
+  ASSERT_EQ(host.log().count("PF_DisposeWorld"), 0);
+  // The format can't be read, so that nothing is drawn: the canvas is made all the same.
+  static PF_EffectWorld world{};
+  PF_SmartRenderInput input{};
+  input.pre_render_data = made.data();
+  PF_SmartRenderCallbacks callbacks{};
+  callbacks.checkout_layer_pixels = [](PF_ProgPtr, A_long, PF_EffectWorld** pixels) -> PF_Err {
+    *pixels = &world;
+    return PF_Err_NONE;
+  };
+  callbacks.checkout_output = [](PF_ProgPtr, PF_EffectWorld** output) -> PF_Err {
+    *output = &world;
+    return PF_Err_NONE;
+  };
+  PF_SmartRenderExtra extra{&input, &callbacks};
+  host.faults().fail("PF_GetPixelFormat", 1, 87);
+  EXPECT_EQ(host.call(PF_Cmd_SMART_RENDER, nullptr, nullptr, &extra), 87);
+  EXPECT_EQ(host.log().newWorlds.size(), 2U);
+  EXPECT_EQ(host.log().count("PF_DisposeWorld"), 1) << "the first canvas went back when the second came";
+  EXPECT_EQ(host.books().openCount(Matter::kWorld), 1);
+}
+
+TEST_F(SmartRoad, aPreRenderWithoutABasicSuiteIsDamageAndLeavesNoFrame) {
+  host.settings().withoutBasicSuite = true;
+  const PreRendered made = host.preRender(frame(), values);
+  EXPECT_EQ(made.error(), PF_Err_INTERNAL_STRUCT_DAMAGED);
+  EXPECT_EQ(made.data(), nullptr);
+  EXPECT_EQ(host.log().count("checkout_param"), 0);
+  host.settings().withoutBasicSuite = false;
+}
+
+TEST_F(SmartRoad, aRenderWithoutABasicSuiteIsDamageBeforeAnythingIsDrawn) {
+  PreRendered made = host.preRender(frame(), values);
+  ASSERT_EQ(made.error(), 0);
+  host.settings().withoutBasicSuite = true;
+  EXPECT_EQ(made.render().error, PF_Err_INTERNAL_STRUCT_DAMAGED);
+  EXPECT_EQ(host.log().newWorlds.size(), 1U) << "worlds come by the suites of the first call";
+  EXPECT_EQ(host.log().fills.size(), 0U);
+  host.settings().withoutBasicSuite = false;
+}
+
 TEST_F(SmartRoad, aRenderWithoutPreRenderDataIsDamage) {
   PF_SmartRenderInput input{};
   PF_SmartRenderCallbacks callbacks{};
