@@ -16,8 +16,9 @@ const char* GetCommandLineA() {
   std::fclose(file);
   // Every argument ends with a zero, the last one too: that one ends the line.
   if (length > 0 && line[length - 1] == '\0') --length;
-  for (size_t i = 0; i < length; ++i)
+  for (size_t i = 0; i < length; ++i) {
     if (line[i] == '\0') line[i] = ' ';
+  }
   line[length] = '\0';
   return line;
 }

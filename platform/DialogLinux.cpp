@@ -65,8 +65,9 @@ void writeLog(const StandInDialog& dialog) {
   if (!file) return;
   const ScreenRect& place = dialog.self.place;
   std::fprintf(file, "dialog %d %d %d %d\n", place.left, place.top, place.right, place.bottom);
-  for (const StandInWindow& control : dialog.controls)
+  for (const StandInWindow& control : dialog.controls) {
     std::fprintf(file, "%d %s %s\n", control.id, control.enabled ? "on" : "grey", control.text);
+  }
   std::fclose(file);
 }
 

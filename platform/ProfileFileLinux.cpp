@@ -67,8 +67,9 @@ char lower(char c) {
 
 bool sameName(std::string_view a, std::string_view b) {
   if (a.size() != b.size()) return false;
-  for (size_t i = 0; i < a.size(); ++i)
+  for (size_t i = 0; i < a.size(); ++i) {
     if (lower(a[i]) != lower(b[i])) return false;
+  }
   return true;
 }
 

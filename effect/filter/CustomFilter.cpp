@@ -52,7 +52,8 @@ PF_Err CustomFilter::QueryDynamicFlags(PF_InData* in_data, PF_OutData* out_data)
                                 in_data->time_step, in_data->time_scale, &def);
   in_data->inter.checkin_param(in_data->effect_ref, &def);
   // Kept as is: the control is a slider of whole numbers, and its first eight bytes are read as one double. They are
-  // all zero exactly when its value is 0 and the four bytes behind it, an unused text, are zero too.
+  // all zero exactly when its value is 0 and the four bytes behind it, an unused text, are zero too (see
+  // setWideTimeUnlessTheyReadAsZero).
   double interval = 0.0;
   std::memcpy(&interval, &def.u, sizeof(interval));
   if (interval == 0.0) {

@@ -23,9 +23,7 @@ PF_Err buildModule(PF_InData* in_data) {
   AEUtil::openGlobalSuites(in_data->pica_basicP);
   if (AEUtil::pendingErrors == nullptr) {
     AEUtil::pendingErrors = new AEUtil::PendingErrors;
-    if (AEUtil::pendingErrors != nullptr) {
-      AEUtil::pendingErrors->reserve();
-    }
+    if (AEUtil::pendingErrors != nullptr) AEUtil::pendingErrors->reserve();
   }
   // Under After Effects the language is read here, early; elsewhere the first text that is looked up has it read.
   if (in_data->appl_id == kAppIdAfterEffects) ReadCommandLine();
@@ -65,18 +63,12 @@ PF_Err EntryPointFunc(PF_Cmd command, PF_InData* in_data, PF_OutData* out_data, 
   using namespace vindrel;
   if (filter == nullptr) {
     const PF_Err err = buildModule(in_data);
-    if (err != PF_Err_NONE) {
-      return err;
-    }
+    if (err != PF_Err_NONE) return err;
   }
   try {
-    if (AEUtil::pendingErrors != nullptr) {
-      AEUtil::pendingErrors->clear();
-    }
+    if (AEUtil::pendingErrors != nullptr) AEUtil::pendingErrors->clear();
     const PF_Err err = filter->Dispatch(command, in_data, out_data, params, output, extra);
-    if (command == PF_Cmd_GLOBAL_SETDOWN) {
-      tearDownModule();
-    }
+    if (command == PF_Cmd_GLOBAL_SETDOWN) tearDownModule();
     return err != PF_Err_NONE ? err : oldestPendingError();
   } catch (const AEUtil::AEException& exception) {
     return exception.code();

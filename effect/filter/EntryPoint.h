@@ -13,7 +13,13 @@ BaseFilter* MakeFilter();
 
 }  // namespace vindrel
 
-/// Every command of the host comes in here, on whichever thread the host likes.
+/// Every command of the host comes in here.
+///
+/// Threads: the effect says that it is safe for threads, and takes no lock. The commands of a frame (PF_Cmd_RENDER,
+/// PF_Cmd_SMART_PRE_RENDER, PF_Cmd_SMART_RENDER, PF_Cmd_QUERY_DYNAMIC_FLAGS) may run on several threads at once, each
+/// with a frame of its own. The first call, the set-ups, PF_Cmd_GLOBAL_SETDOWN and everything that the user does come
+/// on the host's main thread while no other command runs. Frames share the suite record, the controls, the list of
+/// pending errors and the generator's word; each tells in its header what a second thread can do to it.
 ///
 /// The first call, whatever its command, builds what lives between calls: the suite record, the list of pending
 /// errors, the controls, the filter. PF_Cmd_GLOBAL_SETDOWN takes them down, and a later call builds them anew.

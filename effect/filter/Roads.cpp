@@ -100,9 +100,7 @@ PF_Err requestFrame(FrameRecord& frame, PF_InData* in_data, PF_PreRenderExtra* e
   FrameDefinitions definitions;
   GetParamByCheckout getter(in_data, nullptr, true, &definitions);
   PF_Err err = FetchAll(&frame.params, getter);
-  if (err == PF_Err_NONE) {
-    err = CheckoutLayers(in_data, extra);
-  }
+  if (err == PF_Err_NONE) err = CheckoutLayers(in_data, extra);
   if (err == PF_Err_NONE) {
     err = extra->cb->checkout_layer(in_data->effect_ref, 0, inputCheckout, &request, in_data->current_time,
                                     in_data->time_step, in_data->time_scale, &result);
@@ -116,16 +114,10 @@ PF_Err checkOutPixels(FrameRecord& frame, const PF_SmartRenderCallbacks& host, b
   frame.input = nullptr;
   frame.output = nullptr;
   PF_Err err = host.checkout_layer_pixels(effect_ref, inputCheckout, &frame.input);
-  if (err == PF_Err_NONE) {
-    err = host.checkout_output(effect_ref, &frame.output);
-  }
+  if (err == PF_Err_NONE) err = host.checkout_output(effect_ref, &frame.output);
   usable = frame.input != nullptr && frame.output != nullptr;
-  if (!usable) {
-    return err;
-  }
-  if (err == PF_Err_NONE) {
-    err = AEUtil::read_pixel_format(frame.input, &frame.pixel_format);
-  }
+  if (!usable) return err;
+  if (err == PF_Err_NONE) err = AEUtil::read_pixel_format(frame.input, &frame.pixel_format);
   if (err == PF_Err_NONE) {
     err = host.checkout_layer_pixels(effect_ref, maskTargetLayerCheckout, &frame.params.maskTargetLayer);
   }
@@ -158,13 +150,9 @@ PF_Err renderClassic(BaseFilter& filter, RoadOf kind, PF_InData* in_data, PF_Out
 PF_Err preRenderSmart(RoadOf kind, PF_InData* in_data, PF_PreRenderExtra* extra) {
   const PF_RenderRequest request = extra->input->output_request;
   std::optional<AEUtil::SuiteScope> suites;
-  if (kind == RoadOf::customFilter) {
-    suites.emplace(in_data->pica_basicP);
-  }
+  if (kind == RoadOf::customFilter) suites.emplace(in_data->pica_basicP);
   auto* const frame = new FrameRecord;
-  if (frame == nullptr) {
-    return PF_Err_OUT_OF_MEMORY;
-  }
+  if (frame == nullptr) return PF_Err_OUT_OF_MEMORY;
   PF_PreRenderOutput& answer = *extra->output;
   answer.pre_render_data = frame;
   answer.delete_pre_render_data_func = deleteFrameRecord;
@@ -189,9 +177,7 @@ PF_Err preRenderSmart(RoadOf kind, PF_InData* in_data, PF_PreRenderExtra* extra)
 PF_Err renderSmart(BaseFilter& filter, RoadOf kind, PF_InData* in_data, PF_OutData* out_data,
                    PF_SmartRenderExtra* extra) {
   auto* const frame = static_cast<FrameRecord*>(extra->input->pre_render_data);
-  if (frame == nullptr) {
-    return PF_Err_INTERNAL_STRUCT_DAMAGED;
-  }
+  if (frame == nullptr) return PF_Err_INTERNAL_STRUCT_DAMAGED;
   frame->in_data = in_data;
   frame->out_data = out_data;
   bool usable = false;
@@ -201,12 +187,10 @@ PF_Err renderSmart(BaseFilter& filter, RoadOf kind, PF_InData* in_data, PF_OutDa
       // Made on an error too. It stays in the record; whoever deletes the record drops it.
       makeCanvas(*frame);
     }
-    if (err == PF_Err_NONE) {
-      err = filter.RenderFrame(*frame);
-    }
+    if (err == PF_Err_NONE) err = filter.RenderFrame(*frame);
   }
   // Kept as is: after an error nothing is checked in, and the side layers never are; the host ends them all when the
-  // command returns.
+  // command returns (see onlyTheInputIsCheckedIn and aFailedDrawingIsToldWithoutACheckIn).
   return err != PF_Err_NONE ? err : extra->cb->checkin_layer_pixels(in_data->effect_ref, inputCheckout);
 }
 

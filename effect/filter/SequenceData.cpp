@@ -56,9 +56,7 @@ class LockedRecord {
 };
 
 void appendWord(std::vector<uint8_t>& bytes, uint32_t word) {
-  for (int shift = 0; shift < 32; shift += 8) {
-    bytes.push_back(static_cast<uint8_t>(word >> shift));
-  }
+  for (int shift = 0; shift < 32; shift += 8) bytes.push_back(static_cast<uint8_t>(word >> shift));
 }
 
 std::vector<uint8_t> flatForm(const SequenceRecord& record) {
@@ -75,9 +73,7 @@ std::vector<uint8_t> flatForm(const SequenceRecord& record) {
 
 uint32_t wordAt(const std::vector<uint8_t>& bytes, std::size_t offset) {
   uint32_t word = 0;
-  for (std::size_t i = 0; i < 4; ++i) {
-    word |= static_cast<uint32_t>(bytes[offset + i]) << (8 * i);
-  }
+  for (std::size_t i = 0; i < 4; ++i) word |= static_cast<uint32_t>(bytes[offset + i]) << (8 * i);
   return word;
 }
 
@@ -100,9 +96,7 @@ void parseFlatForm(const std::vector<uint8_t>& bytes, SequenceRecord& record) {
 bool beginsWithMagic(const PF_InData& in_data, PF_Handle handle) {
   const AEUtil::LockedHandle lock(handle);
   uint32_t mark = 0;
-  if (lock.block() == nullptr || in_data.utils->host_get_handle_size(handle) < sizeof(mark)) {
-    return false;
-  }
+  if (lock.block() == nullptr || in_data.utils->host_get_handle_size(handle) < sizeof(mark)) return false;
   std::memcpy(&mark, lock.block(), sizeof(mark));
   return mark == sequenceMagic;
 }
@@ -111,9 +105,7 @@ bool beginsWithMagic(const PF_InData& in_data, PF_Handle handle) {
 
 PF_Err BaseFilter::SequenceSetup(PF_InData* in_data, PF_OutData* out_data) {
   PF_Handle handle = in_data->utils->host_new_handle(sizeof(SequenceRecord));
-  if (handle == nullptr) {
-    return PF_Err_OUT_OF_MEMORY;
-  }
+  if (handle == nullptr) return PF_Err_OUT_OF_MEMORY;
   const LockedRecord locked(handle, LockedRecord::fresh);
   if (locked.record() == nullptr) {
     in_data->utils->host_dispose_handle(handle);
@@ -124,24 +116,19 @@ PF_Err BaseFilter::SequenceSetup(PF_InData* in_data, PF_OutData* out_data) {
 }
 
 PF_Err BaseFilter::SequenceSetdown(PF_InData* in_data, PF_OutData*) {
-  if (in_data->sequence_data != nullptr) {
-    in_data->utils->host_dispose_handle(in_data->sequence_data);
-  }
+  if (in_data->sequence_data != nullptr) in_data->utils->host_dispose_handle(in_data->sequence_data);
   return PF_Err_NONE;
 }
 
 PF_Err BaseFilter::SequenceFlatten(PF_InData* in_data, PF_OutData* out_data) {
   const LockedRecord old(out_data->sequence_data, LockedRecord::asItIs);
-  if (old.record() == nullptr) {
-    return PF_Err_INTERNAL_STRUCT_DAMAGED;
-  }
-  // Kept as is: even the reserved fields are stored as those of a new record, so that the form is a constant.
+  if (old.record() == nullptr) return PF_Err_INTERNAL_STRUCT_DAMAGED;
+  // Kept as is: even the reserved fields are stored as those of a new record, so that the form is a constant
+  // (see everyFlatteningGivesTheSameBytes).
   resetStoredFields(*old.record());
   const std::vector<uint8_t> bytes = flatForm(*old.record());
   PF_Handle handle = in_data->utils->host_new_handle(bytes.size());
-  if (handle == nullptr) {
-    return PF_Err_OUT_OF_MEMORY;
-  }
+  if (handle == nullptr) return PF_Err_OUT_OF_MEMORY;
   const AEUtil::LockedHandle flat(handle);
   if (flat.block() == nullptr) {
     in_data->utils->host_dispose_handle(handle);
@@ -157,21 +144,13 @@ PF_Err BaseFilter::SequenceResetup(PF_InData* in_data, PF_OutData* out_data) {
     return BaseFilter::SequenceSetup(in_data, out_data);
   }
   const AEUtil::LockedHandle old(in_data->sequence_data);
-  if (old.block() == nullptr) {
-    return PF_Err_INTERNAL_STRUCT_DAMAGED;
-  }
+  if (old.block() == nullptr) return PF_Err_INTERNAL_STRUCT_DAMAGED;
   const PF_Err err = BaseFilter::SequenceSetup(in_data, out_data);
-  if (err != PF_Err_NONE) {
-    return err;
-  }
+  if (err != PF_Err_NONE) return err;
   const LockedRecord made(out_data->sequence_data, LockedRecord::asItIs);
-  if (made.record() == nullptr) {
-    return PF_Err_INTERNAL_STRUCT_DAMAGED;
-  }
+  if (made.record() == nullptr) return PF_Err_INTERNAL_STRUCT_DAMAGED;
   std::vector<uint8_t> bytes(static_cast<std::size_t>(in_data->utils->host_get_handle_size(in_data->sequence_data)));
-  if (!bytes.empty()) {
-    std::memcpy(bytes.data(), old.block(), bytes.size());
-  }
+  if (!bytes.empty()) std::memcpy(bytes.data(), old.block(), bytes.size());
   parseFlatForm(bytes, *made.record());
   return PF_Err_NONE;
 }

@@ -26,7 +26,8 @@ PF_Err BaseParam::Fetch(void* target, ParamGetter& getter) {
 }
 
 PF_Err BaseParam::Release(ParamGetter& getter) {
-  // A greyed layer is checked in too, although it was not checked out.
+  // Kept as is: a greyed layer is checked in too, although it was not checked out (see
+  // aGreyedLayerIsNotFetchedButGivenBack).
   return targetSize == 0 ? PF_Err_NONE : getter.Checkin(&getter.definition(id, def));
 }
 
@@ -40,9 +41,7 @@ void BaseParam::SaveDefault(const char* /*settingsPath*/) {}
 
 PF_Err BaseParam::addToHost(PF_InData* in_data, PF_ParamType type, int32_t paramId) {
   def.param_type = type;
-  if (type != PF_Param_GROUP_END) {
-    in_data->utils->ansi.strcpy(def.name, name);
-  }
+  if (type != PF_Param_GROUP_END) in_data->utils->ansi.strcpy(def.name, name);
   def.uu.id = paramId;
   return in_data->inter.add_param(in_data->effect_ref, -1, &def);
 }

@@ -31,9 +31,7 @@ struct Numbered {
   [[nodiscard]] constexpr ControlRow operator()(std::string_view text, controlId::OfEffector id, ControlRow row) const {
     row.name = name(text);
     row.id = id(number);
-    if (row.target.size != 0) {
-      row.target = target(row.target);
-    }
+    if (row.target.size != 0) row.target = target(row.target);
     return row;
   }
 };

@@ -17,11 +17,11 @@ constexpr double fixedPerDegree = 65536.0;
 /// A key of a colour: the control's name, a dot and the letter of the channel.
 class ChannelKey {
  public:
-  ChannelKey(const char* name, char channel) { std::snprintf(text, sizeof text, "%s.%c", name, channel); }
-  [[nodiscard]] const char* c_str() const { return text; }
+  ChannelKey(const char* name, char channel) { std::snprintf(text_, sizeof text_, "%s.%c", name, channel); }
+  [[nodiscard]] const char* c_str() const { return text_; }
 
  private:
-  char text[64];
+  char text_[64];
 };
 
 uint8_t storedChannel(const PF_InData* in_data, const char* name, char channel, uint8_t builtIn, const char* path) {
@@ -165,9 +165,7 @@ ParamAddLayer::ParamAddLayer(const ControlRow& row, const PF_ParamDef& definitio
 PF_Err ParamAddLayer::Fetch(void* target, ParamGetter& getter) {
   if (targetSize == 0) return PF_Err_NONE;
   const auto setField = [this, target](PF_EffectWorld* world) {
-    if (target != nullptr) {
-      std::memcpy(static_cast<char*>(target) + targetOffset, &world, targetSize);
-    }
+    if (target != nullptr) std::memcpy(static_cast<char*>(target) + targetOffset, &world, targetSize);
   };
   setField(nullptr);
   // A greyed layer costs no check-out: the frame sees none.

@@ -17,53 +17,52 @@ namespace {
 /// "PF Param Utils Suite" 2 for the length of one command. No suite record has a slot for it.
 class ParamUtils {
  public:
-  explicit ParamUtils(SPBasicSuite* basicSuite) : basic(basicSuite) {
+  explicit ParamUtils(SPBasicSuite* basicSuite) : basic_(basicSuite) {
     const void* table = nullptr;
-    if (basic == nullptr || basic->AcquireSuite(kPFParamUtilsSuite, kPFParamUtilsSuiteVersion2, &table) != kSPNoError ||
+    if (basic_ == nullptr ||
+        basic_->AcquireSuite(kPFParamUtilsSuite, kPFParamUtilsSuiteVersion2, &table) != kSPNoError ||
         table == nullptr) {
       AEUtil::throwMissingSuite();
     }
-    suite = static_cast<const PF_ParamUtilsSuite1*>(table);
+    suite_ = static_cast<const PF_ParamUtilsSuite1*>(table);
   }
-  ~ParamUtils() { basic->ReleaseSuite(kPFParamUtilsSuite, kPFParamUtilsSuiteVersion2); }
+  ~ParamUtils() { basic_->ReleaseSuite(kPFParamUtilsSuite, kPFParamUtilsSuiteVersion2); }
   ParamUtils(const ParamUtils&) = delete;
   ParamUtils& operator=(const ParamUtils&) = delete;
-  const PF_ParamUtilsSuite1* operator->() const { return suite; }
+  const PF_ParamUtilsSuite1* operator->() const { return suite_; }
 
  private:
-  SPBasicSuite* basic;
-  const PF_ParamUtilsSuite1* suite;
+  SPBasicSuite* basic_;
+  const PF_ParamUtilsSuite1* suite_;
 };
 
 /// The controls of one command: their values, and their greyed state by id.
 class Controls {
  public:
   Controls(PF_InData* inData, PF_ParamDef** hostParams)
-      : in_data(inData), params(hostParams), utils(inData->pica_basicP) {}
+      : in_data_(inData), params_(hostParams), utils_(inData->pica_basicP) {}
 
   /// The host is told every time, whether or not anything changes, through a copy: its own array is only read.
   void setEnabledAt(int32_t index, bool enabled) const {
-    PF_ParamDef copy = *params[index];
+    PF_ParamDef copy = *params_[index];
     if (enabled) {
       copy.ui_flags &= ~PF_PUI_DISABLED;
     } else {
       copy.ui_flags |= PF_PUI_DISABLED;
     }
-    utils->PF_UpdateParamUI(in_data->effect_ref, index, &copy);
+    utils_->PF_UpdateParamUI(in_data_->effect_ref, index, &copy);
   }
   void setEnabled(int32_t id, bool enabled) const { setEnabledAt(HostIndexOf(id), enabled); }
   void setEnabled(std::initializer_list<int32_t> ids, bool enabled) const {
-    for (const int32_t id : ids) {
-      setEnabled(id, enabled);
-    }
+    for (const int32_t id : ids) setEnabled(id, enabled);
   }
-  [[nodiscard]] int32_t item(int32_t id) const { return params[HostIndexOf(id)]->u.pd.value; }
-  [[nodiscard]] int32_t checked(int32_t id) const { return params[HostIndexOf(id)]->u.bd.value; }
+  [[nodiscard]] int32_t item(int32_t id) const { return params_[HostIndexOf(id)]->u.pd.value; }
+  [[nodiscard]] int32_t checked(int32_t id) const { return params_[HostIndexOf(id)]->u.bd.value; }
 
  private:
-  PF_InData* in_data;
-  PF_ParamDef** params;
-  ParamUtils utils;
+  PF_InData* in_data_;
+  PF_ParamDef** params_;
+  ParamUtils utils_;
 };
 
 void applyMaskRules(const Controls& controls) {
@@ -94,12 +93,8 @@ void applyEffectorRules(const Controls& controls, int n) {
                       on);
   // Kept as is: two ids of this run have no control, so that the step is carried out on index 0, the layer itself. The
   // host takes no harm from it (see theTwoEmptyIdsOfAnEffectorReachTheHostAsIndexZero).
-  for (int32_t id = absSize(n); id <= shiftHue(n); ++id) {
-    controls.setEnabled(id, on);
-  }
-  if (on) {
-    applyRulesInside(controls, n);
-  }
+  for (int32_t id = absSize(n); id <= shiftHue(n); ++id) controls.setEnabled(id, on);
+  if (on) applyRulesInside(controls, n);
 }
 
 /// Remembers the first mode of "Distance Between" that a sequence shows, as what the next change is measured by.
@@ -128,15 +123,11 @@ PF_Err UpdateParamsRules(PF_InData* in_data, PF_OutData* out_data, PF_ParamDef**
   const bool renderEngine = IsRenderEngine(in_data);
   const Controls controls(in_data, params);
   if (renderEngine) {
-    for (int32_t index = 1; index < out_data->num_params; ++index) {
-      controls.setEnabledAt(index, false);
-    }
+    for (int32_t index = 1; index < out_data->num_params; ++index) controls.setEnabledAt(index, false);
     return PF_Err_NONE;
   }
   applyMaskRules(controls);
-  for (int effector = 1; effector <= effectorCount; ++effector) {
-    applyEffectorRules(controls, effector);
-  }
+  for (int effector = 1; effector <= effectorCount; ++effector) applyEffectorRules(controls, effector);
   noteDistanceMode(in_data, controls);
   return PF_Err_NONE;
 }

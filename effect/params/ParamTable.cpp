@@ -21,27 +21,25 @@ class Definitions {
  public:
   explicit Definitions(bool greyed) {
     // On a group the same bit means that it starts closed.
-    plain.flags = PF_ParamFlag_COLLAPSE_TWIRLY;
-    supervised.flags = PF_ParamFlag_COLLAPSE_TWIRLY | PF_ParamFlag_SUPERVISE;
-    stepped.flags = PF_ParamFlag_COLLAPSE_TWIRLY | PF_ParamFlag_CANNOT_INTERP;
-    for (PF_ParamDef* def : {&plain, &supervised, &stepped}) {
-      def->ui_flags = greyed ? PF_PUI_DISABLED : PF_PUI_NONE;
-    }
+    plain_.flags = PF_ParamFlag_COLLAPSE_TWIRLY;
+    supervised_.flags = PF_ParamFlag_COLLAPSE_TWIRLY | PF_ParamFlag_SUPERVISE;
+    stepped_.flags = PF_ParamFlag_COLLAPSE_TWIRLY | PF_ParamFlag_CANNOT_INTERP;
+    for (PF_ParamDef* def : {&plain_, &supervised_, &stepped_}) def->ui_flags = greyed ? PF_PUI_DISABLED : PF_PUI_NONE;
   }
   [[nodiscard]] const PF_ParamDef& operator[](ControlTemplate which) const {
     switch (which) {
       case ControlTemplate::supervised:
-        return supervised;
+        return supervised_;
       case ControlTemplate::stepped:
-        return stepped;
+        return stepped_;
       case ControlTemplate::plain:
         break;
     }
-    return plain;
+    return plain_;
   }
 
  private:
-  PF_ParamDef plain = zeroedDef(), supervised = zeroedDef(), stepped = zeroedDef();
+  PF_ParamDef plain_ = zeroedDef(), supervised_ = zeroedDef(), stepped_ = zeroedDef();
 };
 
 /// The object of one row, owned by the caller. Null when there is no memory to be had yet: the host lent no suites.
@@ -79,22 +77,22 @@ class OpenGroup {
   OpenGroup(const OpenGroup&) = delete;
   OpenGroup& operator=(const OpenGroup&) = delete;
   ~OpenGroup() {
-    if (endId == 0) return;
+    if (endId_ == 0) return;
     try {
       end();
     } catch (...) {  // NOLINT(bugprone-empty-catch): the exception under way tells the same
     }
   }
-  void begin(int32_t topicId) { endId = topicId + 1; }
+  void begin(int32_t topicId) { endId_ = topicId + 1; }
   void end() {
     // Cleared first: an end that can't be made is not tried again.
-    const int32_t id = endId;
-    endId = 0;
+    const int32_t id = endId_;
+    endId_ = 0;
     byId[id] = new ParamEndTopic();
   }
 
  private:
-  int32_t endId = 0;  ///< 0 while no group is open
+  int32_t endId_ = 0;  ///< 0 while no group is open
 };
 
 void constructAll(const Definitions& definitions) {
@@ -105,9 +103,7 @@ void constructAll(const Definitions& definitions) {
       continue;
     }
     byId[row.id] = makeParam(row, definitions[row.definition]);
-    if (row.kind == ControlKind::group) {
-      open.begin(row.id);
-    }
+    if (row.kind == ControlKind::group) open.begin(row.id);
   }
 }
 
@@ -134,9 +130,7 @@ void DeclareParams(PF_InData* in_data) {
   DropParams();
   constructAll(Definitions(IsRenderEngine(in_data)));
   for (int32_t id = 0; id < paramSlots; ++id) {
-    if (byId[id] != nullptr) {
-      byId[id]->id = id;
-    }
+    if (byId[id] != nullptr) byId[id]->id = id;
     byIndex[id + 1] = byId[id];
   }
   std::sort(std::begin(byIndex) + 1, std::end(byIndex), goesBefore);

@@ -1,7 +1,11 @@
 // All controls of the effect: their declaration, and the passes over them.
 //
 // Built from the rows of ControlRows.h at the first entry into the module and shared by all instances. A control has
-// two numbers: its id, kept by the host in projects, and its host index, its place in the list. Nothing here is locked.
+// two numbers: its id, kept by the host in projects, and its host index, its place in the list.
+//
+// Threads: nothing here is locked. The table itself changes at the first call and at the set-down alone, while no frame
+// is drawn. FetchAll and ReleaseAll run on any number of threads at once, each with a record and definitions of its
+// own; AddAll, SaveAll and a fetch without a record come on the host's main thread while no frame is drawn.
 #pragma once
 
 #include <cstdint>

@@ -115,13 +115,9 @@ void writeDecimal(char (&text)[decimalTextSize], double value) {
 }
 
 double readDecimal(const char* text) {
-  while (isBlank(*text)) {
-    ++text;
-  }
+  while (isBlank(*text)) ++text;
   const bool negative = *text == '-';
-  if (negative || *text == '+') {
-    ++text;
-  }
+  if (negative || *text == '+') ++text;
   // A second sign is no number; from_chars would take a minus.
   if (*text == '-') return 0.0;
   const char* const end = text + std::strlen(text);

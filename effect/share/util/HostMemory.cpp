@@ -14,9 +14,7 @@ namespace {
 /// A locked block of `bytes` bytes that holds its own handle in front, or null.
 char* newLockedHandle(const PF_HandleSuite1& suite, A_HandleSize bytes) {
   PF_Handle handle = suite.host_new_handle(bytes);
-  if (handle == nullptr) {
-    return nullptr;
-  }
+  if (handle == nullptr) return nullptr;
   void* const header = suite.host_lock_handle(handle);
   if (header == nullptr) {
     suite.host_dispose_handle(handle);
@@ -30,17 +28,13 @@ char* newLockedHandle(const PF_HandleSuite1& suite, A_HandleSize bytes) {
 
 void* allocate(int32_t size) {
   SuiteCache* const suites = globalSuites();
-  if (suites == nullptr) {
-    return nullptr;
-  }
+  if (suites == nullptr) return nullptr;
   // Added in 32 bits, so that a size near the end of the range turns into one that no host can serve.
   const auto withHeader = static_cast<int32_t>(static_cast<uint32_t>(size) + static_cast<uint32_t>(blockHeaderBytes));
   char* const header =
       newLockedHandle(suites->handleSuite(), static_cast<A_HandleSize>(static_cast<int64_t>(withHeader)));
   if (header == nullptr) {
-    if (pendingErrors != nullptr) {
-      pendingErrors->push(PF_Err_OUT_OF_MEMORY);
-    }
+    if (pendingErrors != nullptr) pendingErrors->push(PF_Err_OUT_OF_MEMORY);
     throw std::bad_alloc();
   }
   return header + blockHeaderBytes;
@@ -48,9 +42,7 @@ void* allocate(int32_t size) {
 
 void release(void* block) noexcept {
   SuiteCache* const suites = globalSuites();
-  if (suites == nullptr || block == nullptr) {
-    return;
-  }
+  if (suites == nullptr || block == nullptr) return;
   try {
     const PF_HandleSuite1& suite = suites->handleSuite();
     PF_Handle handle = nullptr;
@@ -65,9 +57,7 @@ void release(void* block) noexcept {
 }
 
 LockedHandle::LockedHandle(PF_Handle handle) : handle_(handle) {
-  if (handle_ != nullptr) {
-    block_ = requireGlobalSuites().handleSuite().host_lock_handle(handle_);
-  }
+  if (handle_ != nullptr) block_ = requireGlobalSuites().handleSuite().host_lock_handle(handle_);
 }
 
 LockedHandle::~LockedHandle() {

@@ -35,9 +35,7 @@ const void* SuiteCache::acquire(Slot slot) {
   if (slots[slot] == nullptr) {
     const void* suite = nullptr;
     const SPErr err = basic->AcquireSuite(suiteNames[slot].name, suiteNames[slot].version, &suite);
-    if (err != kSPNoError || suite == nullptr) {
-      throwMissingSuite();
-    }
+    if (err != kSPNoError || suite == nullptr) throwMissingSuite();
     slots[slot] = suite;
   }
   return slots[slot];
@@ -65,9 +63,7 @@ const PFAppSuite4& SuiteCache::appSuite() {
 
 void SuiteCache::releaseAll() noexcept {
   for (std::size_t slot = 0; slot < slotCount; ++slot) {
-    if (slots[slot] != nullptr) {
-      basic->ReleaseSuite(suiteNames[slot].name, suiteNames[slot].version);
-    }
+    if (slots[slot] != nullptr) basic->ReleaseSuite(suiteNames[slot].name, suiteNames[slot].version);
   }
 }
 
@@ -76,9 +72,7 @@ SuiteCache* globalSuites() noexcept {
 }
 
 SuiteCache& requireGlobalSuites() {
-  if (globalRecordInUse == nullptr) {
-    throwMissingSuite();
-  }
+  if (globalRecordInUse == nullptr) throwMissingSuite();
   return *globalRecordInUse;
 }
 
@@ -98,9 +92,7 @@ void closeGlobalSuites() noexcept {
 }
 
 SuiteScope::SuiteScope(SPBasicSuite* basic) {
-  if (basic == nullptr) {
-    throwMissingSuite();
-  }
+  if (basic == nullptr) throwMissingSuite();
   suites_.basic = basic;
 }
 

@@ -3,6 +3,9 @@
 // A suite is asked for at its first need and stays in its slot; a slot that is filled owes the host one ReleaseSuite of
 // the same name and version. One record is global, for the life of the module; a SuiteScope holds suites for the
 // length of one operation.
+//
+// Threads: the global record is opened and closed on the host's main thread. In between any thread may fill a slot. A
+// SuiteScope belongs to the thread that made it.
 #pragma once
 
 #include <array>

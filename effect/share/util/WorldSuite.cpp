@@ -24,9 +24,7 @@ EffectWorldPtr WorldSuite::newWorld(PF_ProgPtr effect_ref, int32_t width, int32_
                                     PF_PixelFormat format) {
   EffectWorldPtr made;
   made.node_ = new WorldNode{effect_ref, {}, 1};
-  if (made.node_ == nullptr) {
-    return made;
-  }
+  if (made.node_ == nullptr) return made;
   PF_EffectWorld* const world = &made.node_->world;
   SuiteCache& suites = requireGlobalSuites();
   PF_Err err = PF_Err_NONE;
@@ -36,9 +34,7 @@ EffectWorldPtr WorldSuite::newWorld(PF_ProgPtr effect_ref, int32_t width, int32_
     const PF_Err released = releaseVersion2(*suites.basic);
     err = err != PF_Err_NONE ? err : released;
   } else {
-    if (format != PF_PixelFormat_ARGB32 && format != PF_PixelFormat_ARGB64) {
-      return made;
-    }
+    if (format != PF_PixelFormat_ARGB32 && format != PF_PixelFormat_ARGB64) return made;
     const PF_NewWorldFlags flags = format == PF_PixelFormat_ARGB64
                                        ? PF_NewWorldFlag_CLEAR_PIXELS | PF_NewWorldFlag_DEEP_PIXELS
                                        : PF_NewWorldFlag_CLEAR_PIXELS;
@@ -46,7 +42,8 @@ EffectWorldPtr WorldSuite::newWorld(PF_ProgPtr effect_ref, int32_t width, int32_
     made.world_ = world;
   }
   if (err != PF_Err_NONE) {
-    // Kept as is, letter by letter: whoever looks for this failure under a debugger knows it by this text.
+    // Kept as is, letter by letter: whoever looks for this failure under a debugger knows it by this text (see
+    // aFailureCarriesTheHostsErrorAndTheKnownMessage).
     throw AEException(err, ".\\share\\util\\AEWorldSuite", 151, "%s",
                       "class AEUtil::EffectWorldPtr __cdecl AEUtil::WorldSuite::newWorld("
                       "struct PF_ProgressInfo *,long,long,char,long)");
@@ -57,9 +54,7 @@ EffectWorldPtr WorldSuite::newWorld(PF_ProgPtr effect_ref, int32_t width, int32_
 void WorldSuite::disposeWorld(PF_ProgPtr effect_ref, PF_EffectWorld* world) noexcept {
   // After the set-down there is no way to the host any more; a record that it drops so late keeps its world.
   SuiteCache* const suites = globalSuites();
-  if (suites == nullptr) {
-    return;
-  }
+  if (suites == nullptr) return;
   if (const PF_WorldSuite2* suite = acquireVersion2(*suites->basic)) {
     suite->PF_DisposeWorld(effect_ref, world);
     releaseVersion2(*suites->basic);
@@ -84,9 +79,7 @@ PF_Err read_pixel_format(const PF_EffectWorld* world, PF_PixelFormat* tag) {
 }
 
 EffectWorldPtr::EffectWorldPtr(const EffectWorldPtr& other) noexcept : node_(other.node_), world_(other.world_) {
-  if (node_ != nullptr) {
-    ++node_->ref_count;
-  }
+  if (node_ != nullptr) ++node_->ref_count;
 }
 
 EffectWorldPtr& EffectWorldPtr::operator=(const EffectWorldPtr& other) noexcept {
@@ -94,21 +87,15 @@ EffectWorldPtr& EffectWorldPtr::operator=(const EffectWorldPtr& other) noexcept 
     drop();
     node_ = other.node_;
     world_ = other.world_;
-    if (node_ != nullptr) {
-      ++node_->ref_count;
-    }
+    if (node_ != nullptr) ++node_->ref_count;
   }
   return *this;
 }
 
 void EffectWorldPtr::drop() noexcept {
-  if (node_ == nullptr) {
-    return;
-  }
+  if (node_ == nullptr) return;
   if (--node_->ref_count == 0) {
-    if (world_ != nullptr) {
-      WorldSuite::disposeWorld(node_->effect_ref, world_);
-    }
+    if (world_ != nullptr) WorldSuite::disposeWorld(node_->effect_ref, world_);
     delete node_;
   }
   node_ = nullptr;

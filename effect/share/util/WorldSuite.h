@@ -46,7 +46,8 @@ struct WorldSuite {
   /// Makes a cleared world of `width` x `height` pixels of the form `format`.
   ///
   /// `clear` is not looked at by version 2: a world of that version always comes cleared. Kept as is, since the
-  /// canvas, the one world that the effect makes, relies on it.
+  /// canvas, the one world that the effect makes, relies on it (see
+  /// isClearedEvenWhenNotAskedTo).
   ///
   /// Returns an empty handle when there is no memory to be had at all, and a handle without a world when only
   /// version 1 is there and `format` is neither 8 nor 16 bits. Throws AEException with the host's error when the host
