@@ -8,7 +8,7 @@
 
 #include "ScriptedEffect.h"
 #include "host/LoadedModule.h"
-#include "tests/params/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace {
 

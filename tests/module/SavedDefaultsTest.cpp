@@ -8,7 +8,7 @@
 #include <string>
 
 #include "tests/module/HostedModule.h"
-#include "tests/params/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace moduletest {
 namespace {

@@ -14,7 +14,7 @@
 #include "effect/options/Messages.h"
 #include "effect/params/StoredDefaults.h"
 #include "tests/options/FakeSystem.h"
-#include "tests/params/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace {
 

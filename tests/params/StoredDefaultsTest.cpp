@@ -12,7 +12,7 @@
 #include "ae/Constants.h"
 #include "effect/params/ParamTable.h"
 #include "tests/params/PlainHost.h"
-#include "tests/params/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace vindrel {
 namespace {

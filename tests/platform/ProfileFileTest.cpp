@@ -9,7 +9,7 @@
 #include <iterator>
 #include <string>
 
-#include "tests/params/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace {
 

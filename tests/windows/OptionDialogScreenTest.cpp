@@ -21,7 +21,7 @@
 #include "ae/Constants.h"
 #include "host/LoadedModule.h"
 #include "host/StandInHost.h"
-#include "tests/params/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 #include "tests/windows/Screen.h"
 
 namespace {
