@@ -13,6 +13,7 @@
 #include <cstdint>
 
 #include "effect/raster/EdgeTable.h"
+#include "effect/raster/RunVectors.h"
 #include "effect/raster/SpanTable.h"
 
 namespace vindrel {
@@ -51,14 +52,9 @@ class Crossings {
   /// Adds the runs of the sub-rows from y on to the table, until `stop` or until the order no longer holds. Returns the
   /// sub-row behind the last one. The table must have nothing yet for these sub-rows.
   int32_t scan(SpanTable& table, int32_t y, int32_t stop) {
-    switch (count_) {
-      case 2:
-        return scanEdges<2>(table, y, stop);
-      case 4:
-        return scanEdges<4>(table, y, stop);
-      default:
-        return scanEdges<0>(table, y, stop);
-    }
+    if (count_ == 2 && runs_ == 1) return scanTwo(table, y, stop);
+    if (count_ == 4 && runs_ > 0) return runs_ == 2 ? scanFour<2>(table, y, stop) : scanFour<1>(table, y, stop);
+    return scanAny(table, y, stop);
   }
 
   bool inOrder() const { return inOrder_; }
@@ -69,21 +65,48 @@ class Crossings {
   }
 
  private:
-  template <int32_t known>
-  int32_t scanEdges(SpanTable& table, int32_t y, int32_t stop) {
-    const int32_t count = known > 0 ? known : count_;
-    while (y < stop) {
-      for (int32_t k = 0; k < runs_; ++k) table.append(y & 7, {column(run_[k].open), column(run_[k].close)});
-      for (int32_t i = 0; i < count; ++i) x_[i] += slope_[i];
+  int32_t scanTwo(SpanTable& table, int32_t y, int32_t stop) {
+    vectors::TwoSides sides(x_, slope_);
+    while (y < stop && inOrder_) {
+      table.set(y & 7, sides.columns());
+      sides.step();
+      inOrder_ = sides.inOrder();
       ++y;
-      for (int32_t i = 1; i < count; ++i) inOrder_ = inOrder_ && !(x_[i - 1] > x_[i]);
-      if (!inOrder_) break;
     }
+    sides.storeTo(x_);
     return y;
   }
 
-  /// nearestSub, for a coordinate that is in range.
-  int32_t column(int32_t edge) const { return static_cast<int32_t>(x_[edge] + 0.5); }
+  /// With two runs each is between two neighbours; a single one is between the outermost edges.
+  template <int32_t runs>
+  int32_t scanFour(SpanTable& table, int32_t y, int32_t stop) {
+    vectors::TwoSides left(x_, slope_), right(x_ + 2, slope_ + 2);
+    while (y < stop && inOrder_) {
+      if constexpr (runs == 2) {
+        table.set(y & 7, left.columns(), right.columns());
+      } else {
+        table.set(y & 7, {left.columns().start, right.columns().end});
+      }
+      left.step();
+      right.step();
+      inOrder_ = left.inOrderBefore(right);
+      ++y;
+    }
+    left.storeTo(x_);
+    right.storeTo(x_ + 2);
+    return y;
+  }
+
+  int32_t scanAny(SpanTable& table, int32_t y, int32_t stop) {
+    while (y < stop && inOrder_) {
+      for (int32_t k = 0; k < runs_; ++k)
+        table.append(y & 7, {nearestSub(x_[run_[k].open]), nearestSub(x_[run_[k].close])});
+      for (int32_t i = 0; i < count_; ++i) x_[i] += slope_[i];
+      for (int32_t i = 1; i < count_; ++i) inOrder_ = inOrder_ && !(x_[i - 1] > x_[i]);
+      ++y;
+    }
+    return y;
+  }
 
   struct Run {
     int32_t open, close;

@@ -9,13 +9,14 @@
 #include <cstdint>
 
 #include "effect/pixel/Pixel.h"
-#include "effect/pixel/Truncate.h"
 #include "effect/pixel/Wrap.h"
 
 namespace vindrel {
 
-/// Share of a pixel for one covered sample of its 64.
-inline constexpr double coverageOfOneSample = 0.015625;
+inline constexpr int32_t samplesOfAPixel = 64;
+
+/// Share of a pixel for one covered sample.
+inline constexpr double coverageOfOneSample = 1.0 / samplesOfAPixel;
 
 /// Lays the colour over the pixel; the colour's alpha is its opacity. count is 0 to 64 samples. (A run that ends
 /// beyond the 32-bit range may bring any count; the result is then of no use, but defined.)
@@ -23,8 +24,7 @@ template <class Pixel>
 inline void paintPixel(Pixel& pixel, const Pixel& colour, int32_t count) {
   using Channel = typename PixelTraits<Pixel>::Channel;
   constexpr int32_t full = PixelTraits<Pixel>::fullScale;
-  const double weighted = static_cast<double>(wrapMultiply(colour.alpha, count)) * coverageOfOneSample;
-  const auto opacity = static_cast<Channel>(static_cast<uint32_t>(truncateToInt32(weighted)));
+  const auto opacity = static_cast<Channel>(static_cast<uint32_t>(wrapMultiply(colour.alpha, count) / samplesOfAPixel));
   const int32_t a = opacity;
   if (a == 0) return;
   if (pixel.alpha == 0 || a == full) {

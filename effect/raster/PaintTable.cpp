@@ -4,6 +4,7 @@
 
 #include "effect/pixel/Pixel.h"
 #include "effect/raster/PaintPixel.h"
+#include "effect/raster/RunVectors.h"
 
 namespace vindrel {
 namespace {
@@ -12,11 +13,23 @@ namespace {
 class CountWindow {
  public:
   /// Counts samples of the pixels from `firstPixel` to `lastPixel`, as far as the window reaches. Needs an orderly row.
-  void count(const SpanTable& table, int32_t firstPixel, int32_t lastPixel) {
+  void count(const SpanTable& table, const SpanTable::Shape& shape, int32_t firstPixel, int32_t lastPixel) {
     first_ = firstPixel;
     size_ = std::min(lastPixel - firstPixel + 1, reach);
-    for (int32_t i = 0; i < size_; ++i) counts_[i] = 0;
-    for (int32_t k = 0; k < table.layerCount(); ++k) countLayer(table.layer(k));
+    std::fill(counts_, counts_ + reach + 8, int16_t{0});
+    for (int32_t k = 0; k < shape.layers; ++k) {
+      // Only where the layer lies, eight pixels at a time.
+      const LayerExtent& extent = shape.extent[k];
+      const int32_t end = std::min(extent.greatestEnd >> 3, first_ + size_ - 1);
+      for (int32_t p = std::max(extent.leastStart >> 3, first_); p <= end; p += 8) {
+        int16_t* const counts = counts_ + (p - first_);
+        if (extent.leastStart < vectors::leastColumn) {
+          plain_vectors::addCounts(table.layer(k), p, counts);
+        } else {
+          vectors::addCounts(table.layer(k), p, counts);
+        }
+      }
+    }
   }
 
   int32_t at(int32_t pixel) const { return counts_[pixel - first_]; }
@@ -25,41 +38,7 @@ class CountWindow {
 
  private:
   static constexpr int32_t reach = 64;
-
-  void countLayer(const SpanTable::Layer& layer) {
-    // From the window's first column on; ends are behind the last column of a run.
-    const int32_t c0 = first_ * 8;
-    const int32_t c1 = c0 + size_ * 8;
-    int16_t start[8], end[8];
-    int32_t leastStart = reach * 8, greatestStart = 0, leastEnd = reach * 8, greatestEnd = 0;
-    for (int32_t r = 0; r < 8; ++r) {
-      const int32_t s = std::clamp(layer[r].start, c0, c1) - c0;
-      const int32_t e = std::clamp(layer[r].end + 1, c0, c1) - c0;
-      start[r] = static_cast<int16_t>(s);
-      end[r] = static_cast<int16_t>(e);
-      if (s < e) leastStart = std::min(leastStart, s);
-      greatestStart = std::max(greatestStart, s);
-      leastEnd = std::min(leastEnd, e);
-      greatestEnd = std::max(greatestEnd, e);
-    }
-    const int32_t stop = (greatestEnd + 7) >> 3;
-    for (int32_t p = leastStart >> 3; p < stop; ++p) {
-      if (p > greatestStart >> 3 && p < leastEnd >> 3) {
-        counts_[p] += 64;
-        continue;
-      }
-      const auto left = static_cast<int16_t>(p * 8);
-      int32_t sum = 0;
-      for (int32_t r = 0; r < 8; ++r) {
-        const auto before = static_cast<int16_t>(std::clamp<int16_t>(static_cast<int16_t>(start[r] - left), 0, 8));
-        const auto behind = static_cast<int16_t>(std::clamp<int16_t>(static_cast<int16_t>(end[r] - left), 0, 8));
-        sum += behind - before;
-      }
-      counts_[p] += sum;
-    }
-  }
-
-  int32_t counts_[reach];
+  int16_t counts_[reach + 8];
   int32_t first_ = 0;
   int32_t size_ = 0;
 };
@@ -67,11 +46,12 @@ class CountWindow {
 }  // namespace
 
 template <class Pixel>
-void paintTable(const SpanTable& table, Pixel* pixels, int32_t width, const Pixel& colour) {
-  SpanTable::Runs touched;
-  table.joinInto(touched);
-  SpanTable::Runs solid;
-  table.solidPixelsInto(solid);
+void paintTable(const SpanTable& table, Pixel* pixels, int32_t width, const Pixel& dotColour) {
+  const Pixel colour = dotColour;  // a copy of its own, which no pixel can overwrite
+  const SpanTable::Shape shape = table.shape();
+  SpanTable::Runs touched, solid;
+  table.joinInto(shape, touched);
+  table.solidPixelsInto(shape, solid);
   CountWindow window;
   for (int32_t t = 0; t < touched.count; ++t) {
     const int32_t touchedStart = touched.run[t].start >> 3;
@@ -89,7 +69,7 @@ void paintTable(const SpanTable& table, Pixel* pixels, int32_t width, const Pixe
       int32_t stop = last;
       if (s < solid.count) stop = std::min({last, solid.run[s].start - 1, solid.run[s].end});
       if (p < window.first() || p > window.last()) {
-        window.count(table, p, std::min(width - 1, (touched.run[touched.count - 1].end + 7) >> 3));
+        window.count(table, shape, p, std::min(width - 1, (touched.run[touched.count - 1].end + 7) >> 3));
       }
       for (stop = std::min(stop, window.last()); p <= stop; ++p) paintPixel(pixels[p], colour, window.at(p));
     }

@@ -47,7 +47,7 @@ class RunStore {
       onLists_ = false;
     } else {
       const int32_t row = y >> 3;
-      if (row >= 0 && row < rasterizer_.height && table_.layerCount() > 0) {
+      if (row >= 0 && row < rasterizer_.height && table_.first() >= 0) {
         paintTable(table_, canvasRow(rasterizer_.pixels, rasterizer_.rowBytes, row), rasterizer_.width,
                    *rasterizer_.colour);
       }

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "effect/pixel/Wrap.h"
+#include "effect/raster/RunVectors.h"
 
 namespace vindrel {
 namespace {
@@ -17,8 +18,9 @@ constexpr int64_t wideStretch = 24;
 
 /// Puts the run among runs that ascend with a free column between neighbours, and leaves them so.
 void join(SpanTable::Runs& joined, ColumnRun added) {
-  int32_t i = 0;
-  while (i < joined.count && joined.run[i].end + 1 < added.start) ++i;
+  int32_t i = joined.count;
+  // It mostly belongs at the end.
+  while (i > 0 && joined.run[i - 1].end + 1 >= added.start) --i;
   if (i == joined.count || added.end + 1 < joined.run[i].start) {
     for (int32_t k = joined.count; k > i; --k) joined.run[k] = joined.run[k - 1];
     joined.run[i] = added;
@@ -97,20 +99,34 @@ bool SpanTable::isOrderly() const {
   return true;
 }
 
-void SpanTable::joinInto(Runs& joined) const {
-  joined.count = 0;
-  for (int32_t k = 0; k < layerCount_; ++k) {
-    // Mostly, neighbouring sub-rows' runs all have a column in common, or nearly.
-    ColumnRun common{std::numeric_limits<int32_t>::min(), lastOrderlyColumn};
-    ColumnRun outer{lastOrderlyColumn, std::numeric_limits<int32_t>::min()};
+SpanTable::Shape SpanTable::shape() const {
+  Shape shape;
+  shape.layers = layerCount();
+  for (int32_t k = 0; k < shape.layers; ++k) {
+    if (isFull(k)) {
+      shape.extent[k] = vectors::extentOf(layers_[k]);
+      continue;
+    }
+    LayerExtent extent{lastOrderlyColumn, std::numeric_limits<int32_t>::min(), lastOrderlyColumn,
+                       std::numeric_limits<int32_t>::min()};
     for (int32_t r = first_; r <= last_; ++r) {
       if (counts_[r] <= k) continue;
       const ColumnRun run = layers_[k][r];
-      common = {std::max(common.start, run.start), std::min(common.end, run.end)};
-      outer = {std::min(outer.start, run.start), std::max(outer.end, run.end)};
+      extent = {std::min(extent.leastStart, run.start), std::max(extent.greatestStart, run.start),
+                std::min(extent.leastEnd, run.end), std::max(extent.greatestEnd, run.end)};
     }
-    if (common.start <= common.end + 1) {
-      join(joined, outer);
+    shape.extent[k] = extent;
+  }
+  return shape;
+}
+
+void SpanTable::joinInto(const Shape& shape, Runs& joined) const {
+  joined.count = 0;
+  for (int32_t k = 0; k < shape.layers; ++k) {
+    const LayerExtent& extent = shape.extent[k];
+    // Mostly, neighbouring sub-rows' runs all have a column in common, or nearly.
+    if (extent.greatestStart <= extent.leastEnd + 1) {
+      join(joined, {extent.leastStart, extent.greatestEnd});
       continue;
     }
     for (int32_t r = first_; r <= last_; ++r) {
@@ -119,7 +135,7 @@ void SpanTable::joinInto(Runs& joined) const {
   }
 }
 
-void SpanTable::solidPixelsInto(Runs& solid) const {
+void SpanTable::solidPixelsInto(const Shape& shape, Runs& solid) const {
   solid.count = 0;
   if (first_ != 0 || last_ != 7) return;
   // What comes of the intersection lies within the runs of its first slot.
@@ -129,16 +145,12 @@ void SpanTable::solidPixelsInto(Runs& solid) const {
     widest = std::max(widest, int64_t{pixels.end} - pixels.start + 1);
   }
   if (widest <= 0) return;
-  ColumnRun common = layers_[0][0];
-  for (int32_t r = 0; r < 8; ++r) {
-    if (counts_[r] == 0) {
-      intersectInto(solid);
-      return;
-    }
-    const ColumnRun run = layers_[0][r];
-    common = {std::max(common.start, run.start), std::min(common.end, run.end)};
+  if (!isFull(0)) {
+    intersectInto(solid);
+    return;
   }
-  if (common.start <= common.end && layerCount_ == 1) {
+  const ColumnRun common{shape.extent[0].greatestStart, shape.extent[0].leastEnd};
+  if (common.start <= common.end && shape.layers == 1) {
     solid.run[solid.count++] = pixelsWithin(common);
   } else if (common.start > common.end || widest >= wideStretch) {
     intersectInto(solid);

@@ -12,10 +12,11 @@
 //   which order columns are gathered doesn't matter to that set.
 // - Their intersection decides only which pixels count 64 without counting. What comes of it lies within the true
 //   intersection, where counting gives 64 too, as long as each step finds an overlap; and it always does when the first
-//   runs of all sub-rows have a column in common. Only without such a column is it worked out step by step, with
-//   everything that the lists keep though it overlaps nothing.
+//   runs of all sub-rows have a column in common. Without such a column it is worked out step by step, with everything
+//   that the lists keep though it overlaps nothing; and for wide runs, which that spares the counting.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 
 namespace vindrel {
@@ -25,6 +26,12 @@ struct ColumnRun {
   int32_t start;
   int32_t end;
   friend bool operator==(const ColumnRun&, const ColumnRun&) = default;
+};
+
+/// How far the runs of a layer reach: between which columns each of its ends lies.
+struct LayerExtent {
+  int32_t leastStart, greatestStart, leastEnd, greatestEnd;
+  friend bool operator==(const LayerExtent&, const LayerExtent&) = default;
 };
 
 /// The runs of one pixel row. Sub-row y has slot y & 7.
@@ -54,18 +61,39 @@ class SpanTable {
       if (count == runsPerSlot) return false;
       layers_[count][slot] = added;
       counts_[slot] = count + 1;
-      if (count == layerCount_) ++layerCount_;
+      ++slotsWith_[count];
     }
-    if (first_ == -1) first_ = slot;
-    last_ = slot;
+    note(slot);
     return true;
+  }
+
+  /// Sets one or two runs of a slot that has none yet, the second one right of the first; they merge if they touch.
+  void set(int32_t slot, ColumnRun first, ColumnRun second) {
+    const bool touch = second.start <= first.end + 1;
+    if (touch) first.end = std::max(first.end, second.end);
+    layers_[0][slot] = first;
+    ++slotsWith_[0];
+    if (!touch) {
+      layers_[1][slot] = second;
+      ++slotsWith_[1];
+    }
+    counts_[slot] = touch ? 1 : 2;
+    note(slot);
+  }
+  void set(int32_t slot, ColumnRun run) {
+    layers_[0][slot] = run;
+    ++slotsWith_[0];
+    counts_[slot] = 1;
+    note(slot);
   }
 
   /// Empties all slots.
   void reset() {
-    for (int32_t k = 0; k < layerCount_; ++k) clear(layers_[k]);
+    for (int32_t k = 0; k < runsPerSlot && slotsWith_[k] > 0; ++k) {
+      clear(layers_[k]);
+      slotsWith_[k] = 0;
+    }
     for (int32_t& count : counts_) count = 0;
-    layerCount_ = 0;
     first_ = last_ = -1;
   }
 
@@ -77,25 +105,43 @@ class SpanTable {
   /// Runs of the slot.
   int32_t count(int32_t slot) const { return counts_[slot]; }
   /// Runs of the slot that has most.
-  int32_t layerCount() const { return layerCount_; }
+  int32_t layerCount() const {
+    int32_t k = 0;
+    while (k < runsPerSlot && slotsWith_[k] > 0) ++k;
+    return k;
+  }
   const Layer& layer(int32_t k) const { return layers_[k]; }
 
   /// Whether each run stands the right way round, and far enough from the end of the 32-bit range to add to it; and
   /// only the slots from the first to the last one hold any.
   bool isOrderly() const;
 
-  /// Joins all slots, sub-columns. Needs an orderly row.
-  void joinInto(Runs& joined) const;
+  /// The layers that have runs, and how far these reach.
+  struct Shape {
+    int32_t layers;
+    LayerExtent extent[runsPerSlot];
+  };
+  Shape shape() const;
+
+  /// Joins all slots, sub-columns. Needs an orderly row, and its shape.
+  void joinInto(const Shape& shape, Runs& joined) const;
 
   /// The pixels, covered from side to side, that count 64 without counting, as far as counting wouldn't find the same;
   /// wide stretches that counting would find are among them, since counting them would take longer. In the order of the
-  /// lists, and to be read as they are: the first run that ends at or right of a pixel decides. Needs an orderly row.
-  void solidPixelsInto(Runs& solid) const;
+  /// lists, and to be read as they are: the first run that ends at or right of a pixel decides. Needs an orderly row,
+  /// and its shape.
+  void solidPixelsInto(const Shape& shape, Runs& solid) const;
 
   /// The whole intersection of all eight slots by the lists' rules, as the pixels that it covers from side to side.
   void intersectInto(Runs& solid) const;
 
  private:
+  void note(int32_t slot) {
+    if (first_ == -1) first_ = slot;
+    last_ = slot;
+  }
+  /// Whether each slot has a run of its own in the layer.
+  bool isFull(int32_t k) const { return slotsWith_[k] == 8; }
   static void clear(Layer& layer) {
     for (ColumnRun& run : layer) run = {0, -1};
   }
@@ -104,7 +150,7 @@ class SpanTable {
 
   Layer layers_[runsPerSlot];
   int32_t counts_[8] = {};
-  int32_t layerCount_ = 0;
+  int32_t slotsWith_[runsPerSlot] = {};  ///< for each layer
   int32_t first_ = -1;
   int32_t last_ = -1;
 };

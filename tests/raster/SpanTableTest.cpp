@@ -45,13 +45,13 @@ Runs runs(const SpanTable::Runs& found) {
 
 Runs joined(const SpanTable& table) {
   SpanTable::Runs found;
-  table.joinInto(found);
+  table.joinInto(table.shape(), found);
   return runs(found);
 }
 
 Runs solidPixels(const SpanTable& table) {
   SpanTable::Runs found;
-  table.solidPixelsInto(found);
+  table.solidPixelsInto(table.shape(), found);
   return runs(found);
 }
 
@@ -163,6 +163,42 @@ TEST(SpanTable, refusesARunThatFindsNoPlaceAndStaysAsItWas) {
   EXPECT_TRUE(table.append(2, {74, 80})) << "merging needs no place";
   EXPECT_EQ(runs(table, 2).back(), (ColumnRun{70, 80}));
   EXPECT_TRUE(table.append(4, {1000, 1001})) << "the other slots have theirs";
+}
+
+TEST(SpanTable, settingASlotsRunsIsAppendingThem) {
+  constexpr unsigned seed = 35;
+  std::mt19937 random(seed);
+  for (int round = 0; round < 5000; ++round) {
+    SpanTable set, appended;
+    for (int32_t slot = 0; slot < 8; ++slot) {
+      const int32_t start = pick(random, -20, 20);
+      const ColumnRun first{start, start + pick(random, 0, 9)};
+      if (pick(random, 0, 2) == 0) {
+        set.set(slot, first);
+        appended.append(slot, first);
+      } else {
+        const int32_t next = pick(random, start, first.end + 4);
+        const ColumnRun second{next, next + pick(random, 0, 9)};
+        set.set(slot, first, second);
+        appended.append(slot, first);
+        appended.append(slot, second);
+      }
+      ASSERT_EQ(runs(set, slot), runs(appended, slot)) << "seed " << seed << ", round " << round;
+    }
+    ASSERT_EQ(set.layerCount(), appended.layerCount());
+    ASSERT_EQ(set.last(), appended.last());
+  }
+}
+
+TEST(SpanTable, theShapeOfALayerLeavesOutSlotsThatHaveNoRun) {
+  SpanTable table;
+  table.append(2, {10, 20});
+  table.append(3, {12, 30});
+  table.append(3, {40, 41});
+  const SpanTable::Shape shape = table.shape();
+  ASSERT_EQ(shape.layers, 2);
+  EXPECT_EQ(shape.extent[0], (LayerExtent{10, 12, 20, 30}));
+  EXPECT_EQ(shape.extent[1], (LayerExtent{40, 40, 41, 41}));
 }
 
 TEST(SpanTable, neighbouringRunsJoin) {
