@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "cli/CommandWords.h"
+#include "cli/FramePattern.h"
 #include "cli/NearestName.h"
 #include "cli/UserError.h"
 
@@ -81,6 +82,36 @@ standin::Depth depthFrom(const std::string& text) {
   throw UserError("--depth takes 8, 16 or 32, not '" + text + "'");
 }
 
+LogForm logFormFrom(const std::string& text) {
+  if (text == "text") return LogForm::text;
+  if (text == "json") return LogForm::json;
+  throw UserError("--log takes text or json, not '" + text + "'");
+}
+
+void takeShot(const CLI::App& command, const Words& words, Arguments& arguments) {
+  if (command.count("--frames") > 0) arguments.frames = frameList(words.frames);
+  if (command.count("--start") > 0) {
+    arguments.start = wholeFrom(words.start, 0, lastFrameNumber, "--start takes a whole number from 0 to 1000000");
+  }
+  if (command.count("--jobs") > 0) {
+    arguments.jobs = wholeFrom(words.jobs, 1, 256, "--jobs takes a whole number from 1 to 256");
+  }
+  if (command.count("--frame-timeout") > 0) {
+    const std::string complaint = "--frame-timeout takes seconds, more than 0";
+    arguments.frameTimeout = numberFrom(words.frameTimeout, complaint);
+    if (arguments.frameTimeout <= 0.0) throw UserError(complaint + ", not '" + words.frameTimeout + "'");
+  }
+  if (command.count("--chunk") > 0) {
+    const std::string complaint = "--chunk takes a part and their number, as in 2/8";
+    const std::size_t slash = words.chunk.find('/');
+    if (slash == std::string::npos) throw UserError(complaint + ", not '" + words.chunk + "'");
+    arguments.chunks = wholeFrom(words.chunk.substr(slash + 1), 1, lastFrameNumber, complaint);
+    arguments.chunk = wholeFrom(words.chunk.substr(0, slash), 1, arguments.chunks, complaint);
+  }
+  if (command.count("--log") > 0) arguments.log = logFormFrom(words.log);
+  arguments.skipExisting = words.skipExisting;
+}
+
 void takeRender(const CLI::App& command, const Words& words, Arguments& arguments) {
   if (words.input.empty()) {
     throw UserError("render needs a picture to read and one to write: vindrel render IN OUT");
@@ -99,12 +130,10 @@ void takeRender(const CLI::App& command, const Words& words, Arguments& argument
   if (command.count("--frame") > 0) {
     arguments.frame = wholeFrom(words.frame, 0, 1000000, "--frame takes a whole number from 0 to 1000000");
   }
-  if (command.count("--fps") > 0) {
-    const std::string complaint = "--fps takes a number from 1 to 999";
-    arguments.framesPerSecond = numberFrom(words.framesPerSecond, complaint);
-    if (arguments.framesPerSecond < 1.0 || arguments.framesPerSecond > 999.0) {
-      throw UserError(complaint + ", not '" + words.framesPerSecond + "'");
-    }
+  takeShot(command, words, arguments);
+  if (command.count("--fps") > 0) arguments.frameRate = frameRateFrom(words.framesPerSecond);
+  if (command.count("--png-level") > 0) {
+    arguments.writeChoices.pngLevel = wholeFrom(words.pngLevel, 0, 9, "--png-level takes a whole number from 0 to 9");
   }
   if (command.count("--road") > 0) arguments.road = roadFrom(words.road);
 }
@@ -200,7 +229,7 @@ Arguments parseArguments(const std::vector<std::string>& wordsOfCaller) {
   for (const std::string& text : given.sets) arguments.sets.push_back(splitAssignment(text, "--set"));
   for (const std::string& text : given.layers) arguments.layers.push_back(splitAssignment(text, "--layer"));
   arguments.json = given.json;
-  arguments.stamp = given.stamp;
+  arguments.writeChoices.stamp = given.stamp;
   arguments.storedDefaults = given.storedDefaults;
   if (given.allowPaths) arguments.pathsOfPreset = PathsOfPreset::anywhere;
   if (!given.limitMemory.empty()) arguments.mostMemory = memoryFrom(given.limitMemory);

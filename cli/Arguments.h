@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "cli/FrameRate.h"
 #include "cli/ImageFile.h"
 #include "cli/Preset.h"
 #include "host/Depth.h"
@@ -15,6 +16,7 @@ namespace cli {
 
 enum class Command { render, controls, about, options, showText };
 enum class Road { asModuleSays, classic, smart };
+enum class LogForm { none, text, json };
 enum class OptionsAction { save, restore };
 
 struct Arguments {
@@ -30,11 +32,19 @@ struct Arguments {
   std::filesystem::path output;
   std::optional<standin::Depth> depth;  ///< none: the input's own
   int32_t frame = 0;                    ///< from 0
-  double framesPerSecond = 24.0;
+  FrameRate frameRate;
+  std::vector<int32_t> frames;  ///< of a shot, ascending; empty: those that the input's pattern finds
+  int32_t start = 0;            ///< the number of the file that stands at time 0
+  int32_t jobs = 1;             ///< processes that draw
+  double frameTimeout = 600.0;  ///< seconds after which a process that draws a frame is taken for hung
+  int32_t chunk = 1;            ///< this part of
+  int32_t chunks = 1;           ///< so many
+  bool skipExisting = false;
+  LogForm log = LogForm::none;
   int32_t downsample = 1;  ///< 1, 2 or 4
   Road road = Road::asModuleSays;
 
-  bool stamp = false;  ///< the time of day goes into the output
+  WriteChoices writeChoices;
   bool storedDefaults = false;
   PathsOfPreset pathsOfPreset = PathsOfPreset::besideIt;
   uint64_t mostMemory = usualMemoryLimit;  ///< bytes

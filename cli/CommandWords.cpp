@@ -29,6 +29,20 @@ void addLayers(CLI::App& app, Words& words) {
       ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
 }
 
+void addShot(CLI::App& app, Words& words) {
+  app.add_option("--frames", words.frames,
+                 "Frames of numbered files, as in 1-200, 1-200x2 or 1,5,9-12 (default: all that IN finds)")
+      ->type_name("LIST");
+  app.add_option("--start", words.start, "The number of the file that stands at time 0 (default: 0)")->type_name("N");
+  app.add_option("--jobs", words.jobs, "Processes that draw frames (default: 1)")->type_name("N");
+  app.add_option("--frame-timeout", words.frameTimeout,
+                 "With --jobs: seconds after which a frame's process is taken for hung (default: 600)")
+      ->type_name("SECONDS");
+  app.add_option("--chunk", words.chunk, "Only the K-th of N parts of the frames")->type_name("K/N");
+  app.add_flag("--skip-existing", words.skipExisting, "Leave out frames whose files stand there whole");
+  app.add_option("--log", words.log, "A line a frame on the output: text or json")->type_name("FORM");
+}
+
 void addLimits(CLI::App& app, Words& words) {
   app.add_option("--limit-memory", words.limitMemory,
                  "Refuse pictures that take more: megabytes, or gigabytes as in 8G (default: 4500)")
@@ -51,7 +65,7 @@ void declareCommands(CLI::App& app, Words& words) {
   app.option_defaults()->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
 
   CLI::App* render = app.add_subcommand("render", "Draw dots over a picture");
-  render->add_option("IN", words.input, "The picture to read")
+  render->add_option("IN", words.input, "The picture to read, or numbered ones: in.####.exr, in.%04d.exr")
       ->type_name("")
       ->multi_option_policy(CLI::MultiOptionPolicy::Throw);
   render->add_option("OUT", words.output, "The picture to write: .png, .tif, .tiff or .exr")
@@ -64,11 +78,16 @@ void declareCommands(CLI::App& app, Words& words) {
       "'vindrel controls' lists all names and values.");
   render->add_option("--depth", words.depth, "Bits of a channel: 8, 16 or 32 for float (default: the input's own)")
       ->type_name("BITS");
-  render->add_option("--frame", words.frame, "The frame to draw, from 0 (default: 0)")->type_name("N");
-  render->add_option("--fps", words.framesPerSecond, "Frames a second (default: 24)")->type_name("F");
+  render->add_option("--frame", words.frame, "The frame to draw of a single picture, from 0 (default: 0)")
+      ->type_name("N");
+  addShot(*render, words);
+  render->add_option("--fps", words.framesPerSecond, "Frames a second, also as in 24000/1001 (default: 24)")
+      ->type_name("F");
   render->add_option("--downsample", words.downsample, "1, 2 or 4: draw at 1/1, 1/2 or 1/4 of the size (default: 1)")
       ->type_name("N");
   render->add_option("--road", words.road, "classic or smart (default: smart if the module can)")->type_name("ROAD");
+  render->add_option("--png-level", words.pngLevel, "Compression of PNG files, 0 to 9 for the smallest (default: 1)")
+      ->type_name("N");
   render->add_flag("--stamp", words.stamp,
                    "Put the time of day into OUT; without it, the same picture is the same file");
   render->add_flag("--stored-defaults", words.storedDefaults,

@@ -23,6 +23,14 @@ struct Words {
   std::string road;
   std::string describe;
   std::string limitMemory;
+  std::string frames;
+  std::string start;
+  std::string jobs;
+  std::string frameTimeout;
+  std::string chunk;
+  std::string pngLevel;
+  std::string log;
+  bool skipExisting = false;
   bool stamp = false;
   bool storedDefaults = false;
   bool allowPaths = false;

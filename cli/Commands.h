@@ -6,8 +6,12 @@
 
 namespace cli {
 
-/// `vindrel render`: reads a picture, has the module draw a frame over it, writes the result.
-void renderPicture(const Arguments& arguments, const Surroundings& surroundings);
+/// `vindrel render`: reads a picture, has the module draw a frame over it, writes the result; or a whole shot of them.
+/// @return an exit code: of a shot, whether all frames stand
+int render(const Arguments& arguments, const Surroundings& surroundings);
+
+/// `vindrel render` of numbered files. Frames that fail are named on the error stream, and the others are rendered.
+int renderShot(const Arguments& arguments, const Surroundings& surroundings);
 
 /// `vindrel controls`: the controls as the host received them, and with values given what the module greys for them.
 void listControls(const Arguments& arguments, const Surroundings& surroundings);

@@ -27,6 +27,7 @@ class EffectSession {
   ~EffectSession();
 
   standin::StandInHost& host() { return host_; }
+  const standin::StandInHost& host() const { return host_; }
   const std::vector<ControlFacts>& controls() const { return controls_; }
 
   /// The defaults, with the preset's values over them, and the assignments over both. Pictures of layers are read here.

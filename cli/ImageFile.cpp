@@ -241,7 +241,7 @@ void checkWritable(const fs::path& file, Depth depth) {
   checkPlace(file);
 }
 
-void writePicture(const fs::path& file, const Image& picture, Stamp stamp) {
+void writePicture(const fs::path& file, const Image& picture, const WriteChoices& choices) {
   checkWritable(file, picture.depth());
   const WrittenKind kind = kindOf(file);
   const bool mustBeFloat = !kind.wholeNumbers && picture.depth() != Depth::k32;
@@ -255,7 +255,8 @@ void writePicture(const fs::path& file, const Image& picture, Stamp stamp) {
   toWrite.height = written.height();
   toWrite.depth = written.depth();
   toWrite.samples = samples;
-  if (stamp == Stamp::timeOfDay) toWrite.madeAt = std::time(nullptr);
+  if (choices.stamp) toWrite.madeAt = std::time(nullptr);
+  toWrite.pngLevel = choices.pngLevel;
   try {
     putFile(file, kind.encoded(toWrite));
   } catch (const BrokenPicture& broken) {

@@ -42,11 +42,14 @@ standin::Image readPicture(const std::filesystem::path& file, uint64_t mostMemor
 /// @throws UserError naming the file and what would be right
 void checkWritable(const std::filesystem::path& file, standin::Depth depth);
 
-/// Whether a file tells when it was made; without that, the same picture is the same file.
-enum class Stamp { none, timeOfDay };
+/// How a file is written.
+struct WriteChoices {
+  bool stamp = false;    ///< the time of day goes in; without it, the same picture is the same file
+  int32_t pngLevel = 1;  ///< 0 to 9: more makes smaller files and takes longer
+};
 
 /// Writes the picture, whole or not at all (files/PutFile.h tells how). An EXR is always float.
 /// @throws UserError naming the file
-void writePicture(const std::filesystem::path& file, const standin::Image& picture, Stamp stamp = Stamp::none);
+void writePicture(const std::filesystem::path& file, const standin::Image& picture, const WriteChoices& choices = {});
 
 }  // namespace cli

@@ -12,8 +12,13 @@ ProgressBar::ProgressBar(std::ostream& out, bool visible, std::string label)
     : out_(out), visible_(visible), label_(std::move(label)) {}
 
 ProgressBar::~ProgressBar() {
+  clear();
+}
+
+void ProgressBar::clear() {
   // Back to the first column and wipe to the end of the line.
   if (shownPercent_ >= 0) out_ << "\r\x1b[K" << std::flush;
+  shownPercent_ = -1;
 }
 
 void ProgressBar::show(int32_t done, int32_t total) {

@@ -21,6 +21,9 @@ class ProgressBar {
   /// `done` of `total`; anything outside 0 to total is shown as its nearer end, a total of 0 or less as nothing done.
   void show(int32_t done, int32_t total);
 
+  /// Wipes the line now.
+  void clear();
+
  private:
   std::ostream& out_;
   bool visible_;

@@ -10,12 +10,11 @@
 namespace cli {
 namespace {
 
-void dispatch(Arguments arguments, const Surroundings& surroundings) {
+int dispatch(Arguments arguments, const Surroundings& surroundings) {
   if (arguments.module.empty()) arguments.module = surroundings.programFolder / "Vindrel.so";
   switch (arguments.command) {
     case Command::render:
-      renderPicture(arguments, surroundings);
-      break;
+      return render(arguments, surroundings);
     case Command::controls:
       listControls(arguments, surroundings);
       break;
@@ -29,6 +28,7 @@ void dispatch(Arguments arguments, const Surroundings& surroundings) {
       surroundings.out << arguments.text;
       break;
   }
+  return exitDone;
 }
 
 int complain(const Surroundings& surroundings, const char* text, int exitCode) {
@@ -40,10 +40,10 @@ int complain(const Surroundings& surroundings, const char* text, int exitCode) {
 
 int run(const std::vector<std::string>& words, const Surroundings& surroundings) {
   try {
-    dispatch(parseArguments(words), surroundings);
+    const int exitCode = dispatch(parseArguments(words), surroundings);
     surroundings.out.flush();
     if (!surroundings.out) throw UserError("can't write the results");
-    return exitDone;
+    return exitCode;
   } catch (const UserError& error) {
     return complain(surroundings, error.what(), exitWrongUse);
   } catch (const EffectError& error) {

@@ -21,7 +21,8 @@ struct Surroundings {
 };
 
 /// Does what the words ask for, the program's own name not among them. Never throws. On anything but exitDone one line
-/// stands on the error stream, and no file has been made or changed.
+/// stands on the error stream, and no file has been made or changed; only of a shot some frames may stand, and the
+/// others have a line each.
 int run(const std::vector<std::string>& words, const Surroundings& surroundings);
 
 }  // namespace cli

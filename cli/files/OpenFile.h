@@ -13,7 +13,7 @@ class OpenFile {
   explicit OpenFile(int number) : number_(number) {}
   OpenFile(OpenFile&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
   OpenFile& operator=(OpenFile&& other) noexcept {
-    std::swap(number_, other.number_);
+    OpenFile old(std::exchange(number_, std::exchange(other.number_, -1)));
     return *this;
   }
   OpenFile(const OpenFile&) = delete;

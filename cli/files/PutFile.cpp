@@ -1,10 +1,12 @@
 #include "cli/files/PutFile.h"
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstring>
 #include <optional>
@@ -57,6 +59,10 @@ std::string randomName() {
   return name + ".part";
 }
 
+bool isNameInTheMaking(const std::string& name) {
+  return name.size() == 27 && name.starts_with(".vindrel-") && name.ends_with(".part");
+}
+
 void writeAll(const OpenFile& open, std::span<const uint8_t> content, const fs::path& file) {
   while (!content.empty()) {
     const ssize_t count = ::write(open.number(), content.data(), content.size());
@@ -71,7 +77,7 @@ void readBack(const OpenFile& open, std::span<const uint8_t> content, const fs::
   struct stat facts {};
   if (fstat(open.number(), &facts) != 0) failBySystem(file);
   if (static_cast<uint64_t>(facts.st_size) != content.size()) fail(file, "the file came out cut");
-  std::vector<uint8_t> part(std::min<std::size_t>(content.size(), std::size_t{1} << 20));
+  std::array<uint8_t, 65536> part;  // NOLINT(*-member-init): filled by every read
   std::size_t at = 0;
   while (at < content.size()) {
     const std::size_t wanted = std::min(part.size(), content.size() - at);
@@ -94,6 +100,8 @@ class FileInTheMaking {
     // O_EXCL follows no link and takes over no file.
     open_ = OpenFile(::open(path_.c_str(), O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode));
     if (!open_.valid()) failBySystem(file);
+    // Some file systems know no locks; there a leftover stays until somebody deletes it.
+    static_cast<void>(flock(open_.number(), LOCK_EX | LOCK_NB));
   }
   FileInTheMaking(const FileInTheMaking&) = delete;
   FileInTheMaking& operator=(const FileInTheMaking&) = delete;
@@ -103,8 +111,15 @@ class FileInTheMaking {
 
   const OpenFile& open() const { return open_; }
 
+  bool isGone() const {
+    struct stat facts {};
+    return fstat(open_.number(), &facts) == 0 && facts.st_nlink == 0;
+  }
+
   void putInPlace(const fs::path& place) {
-    if (!open_.close()) failBySystem(file_);
+    // Over a network the system may tell only at a close that something was not written. Closing a second number of the
+    // same file asks it, and the lock stays until the file is in its place.
+    if (!OpenFile(::dup(open_.number())).close()) failBySystem(file_);
     if (std::rename(path_.c_str(), place.c_str()) != 0) failBySystem(file_);
     placed_ = true;
   }
@@ -122,7 +137,11 @@ void replace(const fs::path& file, std::span<const uint8_t> content) {
   struct stat before {};
   const bool replaces = ::stat(place.c_str(), &before) == 0;
   constexpr mode_t usual = 0666;  // less what the umask takes
-  FileInTheMaking making(place, file, usual);
+  std::optional<FileInTheMaking> attempt;
+  attempt.emplace(place, file, usual);
+  // Between its making and its locking somebody may have taken it for a leftover.
+  while (attempt->isGone()) attempt.emplace(place, file, usual);
+  FileInTheMaking& making = *attempt;
   if (replaces) {
     // Another owner can be given by root alone, and a group only by its members; the mode comes last, since a change of
     // owner takes away bits of it.
@@ -155,6 +174,15 @@ void checkPlace(const fs::path& file) {
   if (!fs::exists(folderStatus)) fail(file, "no folder " + quoted(folder));
   if (!fs::is_directory(folderStatus)) fail(file, quoted(folder) + " is no folder");
   if (access(folder.c_str(), W_OK) != 0) fail(file, "no permission to write in " + quoted(folder));
+}
+
+void removeLeftovers(const fs::path& folder) {
+  std::error_code ignored;
+  for (const auto& entry : fs::directory_iterator(folder.empty() ? fs::path(".") : folder, ignored)) {
+    if (!isNameInTheMaking(entry.path().filename().string())) continue;
+    const OpenFile open(::open(entry.path().c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+    if (open.valid() && flock(open.number(), LOCK_EX | LOCK_NB) == 0) unlink(entry.path().c_str());
+  }
 }
 
 void putFile(const fs::path& file, std::span<const uint8_t> content) {

@@ -18,7 +18,11 @@ void checkPlace(const std::filesystem::path& file);
 ///
 /// The name in the making is ".vindrel-", 13 letters and digits drawn at random, and ".part"; such a file that nobody
 /// is writing is a leftover of a crash.
+/// While a file is in the making it is locked, so that it can be told from a leftover.
 /// @throws UserError naming the file and the reason
 void putFile(const std::filesystem::path& file, std::span<const uint8_t> content);
+
+/// Removes what writers that were killed have left in the folder: files with a name of the making that nobody holds.
+void removeLeftovers(const std::filesystem::path& folder);
 
 }  // namespace cli

@@ -84,6 +84,7 @@ struct PictureToWrite {
   standin::Depth depth = standin::Depth::k8;
   std::span<const uint8_t> samples;   ///< as PictureReader::read gives them
   std::optional<std::time_t> madeAt;  ///< goes into the file; none: the same samples are the same file
+  int32_t pngLevel = 1;
 };
 
 /// "2026:03:09 08:05:00" in universal time, as picture files write it.

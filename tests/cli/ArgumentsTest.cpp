@@ -16,7 +16,7 @@ TEST(ArgumentsTest, aPlainRenderTakesTheDefaults) {
   EXPECT_FALSE(arguments.depth.has_value());
   EXPECT_FALSE(arguments.preset.has_value());
   EXPECT_EQ(arguments.frame, 0);
-  EXPECT_EQ(arguments.framesPerSecond, 24.0);
+  EXPECT_EQ(arguments.frameRate, (cli::FrameRate{24, 1}));
   EXPECT_EQ(arguments.downsample, 1);
   EXPECT_EQ(arguments.road, cli::Road::asModuleSays);
   EXPECT_TRUE(arguments.module.empty());
@@ -37,7 +37,7 @@ TEST(ArgumentsTest, everyOptionOfRenderArrives) {
   EXPECT_EQ(arguments.output, "out.png");
   EXPECT_EQ(arguments.depth, standin::Depth::k16);
   EXPECT_EQ(arguments.frame, 7);
-  EXPECT_EQ(arguments.framesPerSecond, 29.97);
+  EXPECT_EQ(arguments.frameRate, (cli::FrameRate{30000, 1001}));
   EXPECT_EQ(arguments.downsample, 2);
   EXPECT_EQ(arguments.preset, "p.json");
   EXPECT_EQ(arguments.module, "m.so");
@@ -88,7 +88,7 @@ TEST(ArgumentsTest, theLastOfARepeatedOptionCounts) {
       parseArguments({"render", "--depth", "8", "a.png", "--fps=25", "b.png", "--depth", "16", "--fps", "30",
                       "--preset", "p", "--preset", "q", "--module", "m", "--module", "n"});
   EXPECT_EQ(arguments.depth, standin::Depth::k16);
-  EXPECT_EQ(arguments.framesPerSecond, 30.0);
+  EXPECT_EQ(arguments.frameRate, (cli::FrameRate{30, 1}));
   EXPECT_EQ(arguments.preset, "q");
   EXPECT_EQ(arguments.module, "n");
 }

@@ -107,8 +107,8 @@ TEST_F(BadInputTest, aFrameBeforeTheFirst) {
 }
 
 TEST_F(BadInputTest, aFrameRateOfNothing) {
-  expectRenderRefused({"--fps", "0"}, "--fps takes a number from 1 to 999, not '0'");
-  expectRenderRefused({"--fps", "fast"}, "--fps takes a number from 1 to 999, not 'fast'");
+  expectRenderRefused({"--fps", "0"}, "--fps takes a number from 1 to 999, or two as in 24000/1001, not '0'");
+  expectRenderRefused({"--fps", "fast"}, "--fps takes a number from 1 to 999, or two as in 24000/1001, not 'fast'");
 }
 
 TEST_F(BadInputTest, aMisspeltRoad) {

@@ -417,11 +417,20 @@ TEST_F(ImageFileTest, theSamePictureIsTheSameFileAtAnotherTime) {
 
 TEST_F(ImageFileTest, theTimeOfDayIsPutInWhenAskedFor) {
   for (const char* name : {"a.png", "a.tif", "a.exr"}) {
-    cli::writePicture(folder_ / name, everyPair8(), cli::Stamp::timeOfDay);
+    cli::writePicture(folder_ / name, everyPair8(), {.stamp = true});
     const auto input = ImageInput::open((folder_ / name).string());
     ASSERT_TRUE(input);
     const std::string time = input->spec().get_string_attribute("DateTime");
     EXPECT_EQ(time.size(), 19U) << name;
     EXPECT_TRUE(time.starts_with("20")) << name << " " << time;
   }
+}
+
+TEST_F(ImageFileTest, theCompressionOfAPngChangesItsSizeAndNoPixel) {
+  for (const int32_t level : {0, 1, 9}) {
+    cli::writePicture(folder_ / (std::to_string(level) + ".png"), everyPair8(), {.pngLevel = level});
+    EXPECT_TRUE(samePixels(cli::readPicture(folder_ / (std::to_string(level) + ".png")), everyPair8())) << level;
+  }
+  EXPECT_GT(folder_.read("0.png").size(), folder_.read("1.png").size());
+  EXPECT_GT(folder_.read("1.png").size(), folder_.read("9.png").size());
 }

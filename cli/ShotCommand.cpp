@@ -1,0 +1,40 @@
+#include <set>
+
+#include "cli/Commands.h"
+#include "cli/FrameDrawer.h"
+#include "cli/Shot.h"
+#include "cli/ShotPipeline.h"
+#include "cli/ShotReport.h"
+#include "cli/ShotWorkers.h"
+#include "cli/files/PutFile.h"
+
+namespace cli {
+namespace {
+
+void tidyUp(const std::vector<ShotFrame>& frames) {
+  std::set<std::filesystem::path> folders;
+  for (const ShotFrame& frame : frames) folders.insert(frame.output.parent_path());
+  for (const std::filesystem::path& folder : folders) removeLeftovers(folder);
+}
+
+}  // namespace
+
+int renderShot(const Arguments& arguments, const Surroundings& surroundings) {
+  const std::vector<ShotFrame> frames = framesOfShot(arguments);
+  FrameDrawer drawer(arguments);
+  for (const std::string& line : drawer.warnings()) surroundings.err << "vindrel: warning: " << line << '\n';
+  if (arguments.skipExisting) tidyUp(frames);
+
+  ShotReport report(frames, arguments, surroundings);
+  const auto take = [&](const FrameResult& result) { report.take(result); };
+  if (arguments.jobs > 1) {
+    runWorkers(frames, arguments, drawer, take);
+    // A worker that crashed may have been writing.
+    tidyUp(frames);
+  } else {
+    runPipeline(frames, arguments, drawer, take);
+  }
+  return report.finish();
+}
+
+}  // namespace cli

@@ -1,0 +1,222 @@
+#include "cli/ShotPipeline.h"
+
+#include <algorithm>
+#include <chrono>
+#include <condition_variable>
+#include <deque>
+#include <exception>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <thread>
+#include <utility>
+
+#include "cli/ImageFile.h"
+#include "cli/ShotReport.h"
+#include "cli/UserError.h"
+
+namespace cli {
+namespace {
+
+using standin::Image;
+using Clock = std::chrono::steady_clock;
+
+/// A frame on its way. Without a picture it is done with, and result says how.
+struct Traveller {
+  FrameResult result;
+  std::shared_ptr<const Image> picture;
+};
+
+/// Hands travellers from thread to thread; the order is that of their coming.
+class Queue {
+ public:
+  void push(Traveller traveller) {
+    const std::scoped_lock lock(mutex_);
+    waiting_.push_back(std::move(traveller));
+    changed_.notify_one();
+  }
+
+  /// No more will come.
+  void close() {
+    const std::scoped_lock lock(mutex_);
+    closed_ = true;
+    changed_.notify_all();
+  }
+
+  /// Nothing when all have been taken and no more will come.
+  std::optional<Traveller> pop() {
+    std::unique_lock lock(mutex_);
+    changed_.wait(lock, [&] { return closed_ || !waiting_.empty(); });
+    if (waiting_.empty()) return std::nullopt;
+    Traveller first = std::move(waiting_.front());
+    waiting_.pop_front();
+    return first;
+  }
+
+ private:
+  std::mutex mutex_;
+  std::condition_variable changed_;
+  std::deque<Traveller> waiting_;
+  bool closed_ = false;
+};
+
+/// Does a step of a frame, adds its time, and turns what it throws into the frame's failure.
+template <class Work>
+bool step(FrameResult& result, const Work& work) {
+  const Clock::time_point begin = Clock::now();
+  bool good = true;
+  try {
+    work();
+  } catch (const std::bad_alloc&) {
+    result.message = "out of memory";
+    good = false;
+  } catch (const std::exception& error) {
+    result.message = error.what();
+    good = false;
+  }
+  result.seconds += std::chrono::duration<double>(Clock::now() - begin).count();
+  if (!good) result.kind = FrameResult::Kind::failed;
+  return good;
+}
+
+/// True when the file stands there and can be read to its end.
+bool standsWhole(const std::filesystem::path& file, uint64_t mostMemory) {
+  try {
+    readPicture(file, mostMemory);
+    return true;
+  } catch (const UserError&) {
+    return false;
+  }
+}
+
+/// Reads frames; a still that serves all of them is read once.
+class Source {
+ public:
+  Source(const std::vector<ShotFrame>& frames, const Arguments& arguments, const FrameDrawer& drawer)
+      : frames_(frames), arguments_(arguments), drawer_(drawer) {}
+
+  Traveller next(std::size_t index) {
+    Traveller traveller;
+    traveller.result.index = index;
+    const ShotFrame& frame = frames_[index];
+    step(traveller.result, [&] {
+      if (arguments_.skipExisting && standsWhole(frame.output, arguments_.mostMemory)) {
+        traveller.result.kind = FrameResult::Kind::skipped;
+        return;
+      }
+      if (last_ == nullptr || lastFile_ != frame.input) {
+        last_ = std::make_shared<const Image>(drawer_.read(frame.input));
+        lastFile_ = frame.input;
+      }
+      traveller.picture = last_;
+    });
+    return traveller;
+  }
+
+ private:
+  const std::vector<ShotFrame>& frames_;
+  const Arguments& arguments_;
+  const FrameDrawer& drawer_;
+  std::filesystem::path lastFile_;
+  std::shared_ptr<const Image> last_;
+};
+
+void draw(Traveller& traveller, const ShotFrame& frame, FrameDrawer& drawer) {
+  std::shared_ptr<const Image> drawn;
+  step(traveller.result,
+       [&] { drawn = std::make_shared<const Image>(drawer.draw(*traveller.picture, frame.input, frame.number)); });
+  traveller.picture = std::move(drawn);
+}
+
+void write(Traveller& traveller, const ShotFrame& frame, const FrameDrawer& drawer) {
+  const bool good = step(traveller.result, [&] { drawer.write(frame.output, *traveller.picture); });
+  if (good) traveller.result.kind = FrameResult::Kind::done;
+  traveller.picture.reset();
+}
+
+/// Frames of a sequence are of one size; a stray one is told rather than rendered with dots in other places.
+class SizeCheck {
+ public:
+  void check(Traveller& traveller) {
+    if (traveller.picture == nullptr) return;
+    const std::pair size(traveller.picture->width(), traveller.picture->height());
+    if (!first_) first_ = size;
+    if (size == *first_) return;
+    traveller.result.kind = FrameResult::Kind::failed;
+    traveller.result.message = "it is " + std::to_string(size.first) + " x " + std::to_string(size.second) +
+                               " pixels, and the first frame is " + std::to_string(first_->first) + " x " +
+                               std::to_string(first_->second);
+    traveller.picture.reset();
+  }
+
+ private:
+  std::optional<std::pair<int32_t, int32_t>> first_;
+};
+
+}  // namespace
+
+void runPipeline(const std::vector<ShotFrame>& frames, const Arguments& arguments, FrameDrawer& drawer,
+                 const std::function<void(const FrameResult&)>& take) {
+  const std::size_t writerCount = std::clamp(std::thread::hardware_concurrency(), 1U, 8U);
+  const std::size_t most = writerCount + 3;  // one in reading, one in drawing, one between
+  std::mutex mutex;
+  std::condition_variable freed;
+  std::size_t travelling = 0;
+
+  const auto arrive = [&](Traveller& traveller) {
+    traveller.picture.reset();
+    traveller.result.peakMemory = peakMemory();
+    const std::scoped_lock lock(mutex);
+    take(traveller.result);
+    --travelling;
+    freed.notify_one();
+  };
+
+  Queue toDraw;
+  Queue toWrite;
+  std::jthread reader([&] {
+    Source source(frames, arguments, drawer);
+    SizeCheck sizes;
+    for (std::size_t i = 0; i < frames.size(); ++i) {
+      {
+        std::unique_lock lock(mutex);
+        freed.wait(lock, [&] { return travelling < most; });
+        ++travelling;
+      }
+      Traveller traveller = source.next(i);
+      sizes.check(traveller);
+      toDraw.push(std::move(traveller));
+    }
+    toDraw.close();
+  });
+  std::vector<std::jthread> writers;
+  for (std::size_t i = 0; i < writerCount; ++i) {
+    writers.emplace_back([&] {
+      while (std::optional<Traveller> traveller = toWrite.pop()) {
+        write(*traveller, frames[traveller->result.index], drawer);
+        arrive(*traveller);
+      }
+    });
+  }
+  while (std::optional<Traveller> traveller = toDraw.pop()) {
+    if (traveller->picture != nullptr) draw(*traveller, frames[traveller->result.index], drawer);
+    if (traveller->picture != nullptr) {
+      toWrite.push(std::move(*traveller));
+    } else {
+      arrive(*traveller);
+    }
+  }
+  toWrite.close();
+}
+
+FrameResult renderFrame(const std::vector<ShotFrame>& frames, std::size_t index, const Arguments& arguments,
+                        FrameDrawer& drawer) {
+  Source source(frames, arguments, drawer);
+  Traveller traveller = source.next(index);
+  if (traveller.picture != nullptr) draw(traveller, frames[index], drawer);
+  if (traveller.picture != nullptr) write(traveller, frames[index], drawer);
+  traveller.result.peakMemory = peakMemory();
+  return traveller.result;
+}
+
+}  // namespace cli

@@ -1,0 +1,21 @@
+/// Renders the frames of a shot in this process: while one is drawn, others are read and written by threads. So many
+/// frames as there are threads and two more are on their way at once, so memory doesn't grow with the shot.
+#pragma once
+
+#include <functional>
+#include <vector>
+
+#include "cli/FrameDrawer.h"
+#include "cli/Shot.h"
+
+namespace cli {
+
+/// @param take  gets each frame's result, on any thread, not two at once
+void runPipeline(const std::vector<ShotFrame>& frames, const Arguments& arguments, FrameDrawer& drawer,
+                 const std::function<void(const FrameResult&)>& take);
+
+/// The whole way of one frame on this thread. Never throws; a failure is in the result.
+FrameResult renderFrame(const std::vector<ShotFrame>& frames, std::size_t index, const Arguments& arguments,
+                        FrameDrawer& drawer);
+
+}  // namespace cli
