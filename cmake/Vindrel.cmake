@@ -35,8 +35,13 @@ if(VINDREL_SANITIZE)
   target_link_options(vindrel_common INTERFACE "-fsanitize=${VINDREL_SANITIZE}")
 endif()
 if(WIN32)
-  # Tests, tools and the module carry their runtime with them.
-  target_link_options(vindrel_common INTERFACE -static)
+  # Tests, tools and the module carry their runtime with them. No time is written into a file, and no folder of this
+  # machine into its debug data, so that two builds of one source are the same.
+  target_compile_options(vindrel_common INTERFACE -g "-ffile-prefix-map=${PROJECT_SOURCE_DIR}=.")
+  target_link_options(vindrel_common INTERFACE -static -Wl,--no-insert-timestamp)
+else()
+  # What the loader has filled in can't be written to later.
+  target_link_options(vindrel_common INTERFACE -Wl,-z,relro,-z,now)
 endif()
 
 # vindrel_library(<name> <sources>...): one room's static library.
