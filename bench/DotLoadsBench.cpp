@@ -49,10 +49,9 @@ void drawByVindrel(benchmark::State& state, const DotLoad& load) {
     dots.push_back({-1.0, center.x, center.y, color, load.size, load.size, loadTurn, load.shape});
   }
   std::vector<Pixel> canvas(static_cast<std::size_t>(canvasWidth) * canvasHeight);
-  DrawContext<Pixel> context{
-      canvas.data(), canvasWidth, canvasHeight, canvasWidth * static_cast<int32_t>(sizeof(Pixel)), {}, {}, nullptr};
-  PolygonRasterizer<Pixel> rasterizer(context);
-  context.rasterizer = &rasterizer;
+  PolygonRasterizer<Pixel> rasterizer;
+  constexpr auto rowBytes = canvasWidth * static_cast<int32_t>(sizeof(Pixel));
+  DrawContext<Pixel> context{.canvas = {canvas.data(), canvasWidth, canvasHeight, rowBytes}, .rasterizer = &rasterizer};
   measure(state, canvas.data(), canvas.size() * sizeof(Pixel), dots.size(), [&] {
     for (const auto& dot : dots) drawDot(context, dot);
   });

@@ -37,10 +37,9 @@ template <class Pixel>
 void shippedForm(benchmark::State& state, int32_t shape) {
   const auto dots = dotField<Pixel>(shape, static_cast<double>(state.range(0)));
   std::vector<Pixel> canvas(static_cast<std::size_t>(width) * height);
-  DrawContext<Pixel> context{canvas.data(), width, height, width * static_cast<int32_t>(sizeof(Pixel)), {}, {},
-                             nullptr};
-  PolygonRasterizer<Pixel> rasterizer(context);
-  context.rasterizer = &rasterizer;
+  PolygonRasterizer<Pixel> rasterizer;
+  constexpr auto rowBytes = width * static_cast<int32_t>(sizeof(Pixel));
+  DrawContext<Pixel> context{.canvas = {canvas.data(), width, height, rowBytes}, .rasterizer = &rasterizer};
   for (auto _ : state) {
     for (const auto& dot : dots) drawDot(context, dot);
     benchmark::ClobberMemory();

@@ -15,15 +15,11 @@ int main() {
   constexpr int32_t width = 32;
   constexpr int32_t height = 12;
   std::vector<Pixel8> pixels(static_cast<std::size_t>(width) * height);
-  DrawContext<Pixel8> canvas;
-  canvas.pixels = pixels.data();
-  canvas.width = width;
-  canvas.height = height;
-  canvas.rowBytes = width * static_cast<int32_t>(sizeof(Pixel8));
-  PolygonRasterizer<Pixel8> rasterizer(canvas);
-  canvas.rasterizer = &rasterizer;
+  PolygonRasterizer<Pixel8> rasterizer;
+  constexpr auto rowBytes = width * static_cast<int32_t>(sizeof(Pixel8));
+  DrawContext<Pixel8> context{.canvas = {pixels.data(), width, height, rowBytes}, .rasterizer = &rasterizer};
 
-  const int32_t result = RenderDotField(settings, canvas, {});
+  const int32_t result = RenderDotField(settings, context, {});
   for (std::size_t i = 0; i < pixels.size(); ++i) {
     std::putchar(pixels[i].alpha == 255 ? '#' : '-');
     if (i % width == width - 1) std::putchar('\n');

@@ -41,7 +41,7 @@ int32_t drawDots(const DotField<Pixel>& field, DotShape shape, DrawContext<Pixel
 template <class Pixel>
 int32_t RenderDotField(const FieldSettings<Pixel>& settings, DrawContext<Pixel>& context,
                        const ProgressCall& progress) {
-  DotField<Pixel> field = collectDots(settings, context.width, context.height);
+  DotField<Pixel> field = collectDots(settings, context.canvas.width, context.canvas.height);
   SortDots(field.records, field.order);
   return drawDots(field, settings.base.shape, context, progress);
 }

@@ -56,13 +56,8 @@ PF_Err copySource(FrameRecord& frame, AEUtil::SuiteCache& suites) {
 }
 
 template <class Pixel>
-DrawContext<Pixel> contextOf(const PF_EffectWorld& canvas) {
-  DrawContext<Pixel> context;
-  context.pixels = reinterpret_cast<Pixel*>(canvas.data);
-  context.width = lowHalf(canvas.width);
-  context.height = lowHalf(canvas.height);
-  context.rowBytes = canvas.rowbytes;
-  return context;
+CanvasView<Pixel> viewOf(const PF_EffectWorld& canvas) {
+  return {reinterpret_cast<Pixel*>(canvas.data), lowHalf(canvas.width), lowHalf(canvas.height), canvas.rowbytes};
 }
 
 int32_t tellHost(void* in_data, int32_t percent) {
@@ -73,9 +68,8 @@ int32_t tellHost(void* in_data, int32_t percent) {
 /// Draws the dots on the canvas with a rasteriser of their own.
 template <class Pixel>
 PF_Err drawDots(FrameRecord& frame) {
-  DrawContext<Pixel> context = contextOf<Pixel>(*frame.canvas.world());
-  const std::unique_ptr<PolygonRasterizer<Pixel>> rasterizer(new PolygonRasterizer<Pixel>(context));
-  context.rasterizer = rasterizer.get();
+  const std::unique_ptr<PolygonRasterizer<Pixel>> rasterizer(new PolygonRasterizer<Pixel>);
+  DrawContext<Pixel> context{.canvas = viewOf<Pixel>(*frame.canvas.world()), .rasterizer = rasterizer.get()};
   const FieldSettings<Pixel> settings = makeFieldSettings<Pixel>(frame.params, *frame.in_data);
   return RenderDotField(settings, context, {tellHost, frame.in_data});
 }

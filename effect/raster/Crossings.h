@@ -20,12 +20,11 @@ namespace vindrel {
 
 /// Calls add with the edges that open and close each run of a sub-row, from the left.
 template <class Add>
-void forEachRun(EdgeTable& edges, bool nonZeroWinding, Add add) {
+void forEachRun(EdgeTable& edges, Add add) {
   int32_t winding = 0;
   int32_t open = -1;
   for (int32_t i = 0; i < edges.activeCount(); ++i) {
-    // By even and odd, every second edge closes what the one before has opened.
-    winding += nonZeroWinding ? edges.active(i).winding : open < 0 ? 1 : -1;
+    winding += edges.active(i).winding;
     if (open < 0) {
       open = i;
     } else if (winding == 0) {
@@ -41,12 +40,12 @@ class Crossings {
   static constexpr int32_t most = 16;
 
   /// Copies the active edges; there must not be more than `most`. They must be sorted.
-  Crossings(EdgeTable& edges, bool nonZeroWinding) : count_(edges.activeCount()) {
+  explicit Crossings(EdgeTable& edges) : count_(edges.activeCount()) {
     for (int32_t i = 0; i < count_; ++i) {
       x_[i] = edges.active(i).x;
       slope_[i] = edges.active(i).dxdy;
     }
-    forEachRun(edges, nonZeroWinding, [this](int32_t open, int32_t close) { run_[runs_++] = {open, close}; });
+    forEachRun(edges, [this](int32_t open, int32_t close) { run_[runs_++] = {open, close}; });
   }
 
   /// Adds the runs of the sub-rows from y on to the table, until `stop` or until the order no longer holds. Returns the

@@ -1,7 +1,6 @@
 #include "effect/raster/DotOutlines.h"
 
 #include <algorithm>
-#include <atomic>
 #include <cmath>
 #include <cstdint>
 
@@ -27,41 +26,14 @@ void addPoint(DrawContext<Pixel>& context, double x, double y) {
   context.rasterizer->addVertex(vertex);
 }
 
-/// A sine or cosine that is computed when first asked for and kept for the life of the process. Two threads may both
-/// compute it; they store the same value, so neither needs to wait.
-class CachedValue {
- public:
-  constexpr CachedValue(double (*function)(double), double radians) : function_(function), radians_(radians) {}
-
-  double get() {
-    if (!known_.load(std::memory_order_acquire)) {
-      value_.store(function_(radians_), std::memory_order_relaxed);
-      known_.store(true, std::memory_order_release);
-    }
-    return value_.load(std::memory_order_relaxed);
-  }
-
- private:
-  double (*function_)(double);
-  double radians_;
-  std::atomic<double> value_{0.0};
-  std::atomic<bool> known_{false};
-};
-
-double sine(double radians) {
-  return std::sin(radians);
-}
-double cosine(double radians) {
-  return std::cos(radians);
-}
-
 constexpr double eighteenDegrees = 0.3141592653589793;
 constexpr double fiftyFourDegrees = 0.9424777960769379;
 
-constinit CachedValue sin18(sine, eighteenDegrees);
-constinit CachedValue cos18(cosine, eighteenDegrees);
-constinit CachedValue sin54(sine, fiftyFourDegrees);
-constinit CachedValue cos54(cosine, fiftyFourDegrees);
+/// Brings the outline to the canvas and fills it.
+template <class Pixel>
+void finish(DrawContext<Pixel>& context) {
+  context.rasterizer->finishPath(context.canvas, context.matrix, context.colour);
+}
 
 /// Vertices of a circle in the box with its corner at (x, y): one for every 8 / (2 pi) pixels of the diagonal.
 int32_t circleVertexCount(const PathMatrix& m, double x, double y, double w, double h) {
@@ -81,7 +53,8 @@ void addCircle(DrawContext<Pixel>& context, double x, double y, double w, double
   const int32_t count = circleVertexCount(context.matrix, x, y, w, h);
   const double step = 720.0 / count;
   // The index keeps its fraction and is cut for each look-up, so the vertices lie on the half-degree grid and are not
-  // perfectly even; above 720 vertices some repeat. Kept as is: circles in saved projects have these corners.
+  // perfectly even; above 720 vertices some repeat. Kept as is: circles in saved projects have these corners
+  // (aCirclesCornersFallOnTheHalfDegreeGrid).
   double index = 0.0;
   for (int32_t n = 0; n < count; ++n) {
     // Only an outline of many millions of vertices lets the sum of the steps creep past the last entry.
@@ -89,7 +62,7 @@ void addCircle(DrawContext<Pixel>& context, double x, double y, double w, double
     addPoint(context, w * 0.5 * cosTable[i] + x, h * 0.5 * sinTable[i] + y);
     index += step;
   }
-  context.rasterizer->finishPath();
+  finish(context);
 }
 
 template <class Pixel>
@@ -99,7 +72,7 @@ void addSquare(DrawContext<Pixel>& context, double x, double y, double w, double
   addPoint(context, x + w, y);
   addPoint(context, x + w, y + h);
   addPoint(context, x, y + h);
-  context.rasterizer->finishPath();
+  finish(context);
 }
 
 template <class Pixel>
@@ -138,7 +111,7 @@ void addRoundSquare(DrawContext<Pixel>& context, double x, double y, double w, d
   addPoint(context, left, innerBottom);
   addPoint(context, left, innerTop);
   addArc(context, innerLeft, innerTop, rx, ry, halfTurn, threeQuarterTurn);
-  context.rasterizer->finishPath();
+  finish(context);
 }
 
 template <class Pixel>
@@ -146,7 +119,8 @@ void addCross(DrawContext<Pixel>& context, double x, double y, double w, double 
   context.rasterizer->resetPath();
   const double left = x - w * 0.5;
   const double top = y - h * 0.5;
-  // The far side of an arm stands a hair short of 0.65. Kept as is: the last bit may decide a sub-column.
+  // The far side of an arm stands a hair short of 0.65. Kept as is: the last bit may decide a sub-column
+  // (aCrossHasArmsThreeTenthsWideThatTouchTheBox).
   const double armLeft = w * 0.35 + left;
   const double armRight = 0.6499999999999999 * w + left;
   const double armTop = h * 0.35 + top;
@@ -165,7 +139,7 @@ void addCross(DrawContext<Pixel>& context, double x, double y, double w, double 
   addPoint(context, left, armBottom);
   addPoint(context, left, armTop);
   addPoint(context, armLeft, armTop);
-  context.rasterizer->finishPath();
+  finish(context);
 }
 
 template <class Pixel>
@@ -173,12 +147,17 @@ void addStar(DrawContext<Pixel>& context, double x, double y, double w, double h
   context.rasterizer->resetPath();
   const double hw = w * 0.5;
   const double hh = h * 0.5;
+  // Asked of the C library when a star is drawn: a compiler's own constants may have another last bit.
+  const double sin18 = std::sin(eighteenDegrees);
+  const double cos18 = std::cos(eighteenDegrees);
+  const double sin54 = std::sin(fiftyFourDegrees);
+  const double cos54 = std::cos(fiftyFourDegrees);
   addPoint(context, x, y - hh);
-  addPoint(context, x - cos54.get() * hw, sin54.get() * hh + y);
-  addPoint(context, cos18.get() * hw + x, y - sin18.get() * hh);
-  addPoint(context, x - cos18.get() * hw, y - sin18.get() * hh);
-  addPoint(context, cos54.get() * hw + x, sin54.get() * hh + y);
-  context.rasterizer->finishPath();
+  addPoint(context, x - cos54 * hw, sin54 * hh + y);
+  addPoint(context, cos18 * hw + x, y - sin18 * hh);
+  addPoint(context, x - cos18 * hw, y - sin18 * hh);
+  addPoint(context, cos54 * hw + x, sin54 * hh + y);
+  finish(context);
 }
 
 template <class Pixel>
@@ -189,7 +168,7 @@ void addDiamond(DrawContext<Pixel>& context, double, double, double w, double h)
   addPoint(context, w * 0.5, top + h * 0.5);
   addPoint(context, 0.0, top + h);
   addPoint(context, 0.0 - w * 0.5, top + h * 0.5);
-  context.rasterizer->finishPath();
+  finish(context);
 }
 
 #define VINDREL_OUTLINE(name, Pixel) template void name(DrawContext<Pixel>&, double, double, double, double);

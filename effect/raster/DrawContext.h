@@ -1,22 +1,19 @@
 // The drawing state of one frame at one depth: the canvas, and what the dot in hand needs.
 #pragma once
 
-#include <cstdint>
-
-#include "effect/raster/PathMatrix.h"
+#include "effect/raster/CanvasView.h"
+#include "effect/raster/Path.h"
 
 namespace vindrel {
 
 template <class Pixel>
 class PolygonRasterizer;
 
-/// Made once per frame, shared by all dots. Owns nothing: the canvas is the host's, the rasteriser the frame's.
+/// Made once per frame, shared by all dots: `DrawContext<Pixel>{.canvas = view, .rasterizer = &rasterizer}`. Owns
+/// nothing.
 template <class Pixel>
 struct DrawContext {
-  Pixel* pixels = nullptr;                         ///< first pixel of the canvas, straight colour, top row first
-  int32_t width = 0;                               ///< pixels
-  int32_t height = 0;                              ///< pixels
-  int32_t rowBytes = 0;                            ///< bytes from a row to the next; may exceed width * sizeof(Pixel)
+  CanvasView<Pixel> canvas;
   PathMatrix matrix{};                             ///< current outline transform; the identity between two dots
   Pixel colour{};                                  ///< colour of the dot being drawn
   PolygonRasterizer<Pixel>* rasterizer = nullptr;  ///< the frame's rasteriser; must not be null when a dot is drawn

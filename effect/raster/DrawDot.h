@@ -1,12 +1,65 @@
-// Puts one dot on the canvas: the only call that the dot field makes into the rasteriser.
+// Puts one dot on the canvas: the front door of the rasteriser, and the only call that the dot field makes into it.
+//
+// How a dot becomes pixels
+// ------------------------
+// A dot is a record: a place, a size, a turn, a colour and one of six shapes. Its shape is a fixed recipe of vertices
+// (DotOutlines), joined by straight lines; curves exist nowhere behind it. PolygonRasterizer brings the vertices to the
+// canvas and hands the outline to one of two fillers: ConvexFiller, when it has one top, one bottom and no dent, and
+// GeneralFiller for all others. Each paints pixel row by pixel row as its scan goes down (PaintPixel); no mask of a
+// dot is ever held, and nothing of an outline outlives its fill.
+//
+// Representation. Every pixel is cut into 8 by 8 samples. A sub-row is an eighth of a pixel row, a sub-column an eighth
+// of a column; sub-row y belongs to pixel row y >> 3, and column likewise. Fillers work on coordinates times eight. On
+// a sub-row an outline is a few runs of sub-columns, both ends inclusive; eight sub-rows of runs make a pixel row; the
+// count of covered samples of a pixel, 0 to 64, weighs the dot's opacity. No table, no gamma: a share of coverage is a
+// share of opacity.
+//
+// Invariants. A filler visits sub-rows from the top down, each once. It writes only pixels of the canvas, and of those
+// only pixels with a count above 0 (but for float opacities that aren't finite, which spoil the pixels they visit). The
+// runs of a convex outline never overlap, so it paints each pixel once. Between two dots the rasteriser holds storage,
+// nothing more: no dot shows in a later one but by the pixels it has painted.
+//
+// What is exact. The convexity test, without any tolerance. Truncation from a double to a sub-column, toward zero and
+// not down; what doesn't fit 32 bits becomes the smallest integer. Counts. At 8 and 16 bits the whole of painting,
+// which is integer arithmetic with cut divisions.
+//
+// What rounds. The transform of each vertex. A side's slope, one division. A side's x from sub-row to sub-row, by
+// repeated addition: k steps are not k times the slope in the last bits, so the additions are all made, or leapt in a
+// way that gives the same sum. Float pixels, in single precision at each operation. All of these are part of the look,
+// down to the last bit; they may be computed otherwise only where that bit stays.
+//
+// Cost. A vertex costs its transform and a cross product; a sub-row on the canvas costs a step of each side it crosses;
+// a pixel row costs its counts, a pixel its mix. A dot off the canvas costs its vertices and the scan above it.
 #pragma once
 
 #include <cstdint>
 
-#include "effect/raster/DotRecord.h"
 #include "effect/raster/DrawContext.h"
 
 namespace vindrel {
+
+/// The six outlines, by the numbers of the shape popup.
+enum DotShape : int32_t {
+  circleShape = 1,
+  squareShape = 2,
+  roundSquareShape = 3,
+  crossShape = 4,
+  starShape = 5,
+  diamondShape = 6,
+};
+
+/// @tparam Pixel  Pixel8, Pixel16 or Pixel32; the only thing that differs between the depths.
+template <class Pixel>
+struct DotRecord {
+  double frontKey;  ///< squared distance in canvas pixels to the nearest front centre, or -1.0 when not in use
+  double x;         ///< centre, canvas pixels, after rotation and jitter
+  double y;         ///< centre, canvas pixels; grows downwards
+  Pixel color;      ///< the dot's colour; alpha holds the dot's opacity
+  double width;     ///< extent in pixels along the dot's own horizontal axis, before its rotation
+  double height;    ///< extent in pixels along the dot's own vertical axis, before its rotation
+  double angle;     ///< radians, clockwise on the screen
+  int32_t shape;    ///< a DotShape; any other value draws nothing
+};
 
 /// Draws one dot over what the canvas holds. The context's rasterizer must not be null and its matrix must be the
 /// identity, which it is again on return. A dot with a width or height of exactly 0.0 is passed over; a negative one is

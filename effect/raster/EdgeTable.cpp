@@ -53,9 +53,8 @@ int32_t nearestSub(double coordinate) {
   return truncateToInt32(coordinate + 0.5);
 }
 
-EdgeTable::EdgeTable(std::vector<ScanEdge>& storage, const std::vector<PathVertex>& outline, const ScanEdge& behind,
-                     bool dropLevel)
-    : edges_(storage), sentinel_(behind) {
+EdgeTable::EdgeTable(std::vector<ScanEdge>& storage, const std::vector<PathVertex>& outline, bool dropLevel)
+    : edges_(storage) {
   edges_.clear();
   const PathVertex* previous = &outline.back();
   for (const PathVertex& v : outline) {
@@ -65,7 +64,7 @@ EdgeTable::EdgeTable(std::vector<ScanEdge>& storage, const std::vector<PathVerte
     previous = &v;
   }
   pendingEnd_ = activeEnd_ = static_cast<int32_t>(edges_.size()) - 1;
-  edges_.push_back(sentinel_);
+  edges_.push_back(sentinelEdge);
   // By yTop, the lowest on the screen first. The sentinel is above all; the bound is for outlines beyond even that.
   const int32_t last = pendingEnd_;
   for (int32_t i = last - 1; i >= 0; --i) {
@@ -92,7 +91,7 @@ void EdgeTable::end(int32_t y) {
   for (int32_t j = pendingEnd_ + 1; j <= activeEnd_;) {
     if (nearestSub(at(j).yBottom) == y) {
       at(j) = at(activeEnd_);
-      at(activeEnd_) = sentinel_;
+      at(activeEnd_) = sentinelEdge;
       --activeEnd_;
     } else {
       ++j;

@@ -16,10 +16,21 @@
 #include <cstdint>
 #include <vector>
 
-#include "effect/raster/PathVertex.h"
-#include "effect/raster/ScanEdge.h"
+#include "effect/raster/Path.h"
 
 namespace vindrel {
+
+/// One side of an outline while it is scanned. All coordinates are canvas pixels times eight.
+struct ScanEdge {
+  double yTop;      ///< upper end (smaller y), in sub-rows
+  double yBottom;   ///< lower end, in sub-rows
+  double x;         ///< x at yTop at first, then the running x of the sub-row in hand, in sub-columns
+  double dxdy;      ///< change of x per sub-row; infinite or not a number for a horizontal side, which is never used
+  int32_t winding;  ///< +1 or -1, by the direction in which the outline runs along this side
+};
+
+/// Stands behind the live edges: above all of them when sorting by yTop, right of all of them when sorting by x.
+inline constexpr ScanEdge sentinelEdge{-2147483648.0, 1.0, 2147483647.0, 1.0, -1};
 
 /// Canvas pixels. An outline whose coordinates all lie within this is an ordinary one: its rows and columns, an eighth
 /// of a pixel each, are far from the ends of the 32-bit range.
@@ -31,8 +42,7 @@ class EdgeTable {
   /// makes of it. At least one vertex.
   /// @param dropLevel  leave out the sides whose ends round to one sub-row, which would start and end on it. May only
   ///                   be asked for with an ordinary outline, in which equal edges may stand in any order.
-  EdgeTable(std::vector<ScanEdge>& storage, const std::vector<PathVertex>& outline, const ScanEdge& behind,
-            bool dropLevel);
+  EdgeTable(std::vector<ScanEdge>& storage, const std::vector<PathVertex>& outline, bool dropLevel);
 
   /// Lets the edges join whose first sub-row is just y, lets those go whose last one it is, and sorts.
   void enter(int32_t y);
@@ -64,7 +74,6 @@ class EdgeTable {
   const ScanEdge& at(int32_t i) const { return edges_[static_cast<std::size_t>(i)]; }
 
   std::vector<ScanEdge>& edges_;
-  const ScanEdge& sentinel_;
   int32_t pendingEnd_;
   int32_t activeEnd_;
 };

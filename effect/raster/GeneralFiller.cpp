@@ -8,7 +8,6 @@
 #include "effect/raster/Crossings.h"
 #include "effect/raster/EdgeTable.h"
 #include "effect/raster/PaintPixel.h"
-#include "effect/raster/PolygonRasterizer.h"
 #include "effect/raster/RunStore.h"
 
 namespace vindrel {
@@ -62,16 +61,15 @@ SubRowRange scannedSubRows(const std::vector<PathVertex>& vertices) {
 }
 
 template <class Pixel>
-void flushRow(PolygonRasterizer<Pixel>& rasterizer, int32_t y) {
-  CoverageRows& coverage = *rasterizer.coverage;
+void flushRow(CoverageRows& coverage, const CanvasView<Pixel>& canvas, const Pixel& colour, int32_t y) {
   const int32_t row = y >> 3;
-  if (row >= 0 && row < rasterizer.height) {
-    Pixel* const pixels = canvasRow(rasterizer.pixels, rasterizer.rowBytes, row);
+  if (row >= 0 && row < canvas.height) {
+    Pixel* const pixels = canvas.row(row);
     for (const Span* s = anyCoverage(coverage).head; s != nullptr; s = s->next) {
-      if (s->start >= rasterizer.width || s->end < 0) continue;
-      const int32_t end = std::min(s->end, rasterizer.width - 1);
+      if (s->start >= canvas.width || s->end < 0) continue;
+      const int32_t end = std::min(s->end, canvas.width - 1);
       for (int32_t p = std::max(s->start, 0); p <= end; ++p) {
-        paintPixel(pixels[p], *rasterizer.colour, coveredSamples(coverage, p));
+        paintPixel(pixels[p], colour, coveredSamples(coverage, p));
       }
     }
   }
@@ -79,30 +77,31 @@ void flushRow(PolygonRasterizer<Pixel>& rasterizer, int32_t y) {
 }
 
 template <class Pixel>
-void fillGeneral(PolygonRasterizer<Pixel>& rasterizer) {
-  const SubRowRange range = scannedSubRows(rasterizer.vertices);
-  const bool ordinary = isOrdinary(rasterizer.vertices);
-  EdgeTable edges(rasterizer.edges, rasterizer.vertices, rasterizer.sentinel, ordinary);
-  RunStore<Pixel> store(rasterizer, range.last, ordinary);
+void fillGeneral(std::vector<ScanEdge>& storage, CoverageRows& coverage, const std::vector<PathVertex>& outline,
+                 const CanvasView<Pixel>& canvas, const Pixel& colour) {
+  const SubRowRange range = scannedSubRows(outline);
+  const bool ordinary = isOrdinary(outline);
+  EdgeTable edges(storage, outline, ordinary);
+  RunStore<Pixel> store(coverage, canvas, colour, range.last, ordinary);
   const auto flushIfDone = [&](int32_t next) {
     if (store.ready() || next - 1 == range.last) store.flush(next - 1);
   };
   // Above the canvas nothing is painted. Below it neither, and nobody looks at the edges again.
-  const int32_t behind = std::min(range.last, rasterizer.subHeight - 1) + 1;
+  const int32_t behind = std::min(range.last, wrapMultiply(canvas.height, 8) - 1) + 1;
   edges.pass(range.first, std::min(behind, 0));
   for (int32_t y = std::max(range.first, 0); y < behind;) {
     edges.enter(y);
     const int32_t change = edges.nextChange(y, behind);
     while (y < change) {
       if (ordinary && edges.activeCount() <= Crossings::most && store.table() != nullptr) {
-        Crossings crossings(edges, rasterizer.nonZeroWinding);
+        Crossings crossings(edges);
         do {
           y = crossings.scan(*store.table(), y, std::min(change, (y | 7) + 1));
           flushIfDone(y);
         } while (y < change && crossings.inOrder());
         crossings.giveBack(edges);
       } else {
-        forEachRun(edges, rasterizer.nonZeroWinding, [&](int32_t open, int32_t close) {
+        forEachRun(edges, [&](int32_t open, int32_t close) {
           store.add({nearestSub(edges.active(open).x), nearestSub(edges.active(close).x)}, y);
         });
         edges.step();
@@ -114,11 +113,14 @@ void fillGeneral(PolygonRasterizer<Pixel>& rasterizer) {
   store.reset();
 }
 
-template void flushRow(PolygonRasterizer<Pixel8>&, int32_t);
-template void flushRow(PolygonRasterizer<Pixel16>&, int32_t);
-template void flushRow(PolygonRasterizer<Pixel32>&, int32_t);
-template void fillGeneral(PolygonRasterizer<Pixel8>&);
-template void fillGeneral(PolygonRasterizer<Pixel16>&);
-template void fillGeneral(PolygonRasterizer<Pixel32>&);
+template void flushRow(CoverageRows&, const CanvasView<Pixel8>&, const Pixel8&, int32_t);
+template void flushRow(CoverageRows&, const CanvasView<Pixel16>&, const Pixel16&, int32_t);
+template void flushRow(CoverageRows&, const CanvasView<Pixel32>&, const Pixel32&, int32_t);
+template void fillGeneral(std::vector<ScanEdge>&, CoverageRows&, const std::vector<PathVertex>&,
+                          const CanvasView<Pixel8>&, const Pixel8&);
+template void fillGeneral(std::vector<ScanEdge>&, CoverageRows&, const std::vector<PathVertex>&,
+                          const CanvasView<Pixel16>&, const Pixel16&);
+template void fillGeneral(std::vector<ScanEdge>&, CoverageRows&, const std::vector<PathVertex>&,
+                          const CanvasView<Pixel32>&, const Pixel32&);
 
 }  // namespace vindrel

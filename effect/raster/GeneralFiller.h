@@ -5,18 +5,19 @@
 // on the stack (SpanTable), or from lists (CoverageRows) when an outline is too rich for that. x stands for the upper
 // end of a side and steps from its first sub-row, without a correction to the sub-row's centre, and a run keeps the
 // sub-column on which it ends: so runs are one sub-column wider on the right than the convex filler's. Kept as is:
-// crosses and stars of saved projects have this width.
+// crosses and stars of saved projects have this width
+// (runsAreOneSubColumnWiderThanTheConvexFillers).
 #pragma once
 
 #include <cstdint>
 #include <vector>
 
-#include "effect/raster/PathVertex.h"
+#include "effect/raster/CanvasView.h"
+#include "effect/raster/CoverageRows.h"
+#include "effect/raster/EdgeTable.h"
+#include "effect/raster/Path.h"
 
 namespace vindrel {
-
-template <class Pixel>
-class PolygonRasterizer;
 
 /// Sub-rows, both ends inclusive.
 struct SubRowRange {
@@ -28,16 +29,19 @@ struct SubRowRange {
 /// however far above the canvas the outline lies.
 SubRowRange scannedSubRows(const std::vector<PathVertex>& vertices);
 
-/// Fills the rasteriser's outline, read from tx and ty in canvas pixels, with the context's colour. At least one
-/// vertex. An ordinary cross or star takes no memory; std::bad_alloc when lists or the edges of a larger outline find
-/// none.
+/// Fills the closed outline, read from tx and ty in canvas pixels. At least one vertex.
+/// @param edges     room for the sides; what it holds doesn't matter, before or after
+/// @param coverage  room for lists, empty before and afterwards
+/// An ordinary cross or star takes no memory; std::bad_alloc when lists or the edges of a larger outline find none.
 template <class Pixel>
-void fillGeneral(PolygonRasterizer<Pixel>& rasterizer);
+void fillGeneral(std::vector<ScanEdge>& edges, CoverageRows& coverage, const std::vector<PathVertex>& outline,
+                 const CanvasView<Pixel>& canvas, const Pixel& colour);
 
-/// Paints the pixel row of sub-row y from the rasteriser's lists, and empties these. A row off the canvas is only
-/// emptied. A pixel is painted once for each run of touched pixels that holds it, so twice where two runs, still apart
-/// on the sub-pixel grid, meet in one pixel. Kept as is: it is the stronger edge at the tips of a star.
+/// Paints the pixel row of sub-row y from the coverage, and empties that. A row off the canvas is only emptied. A pixel
+/// is painted once for each run of touched pixels that holds it, so twice where two runs, still apart on the sub-pixel
+/// grid, meet in one pixel. Kept as is: it is the stronger edge at the tips of a star
+/// (aPixelWhereTwoRunsMeetIsPaintedTwice).
 template <class Pixel>
-void flushRow(PolygonRasterizer<Pixel>& rasterizer, int32_t y);
+void flushRow(CoverageRows& coverage, const CanvasView<Pixel>& canvas, const Pixel& colour, int32_t y);
 
 }  // namespace vindrel

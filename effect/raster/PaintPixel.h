@@ -5,7 +5,6 @@
 #pragma once
 
 #include <cmath>
-#include <cstddef>
 #include <cstdint>
 
 #include "effect/pixel/Pixel.h"
@@ -66,20 +65,13 @@ inline void paintPixel(Pixel32& pixel, const Pixel32& colour, int32_t count) {
 }
 
 /// Whether painting with a count of 0 leaves every pixel alone, so that pixels without coverage need no visit. Not so
-/// for a float opacity that is infinite or not a number: nothing times that is not nothing.
+/// for a float opacity that is infinite or not a number: zero times that is not a number, which is painted.
 template <class Pixel>
 inline bool emptyCountPaintsNothing(const Pixel&) {
   return true;
 }
 inline bool emptyCountPaintsNothing(const Pixel32& colour) {
   return std::isfinite(colour.alpha);
-}
-
-/// Row `row` of the canvas at `pixels`.
-template <class Pixel>
-inline Pixel* canvasRow(Pixel* pixels, int32_t rowBytes, int32_t row) {
-  const auto offset = static_cast<std::ptrdiff_t>(rowBytes) * row;
-  return reinterpret_cast<Pixel*>(reinterpret_cast<std::byte*>(pixels) + offset);
 }
 
 }  // namespace vindrel

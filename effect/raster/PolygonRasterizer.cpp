@@ -3,33 +3,15 @@
 #include <cstddef>
 
 #include "effect/pixel/Pixel.h"
-#include "effect/pixel/Wrap.h"
-#include "effect/raster/GeneralFiller.h"
 
 namespace vindrel {
 
 template <class Pixel>
-PolygonRasterizer<Pixel>::PolygonRasterizer(DrawContext<Pixel>& target)
-    : sentinel(sentinelEdge),
-      nonZeroWinding(true),
-      context(&target),
-      pixels(target.pixels),
-      width(target.width),
-      height(target.height),
-      rowBytes(target.rowBytes),
-      matrix(&target.matrix),
-      colour(&target.colour),
-      subWidth(wrapMultiply(target.width, 8)),
-      subHeight(wrapMultiply(target.height, 8)) {
+PolygonRasterizer<Pixel>::PolygonRasterizer() {
   vertices.reserve(100);
   edges.reserve(200);
   coverage = std::make_unique<CoverageRows>();
   convexFiller = std::make_unique<ConvexFiller<Pixel>>();
-  convexFiller->context = &target;
-  convexFiller->pixels = pixels;
-  convexFiller->width = width;
-  convexFiller->height = height;
-  convexFiller->rowBytes = rowBytes;
 }
 
 template <class Pixel>
@@ -44,9 +26,8 @@ void PolygonRasterizer<Pixel>::addVertex(const PathVertex& vertex) {
 }
 
 template <class Pixel>
-void PolygonRasterizer<Pixel>::finishPath() {
+void PolygonRasterizer<Pixel>::finishPath(const CanvasView<Pixel>& canvas, const PathMatrix& m, const Pixel& colour) {
   if (vertices.size() < 3) return;
-  const PathMatrix& m = *matrix;
   if (m == PathMatrix{}) {
     for (PathVertex& v : vertices) {
       v.tx = v.x;
@@ -58,13 +39,17 @@ void PolygonRasterizer<Pixel>::finishPath() {
       v.ty = v.x * m.d + m.e * v.y + m.f;
     }
   }
-  // An outline that winds around twice, as a star does, turns one way only; its vertical turns give it away.
-  const int32_t turns = countYTurns();
-  if (isConvex() && turns == 2) {
-    fillConvex(*convexFiller, *this, *colour);
+  if (suitsConvexFiller()) {
+    fillConvex(*convexFiller, vertices, canvas, colour);
   } else {
-    fillGeneral(*this);
+    fillGeneral(edges, *coverage, vertices, canvas, colour);
   }
+}
+
+template <class Pixel>
+bool PolygonRasterizer<Pixel>::suitsConvexFiller() const {
+  // An outline that winds around twice, as a star does, turns one way only; its vertical turns give it away.
+  return isConvex() && countYTurns() == 2;
 }
 
 template <class Pixel>

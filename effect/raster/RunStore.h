@@ -8,11 +8,11 @@
 
 #include <cstdint>
 
+#include "effect/raster/CanvasView.h"
 #include "effect/raster/CoverageRows.h"
 #include "effect/raster/GeneralFiller.h"
 #include "effect/raster/PaintPixel.h"
 #include "effect/raster/PaintTable.h"
-#include "effect/raster/PolygonRasterizer.h"
 #include "effect/raster/SpanTable.h"
 
 namespace vindrel {
@@ -23,33 +23,33 @@ class RunStore {
  public:
   /// @param lastSubRow  of the outline
   /// @param orderly     each pixel row is known to be orderly, as SpanTable tells it
-  RunStore(PolygonRasterizer<Pixel>& rasterizer, int32_t lastSubRow, bool orderly)
-      : rasterizer_(rasterizer), lastSubRow_(lastSubRow), orderly_(orderly) {}
+  RunStore(CoverageRows& coverage, const CanvasView<Pixel>& canvas, const Pixel& colour, int32_t lastSubRow,
+           bool orderly)
+      : coverage_(coverage), canvas_(canvas), colour_(colour), lastSubRow_(lastSubRow), orderly_(orderly) {}
 
   /// Adds a run of sub-columns to sub-row y. Throws std::bad_alloc when it must go into lists and there is no memory.
   void add(ColumnRun run, int32_t y) {
     if (!onLists_ && table_.append(y & 7, run)) return;
     if (!onLists_) handOver();
-    addSpan(*rasterizer_.coverage, run.start, run.end, y);
+    addSpan(coverage_, run.start, run.end, y);
   }
 
   /// The table, for whoever knows that it has room for what comes; null while the pixel row in hand is on lists.
   SpanTable* table() { return onLists_ ? nullptr : &table_; }
 
   /// Whether the last run went to the eighth sub-row of a pixel row.
-  bool ready() const { return (onLists_ ? rasterizer_.coverage->lastRow : table_.last()) == 7; }
+  bool ready() const { return (onLists_ ? coverage_.lastRow : table_.last()) == 7; }
 
   /// Paints the pixel row of sub-row y, and empties the store; a row off the canvas is only emptied.
   void flush(int32_t y) {
     if (!onLists_ && !orderly_ && !table_.isOrderly()) handOver();
     if (onLists_) {
-      flushRow(rasterizer_, y);
+      flushRow(coverage_, canvas_, colour_, y);
       onLists_ = false;
     } else {
       const int32_t row = y >> 3;
-      if (row >= 0 && row < rasterizer_.height && table_.first() >= 0) {
-        paintTable(table_, canvasRow(rasterizer_.pixels, rasterizer_.rowBytes, row), rasterizer_.width,
-                   *rasterizer_.colour);
+      if (row >= 0 && row < canvas_.height && table_.first() >= 0) {
+        paintTable(table_, canvas_.row(row), canvas_.width, colour_);
       }
       table_.reset();
     }
@@ -59,35 +59,36 @@ class RunStore {
   /// Forgets the pixel row in hand.
   void reset() {
     table_.reset();
-    if (onLists_) resetRows(*rasterizer_.coverage);
+    if (onLists_) resetRows(coverage_);
     onLists_ = false;
   }
 
  private:
   /// Gives the lists all that the table holds of the row in hand, as if it had been added to them from the start.
   void handOver() {
-    CoverageRows& coverage = *rasterizer_.coverage;
-    resetRows(coverage);
+    resetRows(coverage_);
     onLists_ = true;
-    coverage.lastSubRow = lastSubRow_;
+    coverage_.lastSubRow = lastSubRow_;
     for (int32_t r = 0; r < 8; ++r) {
       for (int32_t k = 0; k < table_.count(r); ++k) {
         const ColumnRun run = table_.layer(k)[r];
         if (r == 7 && table_.last() == 7) {
           // Only here are solid pixels made, from what the slots from the first one on hold.
-          coverage.firstRow = table_.first();
-          addSpan(coverage, run.start, run.end, 7);
+          coverage_.firstRow = table_.first();
+          addSpan(coverage_, run.start, run.end, 7);
         } else {
-          spanAppend(coverage.rows[r], run.start, run.end);
+          spanAppend(coverage_.rows[r], run.start, run.end);
         }
       }
     }
-    coverage.firstRow = table_.first();
-    coverage.lastRow = table_.last();
+    coverage_.firstRow = table_.first();
+    coverage_.lastRow = table_.last();
     table_.reset();
   }
 
-  PolygonRasterizer<Pixel>& rasterizer_;
+  CoverageRows& coverage_;
+  CanvasView<Pixel> canvas_;
+  const Pixel& colour_;
   SpanTable table_;
   int32_t lastSubRow_;
   bool orderly_;

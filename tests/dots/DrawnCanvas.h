@@ -16,13 +16,13 @@ template <class Pixel>
 struct DrawnCanvas {
   DrawnCanvas(int32_t width, int32_t height)
       : pixels(static_cast<std::size_t>(width) * static_cast<std::size_t>(height)),
-        context(makeContext(pixels, width, height)),
-        rasterizer(context) {
-    context.rasterizer = &rasterizer;
-  }
+        context{.canvas = {pixels.data(), width, height, width * static_cast<int32_t>(sizeof(Pixel))},
+                .rasterizer = &rasterizer} {}
+  DrawnCanvas(const DrawnCanvas&) = delete;
+  DrawnCanvas& operator=(const DrawnCanvas&) = delete;
 
   const Pixel& at(int32_t column, int32_t row) const {
-    return pixels[static_cast<std::size_t>(row * context.width + column)];
+    return pixels[static_cast<std::size_t>(row * context.canvas.width + column)];
   }
 
   bool isEmpty() const {
@@ -33,18 +33,8 @@ struct DrawnCanvas {
   }
 
   std::vector<Pixel> pixels;
-  DrawContext<Pixel> context;
   PolygonRasterizer<Pixel> rasterizer;
-
- private:
-  static DrawContext<Pixel> makeContext(std::vector<Pixel>& pixels, int32_t width, int32_t height) {
-    DrawContext<Pixel> context;
-    context.pixels = pixels.data();
-    context.width = width;
-    context.height = height;
-    context.rowBytes = width * static_cast<int32_t>(sizeof(Pixel));
-    return context;
-  }
+  DrawContext<Pixel> context;
 };
 
 /// Writes down each share that it is told, and answers 0 but to the call numbered `failAt`, to which it says `failure`.

@@ -10,12 +10,6 @@
 namespace vindrel {
 namespace {
 
-using Points = std::vector<std::pair<double, double>>;
-
-Points box(double left, double top, double right, double bottom) {
-  return {{left, top}, {right, top}, {right, bottom}, {left, bottom}};
-}
-
 template <class Pixel>
 class ConvexFillerAtDepth : public ::testing::Test {};
 TYPED_TEST_SUITE(ConvexFillerAtDepth, AllPixels);
@@ -23,7 +17,7 @@ TYPED_TEST_SUITE(ConvexFillerAtDepth, AllPixels);
 TYPED_TEST(ConvexFillerAtDepth, aSquareOnWholePixelsCoversAll64SamplesOfEach) {
   TestCanvas<TypeParam> canvas(6, 6);
   canvas.fill(box(0, 0, 4, 4), opaqueRed<TypeParam>());
-  EXPECT_EQ(canvas.rasterizer->vertices[2].iy, 32);  // through this filler, on sub-rows 0 to 31
+  EXPECT_TRUE(canvas.rasterizer.suitsConvexFiller());
   for (int32_t y = 0; y < 6; ++y) {
     for (int32_t x = 0; x < 6; ++x) EXPECT_EQ(canvas.count(x, y), x < 4 && y < 4 ? 64 : 0) << x << ' ' << y;
   }
@@ -69,9 +63,8 @@ TYPED_TEST(ConvexFillerAtDepth, aCanvasOfOnePixelIsFilled) {
 
 TYPED_TEST(ConvexFillerAtDepth, aCanvasWithoutPixelsIsNoError) {
   Pixel8 none{};
-  DrawContext<Pixel8> context{&none, 0, 0, 0, {}, opaqueRed<Pixel8>(), nullptr};
-  PolygonRasterizer<Pixel8> rasterizer(context);
-  context.rasterizer = &rasterizer;
+  PolygonRasterizer<Pixel8> rasterizer;
+  DrawContext<Pixel8> context{.canvas = {&none, 0, 0, 0}, .rasterizer = &rasterizer};
   for (int32_t shape = circleShape; shape <= diamondShape; ++shape) {
     EXPECT_EQ(drawDot(context, {-1.0, 0.0, 0.0, opaqueRed<Pixel8>(), 9.0, 9.0, 0.1, shape}), 0);
   }
@@ -153,9 +146,10 @@ TEST(ConvexFiller, anOutlineBelowTheCanvasPaintsNothing) {
   EXPECT_TRUE(canvas.guardsAreWhole());
 }
 
+// The first outline ends on sub-row 11, in the middle of pixel row 1, and the second begins on sub-row 12.
 TEST(ConvexFiller, aGroupLeavesNothingForTheNextOutline) {
   TestCanvas<Pixel8> canvas(4, 4);
-  canvas.fill(box(0, 0, 4, 4), Pixel8{0, 0, 0, 0});  // paints nothing
+  canvas.fill(box(0, 0, 4, 1.5), Pixel8{0, 0, 0, 0});  // paints nothing
   canvas.fill(box(1, 1.5, 2, 1.75), opaqueRed<Pixel8>());
   EXPECT_EQ(canvas.paintedPixels(), 1);
   EXPECT_EQ(canvas.count(1, 1), 16);
@@ -186,17 +180,26 @@ TEST(ConvexFiller, aSpanBeyond32BitsPaintsNothing) {
   EXPECT_EQ(canvas.paintedPixels(), 0);
 }
 
-TEST(ConvexFiller, withoutSupersamplingASpanIsHardAndOneRowHigh) {
-  TestCanvas<Pixel8> canvas(8, 4);
-  canvas.rasterizer->convexFiller->supersample = false;
-  canvas.fill(box(1.4, 0.6, 9.0, 3.4), opaqueRed<Pixel8>());
-  // Rows trunc(0.6 + 0.5) = 1 up to but without trunc(3.4 + 0.5) = 3; columns trunc(1.4 + 0.5) = 1 to the rim.
-  for (int32_t y = 0; y < 4; ++y) {
-    for (int32_t x = 0; x < 8; ++x) {
-      EXPECT_EQ(canvas.count(x, y), x >= 1 && (y == 1 || y == 2) ? 64 : 0) << x << ' ' << y;
-    }
-  }
-  EXPECT_TRUE(canvas.guardsAreWhole());
+// A side at sub-column -0.25 ends its span at -0.75, which is cut to 0; rounding down would give -1, off the canvas.
+TEST(ConvexFiller, columnsLeftOfTheCanvasAreCutTowardZero) {
+  TestCanvas<Pixel8> canvas(2, 1);
+  canvas.fill(box(-3.0, 0, -0.25 / 8.0, 1), opaqueRed<Pixel8>());
+  EXPECT_EQ(canvas.count(0, 0), 8);
+  TestCanvas<Pixel8> further(2, 1);
+  further.fill(box(-3.0, 0, -0.5 / 8.0, 1), opaqueRed<Pixel8>());  // -0.5 - 0.5 is -1
+  EXPECT_EQ(further.count(0, 0), 0);
+}
+
+// Sub-rows pass 32,767 there, the end of 16 bits.
+TEST(ConvexFiller, rowsBelow4096ArePainted) {
+  TestCanvas<Pixel8> canvas(2, 5001);
+  canvas.fill(box(0, 4090, 2, 4998.5), opaqueRed<Pixel8>());
+  EXPECT_EQ(canvas.count(0, 4089), 0);
+  EXPECT_EQ(canvas.count(0, 4090), 64);
+  EXPECT_EQ(canvas.count(1, 4096), 64);
+  EXPECT_EQ(canvas.count(1, 4998), 32);
+  EXPECT_EQ(canvas.count(1, 4999), 0);
+  EXPECT_EQ(canvas.paintedPixels(), 2 * 909);
 }
 
 }  // namespace

@@ -13,13 +13,13 @@ namespace {
 using Canvas = TestCanvas<Pixel8>;
 
 const PathVertex& vertex(const Canvas& canvas, std::size_t i) {
-  return canvas.rasterizer->vertices.at(i);
+  return canvas.rasterizer.vertices.at(i);
 }
 
 std::size_t circleVertices(double diagonal) {
   Canvas canvas(4, 4);
   addCircle(canvas.context, 0.0, 0.0, diagonal * 0.6, diagonal * 0.8);
-  return canvas.rasterizer->vertices.size();
+  return canvas.rasterizer.vertices.size();
 }
 
 TEST(DotOutlines, aCircleWithASmallDiagonalIsAnOctagon) {
@@ -40,13 +40,13 @@ TEST(DotOutlines, aLargerCircleHasMoreVertices) {
 TEST(DotOutlines, aCircleWithoutHeightIsNeverBuilt) {
   Canvas canvas(4, 4);
   drawDot(canvas.context, DotRecord<Pixel8>{-1.0, 2.0, 2.0, opaqueRed<Pixel8>(), 10.0, 0.0, 0.0, circleShape});
-  EXPECT_TRUE(canvas.rasterizer->vertices.empty());
+  EXPECT_TRUE(canvas.rasterizer.vertices.empty());
 }
 
 TEST(DotOutlines, aSliverOfACircleHasEightVertices) {
   Canvas canvas(4, 4);
   drawDot(canvas.context, DotRecord<Pixel8>{-1.0, 2.0, 2.0, opaqueRed<Pixel8>(), 10.0, 0.5, 0.0, circleShape});
-  EXPECT_EQ(canvas.rasterizer->vertices.size(), 8U);
+  EXPECT_EQ(canvas.rasterizer.vertices.size(), 8U);
 }
 
 TEST(DotOutlines, aCircleStartsAtItsRightmostPointAndRunsClockwiseOnTheScreen) {
@@ -56,7 +56,7 @@ TEST(DotOutlines, aCircleStartsAtItsRightmostPointAndRunsClockwiseOnTheScreen) {
   const double expected[8][2] = {
       {4.0, 2.0},  {1.0 + 3.0 * half, 2.0 + 2.0 * half}, {1.0, 4.0}, {1.0 - 3.0 * half, 2.0 + 2.0 * half},
       {-2.0, 2.0}, {1.0 - 3.0 * half, 2.0 - 2.0 * half}, {1.0, 0.0}, {1.0 + 3.0 * half, 2.0 - 2.0 * half}};
-  ASSERT_EQ(canvas.rasterizer->vertices.size(), 8U);
+  ASSERT_EQ(canvas.rasterizer.vertices.size(), 8U);
   for (std::size_t i = 0; i < 8; ++i) {
     EXPECT_NEAR(vertex(canvas, i).x, expected[i][0], 1e-14) << i;
     EXPECT_NEAR(vertex(canvas, i).y, expected[i][1], 1e-14) << i;
@@ -64,11 +64,12 @@ TEST(DotOutlines, aCircleStartsAtItsRightmostPointAndRunsClockwiseOnTheScreen) {
   EXPECT_EQ(vertex(canvas, 2).x, 1.0);  // cos 90 degrees is exactly 0
 }
 
-// 9 vertices stand 40 degrees apart, 7 would stand on 51.43: the third of 14 at 102.857 degrees is cut to 102.5.
+// 14 vertices stand 720 / 14 = 51.43 half degrees apart: the fifth at 4 * 51.43 = 205.71 of them is cut to 205, which
+// is 102.5 degrees.
 TEST(DotOutlines, aCirclesCornersFallOnTheHalfDegreeGrid) {
   Canvas canvas(4, 4);
   addCircle(canvas.context, 0.0, 0.0, 18.0, 0.5);  // 18.007 * 2 pi / 8 = 14.14
-  ASSERT_EQ(canvas.rasterizer->vertices.size(), 14U);
+  ASSERT_EQ(canvas.rasterizer.vertices.size(), 14U);
   EXPECT_NEAR(vertex(canvas, 4).x, 9.0 * std::cos(102.5 / 180.0 * 3.141592653589793), 1e-13);
 }
 
@@ -77,14 +78,14 @@ TEST(DotOutlines, aCircleScaledUpByTheMatrixHasMoreVertices) {
   canvas.context.matrix.a = 10.0;
   canvas.context.matrix.e = 10.0;
   addCircle(canvas.context, 0.0, 0.0, 6.0, 8.0);
-  EXPECT_EQ(canvas.rasterizer->vertices.size(), 78U);
+  EXPECT_EQ(canvas.rasterizer.vertices.size(), 78U);
 }
 
 TEST(DotOutlines, aSquareBeginsAtItsCorner) {
   Canvas canvas(4, 4);
   addSquare(canvas.context, 1.0, 2.0, 6.0, 4.0);
   const double expected[4][2] = {{1.0, 2.0}, {7.0, 2.0}, {7.0, 6.0}, {1.0, 6.0}};
-  ASSERT_EQ(canvas.rasterizer->vertices.size(), 4U);
+  ASSERT_EQ(canvas.rasterizer.vertices.size(), 4U);
   for (std::size_t i = 0; i < 4; ++i) {
     EXPECT_EQ(vertex(canvas, i).x, expected[i][0]) << i;
     EXPECT_EQ(vertex(canvas, i).y, expected[i][1]) << i;
@@ -95,7 +96,7 @@ TEST(DotOutlines, everyArcOfARoundSquareHasTenVerticesWhateverItsSize) {
   for (const double size : {0.01, 1.0, 7.3, 100.0, 12345.0}) {
     Canvas canvas(4, 4);
     addRoundSquare(canvas.context, 0.0, 0.0, size, size * 0.7);
-    ASSERT_EQ(canvas.rasterizer->vertices.size(), 48U) << size;
+    ASSERT_EQ(canvas.rasterizer.vertices.size(), 48U) << size;
     const double right = size * 0.5, bottom = size * 0.35;
     // What stands behind each arc: the right, bottom and left straight sides.
     EXPECT_NEAR(vertex(canvas, 12).x, right, size * 1e-14) << size;
@@ -125,7 +126,7 @@ TEST(DotOutlines, aCrossHasArmsThreeTenthsWideThatTouchTheBox) {
   addCross(canvas.context, 0.0, 0.0, 20.0, 20.0);
   const double expected[12][2] = {{-3, -10}, {3, -10}, {3, -3}, {10, -3}, {10, 3},   {3, 3},
                                   {3, 10},   {-3, 10}, {-3, 3}, {-10, 3}, {-10, -3}, {-3, -3}};
-  ASSERT_EQ(canvas.rasterizer->vertices.size(), 12U);
+  ASSERT_EQ(canvas.rasterizer.vertices.size(), 12U);
   for (std::size_t i = 0; i < 12; ++i) {
     EXPECT_NEAR(vertex(canvas, i).x, expected[i][0], 1e-14) << i;
     EXPECT_NEAR(vertex(canvas, i).y, expected[i][1], 1e-14) << i;
@@ -142,7 +143,7 @@ TEST(DotOutlines, aStarIsFiveTipsInThePentagramsOrder) {
   addStar(canvas.context, 1.0, 2.0, 20.0, 10.0);
   const double degree = 3.141592653589793 / 180.0;
   const double tips[5] = {-90.0, 126.0, -18.0, 198.0, 54.0};  // clockwise on the screen from the right
-  ASSERT_EQ(canvas.rasterizer->vertices.size(), 5U);
+  ASSERT_EQ(canvas.rasterizer.vertices.size(), 5U);
   for (std::size_t i = 0; i < 5; ++i) {
     EXPECT_NEAR(vertex(canvas, i).x, 1.0 + 10.0 * std::cos(tips[i] * degree), 1e-13) << i;
     EXPECT_NEAR(vertex(canvas, i).y, 2.0 + 5.0 * std::sin(tips[i] * degree), 1e-13) << i;
@@ -163,7 +164,7 @@ TEST(DotOutlines, aDiamondStandsOnTheOriginWhateverCentreItIsGiven) {
   Canvas canvas(4, 4);
   addDiamond(canvas.context, 100.0, 200.0, 6.0, 4.0);
   const double expected[4][2] = {{0.0, -2.0}, {3.0, 0.0}, {0.0, 2.0}, {-3.0, 0.0}};
-  ASSERT_EQ(canvas.rasterizer->vertices.size(), 4U);
+  ASSERT_EQ(canvas.rasterizer.vertices.size(), 4U);
   for (std::size_t i = 0; i < 4; ++i) {
     EXPECT_EQ(vertex(canvas, i).x, expected[i][0]) << i;
     EXPECT_EQ(vertex(canvas, i).y, expected[i][1]) << i;
@@ -173,16 +174,16 @@ TEST(DotOutlines, aDiamondStandsOnTheOriginWhateverCentreItIsGiven) {
 TEST(DotOutlines, anArcNeverReachesItsEnd) {
   Canvas canvas(4, 4);
   addArc(canvas.context, 0.0, 0.0, 1.0, 1.0, 0.0, 0.15707963267948966);
-  EXPECT_EQ(canvas.rasterizer->vertices.size(), 1U);
+  EXPECT_EQ(canvas.rasterizer.vertices.size(), 1U);
   addArc(canvas.context, 0.0, 0.0, 1.0, 1.0, 1.0, 1.0);
-  EXPECT_EQ(canvas.rasterizer->vertices.size(), 1U);
+  EXPECT_EQ(canvas.rasterizer.vertices.size(), 1U);
 }
 
 TEST(DotOutlines, aBuilderForgetsTheOutlineBefore) {
   Canvas canvas(4, 4);
   addCircle(canvas.context, 0.0, 0.0, 60.0, 80.0);
   addSquare(canvas.context, 0.0, 0.0, 1.0, 1.0);
-  EXPECT_EQ(canvas.rasterizer->vertices.size(), 4U);
+  EXPECT_EQ(canvas.rasterizer.vertices.size(), 4U);
 }
 
 }  // namespace

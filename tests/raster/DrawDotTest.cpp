@@ -146,15 +146,22 @@ TYPED_TEST(DrawDotAtDepth, aDotFarBeyond32BitsPaintsNothing) {
   }
 }
 
-// A float opacity that is not a number spoils the pixels of every row group's walk, from column 0 on in the last one.
-TEST(DrawDot, anOpacityThatIsNotANumberSpoilsTheClosingRowFromColumnZero) {
-  TestCanvas<Pixel32> canvas(16, 8);
-  DotRecord<Pixel32> spoilt = dot<Pixel32>(squareShape, 12, 3, 2, 3);
-  spoilt.color.alpha = std::numeric_limits<float>::quiet_NaN();
-  drawDot(canvas.context, spoilt);
-  EXPECT_EQ(canvas.at(0, 3), Pixel32{});
-  EXPECT_TRUE(std::isnan(canvas.at(0, 4).alpha));
-  EXPECT_TRUE(std::isnan(canvas.at(12, 3).alpha));
+// A float opacity that is infinite or not a number spoils every pixel that is visited, with a count of 0 too. On the
+// rows that the dot fills those are the pixels from its own first column to one behind its last; on the row in which it
+// ends, all from column 0 on; and on an outline that ends with its row, the row below.
+TEST(DrawDot, anOpacityThatIsNotFiniteSpoilsThePixelsThatAreVisited) {
+  for (const float odd : {std::numeric_limits<float>::quiet_NaN(), std::numeric_limits<float>::infinity()}) {
+    TestCanvas<Pixel32> canvas(16, 8);
+    DotRecord<Pixel32> spoilt = dot<Pixel32>(squareShape, 12, 3, 2, 3);  // x from 11 to 13, y from 1.5 to 4.5
+    spoilt.color.alpha = odd;
+    drawDot(canvas.context, spoilt);
+    for (int32_t y = 0; y < 8; ++y) {
+      for (int32_t x = 0; x < 16; ++x) {
+        const bool visited = y == 4 ? x <= 13 : y >= 1 && y <= 3 && x >= 11 && x <= 13;
+        EXPECT_EQ(canvas.at(x, y) != Pixel32{}, visited) << x << ' ' << y << ' ' << odd;
+      }
+    }
+  }
 }
 
 }  // namespace

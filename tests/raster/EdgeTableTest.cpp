@@ -34,8 +34,7 @@ struct Table {
   std::vector<ScanEdge> storage;
   EdgeTable edges;
 
-  explicit Table(const Points& points, bool dropLevel = false)
-      : edges(storage, outline(points), sentinelEdge, dropLevel) {}
+  explicit Table(const Points& points, bool dropLevel = false) : edges(storage, outline(points), dropLevel) {}
 };
 
 /// The plain form of passing: one sub-row after the other.

@@ -39,7 +39,7 @@ template <class Pixel>
 struct Target {
   static constexpr int32_t side = 24;
   Pixel pixels[side * side] = {};
-  DrawContext<Pixel> context{pixels, side, side, side* static_cast<int32_t>(sizeof(Pixel)), {}, {}, nullptr};
+  DrawContext<Pixel> context{.canvas = {pixels, side, side, side* static_cast<int32_t>(sizeof(Pixel))}};
 };
 
 TEST(RasterMemory, everyRunIsABlockOfItsOwn) {
@@ -179,21 +179,19 @@ TYPED_TEST_SUITE(RasterMemoryAtDepth, AllPixels);
 
 // The object, its two vectors, its convex filler and its coverage rows.
 TYPED_TEST(RasterMemoryAtDepth, aRasteriserIsFiveBlocksAndGivesThemBack) {
-  Target<TypeParam> target;
   const int64_t before = blocks::live();
-  auto rasterizer = std::make_unique<PolygonRasterizer<TypeParam>>(target.context);
+  auto rasterizer = std::make_unique<PolygonRasterizer<TypeParam>>();
   EXPECT_EQ(blocks::live(), before + 5);
   rasterizer.reset();
   EXPECT_EQ(blocks::live(), before);
 }
 
 TYPED_TEST(RasterMemoryAtDepth, aConstructionThatFailsGivesEverythingBack) {
-  Target<TypeParam> target;
   const int64_t before = blocks::live();
   for (int64_t given = 0; given < 5; ++given) {
     {
       const Limit limit(given);
-      EXPECT_THROW(std::make_unique<PolygonRasterizer<TypeParam>>(target.context), std::bad_alloc) << given;
+      EXPECT_THROW(std::make_unique<PolygonRasterizer<TypeParam>>(), std::bad_alloc) << given;
     }
     EXPECT_EQ(blocks::live(), before) << given;
   }
@@ -201,7 +199,7 @@ TYPED_TEST(RasterMemoryAtDepth, aConstructionThatFailsGivesEverythingBack) {
 
 TYPED_TEST(RasterMemoryAtDepth, aConvexDotAllocatesNothing) {
   Target<TypeParam> target;
-  PolygonRasterizer<TypeParam> rasterizer(target.context);
+  PolygonRasterizer<TypeParam> rasterizer;
   target.context.rasterizer = &rasterizer;
   const int64_t before = blocks::made();
   for (const int32_t shape : {circleShape, squareShape, diamondShape}) {
@@ -212,7 +210,7 @@ TYPED_TEST(RasterMemoryAtDepth, aConvexDotAllocatesNothing) {
 
 TYPED_TEST(RasterMemoryAtDepth, theSecondDotAllocatesNoVertexStorage) {
   Target<TypeParam> target;
-  PolygonRasterizer<TypeParam> rasterizer(target.context);
+  PolygonRasterizer<TypeParam> rasterizer;
   target.context.rasterizer = &rasterizer;
   const DotRecord<TypeParam> large{-1.0, 12.0, 12.0, {1, 1, 1, 1}, 200.0, 200.0, 0.3, circleShape};
   const int64_t atFirst = blocks::made();
@@ -225,7 +223,7 @@ TYPED_TEST(RasterMemoryAtDepth, theSecondDotAllocatesNoVertexStorage) {
 
 TYPED_TEST(RasterMemoryAtDepth, anOrdinaryCrossOrStarAllocatesNothing) {
   Target<TypeParam> target;
-  PolygonRasterizer<TypeParam> rasterizer(target.context);
+  PolygonRasterizer<TypeParam> rasterizer;
   target.context.rasterizer = &rasterizer;
   const int64_t before = blocks::made();
   for (const int32_t shape : {crossShape, starShape, roundSquareShape}) {
@@ -241,7 +239,7 @@ TYPED_TEST(RasterMemoryAtDepth, anOrdinaryCrossOrStarAllocatesNothing) {
 /// Teeth that stand side by side from the top row on, more of them than a sub-row of the table has places: 20 pixels
 /// wide.
 template <class Pixel>
-void fillComb(PolygonRasterizer<Pixel>& rasterizer, int32_t teeth) {
+void fillComb(PolygonRasterizer<Pixel>& rasterizer, const CanvasView<Pixel>& canvas, int32_t teeth) {
   rasterizer.resetPath();
   const double pitch = 20.0 / teeth;
   for (int32_t n = 0; n < teeth; ++n) {
@@ -253,18 +251,18 @@ void fillComb(PolygonRasterizer<Pixel>& rasterizer, int32_t teeth) {
       rasterizer.addVertex(vertex);
     }
   }
-  rasterizer.finishPath();
+  rasterizer.finishPath(canvas, PathMatrix{}, Pixel{});
 }
 
 // The teeth reach over eight pixel rows. Eight of them find room on the table; of nine each is a block of its own on
 // each of the 64 sub-rows.
 TYPED_TEST(RasterMemoryAtDepth, runsBeyondTheTableAreBlocks) {
   Target<TypeParam> target;
-  PolygonRasterizer<TypeParam> rasterizer(target.context);
+  PolygonRasterizer<TypeParam> rasterizer;
   const int64_t before = blocks::made();
-  fillComb(rasterizer, SpanTable::runsPerSlot);
+  fillComb(rasterizer, target.context.canvas, SpanTable::runsPerSlot);
   EXPECT_EQ(blocks::made(), before);
-  fillComb(rasterizer, SpanTable::runsPerSlot + 1);
+  fillComb(rasterizer, target.context.canvas, SpanTable::runsPerSlot + 1);
   EXPECT_GE(blocks::made(), before + 64 * (SpanTable::runsPerSlot + 1));
 }
 
@@ -272,9 +270,9 @@ TYPED_TEST(RasterMemoryAtDepth, anOutlineOnListsGivesAllItsSpansBackWithTheRaste
   Target<TypeParam> target;
   const int64_t before = blocks::live();
   {
-    PolygonRasterizer<TypeParam> rasterizer(target.context);
+    PolygonRasterizer<TypeParam> rasterizer;
     // Upright teeth: nothing can fall out of an intersection behind another.
-    fillComb(rasterizer, 12);
+    fillComb(rasterizer, target.context.canvas, 12);
     EXPECT_GT(blocks::live(), before + 4);  // the lists of pixels stay until they are made anew
   }
   EXPECT_EQ(blocks::live(), before);
@@ -286,10 +284,10 @@ TYPED_TEST(RasterMemoryAtDepth, exhaustionInTheGeneralFillerTravelsUpAndLosesNoB
   bool completed = false;
   int64_t given = 0;
   for (; !completed; ++given) {
-    PolygonRasterizer<TypeParam> rasterizer(target.context);
+    PolygonRasterizer<TypeParam> rasterizer;
     const Limit limit(given);
     try {
-      fillComb(rasterizer, 12);
+      fillComb(rasterizer, target.context.canvas, 12);
       completed = true;
     } catch (const std::bad_alloc&) {
     }

@@ -11,8 +11,8 @@
 
 #include "effect/pixel/Pixel.h"
 #include "effect/raster/CircleTables.h"
-#include "effect/raster/DotRecord.h"
-#include "effect/raster/PathMatrix.h"
+#include "effect/raster/DrawDot.h"
+#include "effect/raster/Path.h"
 
 namespace vindrel::plain {
 
@@ -124,9 +124,9 @@ void paint(Pixel& pixel, const Pixel& colour, int32_t count) {
   }
   const int64_t i = ((full - a) * pixel.alpha) >> (full == 255 ? 8 : 15);
   const int64_t t = (a + i) & lowBits;
-  pixel.red = static_cast<Channel>((colour.red * a + pixel.red * i) / t);
-  pixel.green = static_cast<Channel>((colour.green * a + pixel.green * i) / t);
-  pixel.blue = static_cast<Channel>((colour.blue * a + pixel.blue * i) / t);
+  pixel.red = static_cast<Channel>(wrap(colour.red * a + pixel.red * i) / t);
+  pixel.green = static_cast<Channel>(wrap(colour.green * a + pixel.green * i) / t);
+  pixel.blue = static_cast<Channel>(wrap(colour.blue * a + pixel.blue * i) / t);
   pixel.alpha = static_cast<Channel>(t);
 }
 
@@ -175,7 +175,6 @@ class Rasterizer {
   PathMatrix matrix{};
   Pixel colour{};
   std::vector<Vertex> vertices{};
-  bool nonZeroWinding = true;
   int32_t smallestCount = 0, largestCount = 0;
   int32_t convexFills = 0, generalFills = 0;
 
@@ -347,20 +346,14 @@ class Rasterizer {
         for (int32_t k = i; k < actEnd && edge(k).x > edge(k + 1).x; ++k) std::swap(edge(k), edge(k + 1));
       }
       if (y >= 0 && y < wrap(int64_t{height} * 8)) {
-        if (nonZeroWinding) {
-          int32_t w = 0, open = -1;
-          for (int32_t k = pendEnd + 1; k <= actEnd; ++k) {
-            w += edge(k).winding;
-            if (open < 0) {
-              open = k;
-            } else if (w == 0) {
-              addSpan(trunc32(edge(open).x + 0.5), trunc32(edge(k).x + 0.5), y);
-              open = -1;
-            }
-          }
-        } else {
-          for (int32_t k = pendEnd + 1; k < actEnd; k += 2) {
-            addSpan(trunc32(edge(k).x + 0.5), trunc32(edge(k + 1).x + 0.5), y);
+        int32_t w = 0, open = -1;
+        for (int32_t k = pendEnd + 1; k <= actEnd; ++k) {
+          w += edge(k).winding;
+          if (open < 0) {
+            open = k;
+          } else if (w == 0) {
+            addSpan(trunc32(edge(open).x + 0.5), trunc32(edge(k).x + 0.5), y);
+            open = -1;
           }
         }
       }

@@ -10,9 +10,9 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <memory>
 #include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "effect/pixel/Pixel.h"
@@ -20,6 +20,12 @@
 #include "effect/raster/PolygonRasterizer.h"
 
 namespace vindrel {
+
+using Points = std::vector<std::pair<double, double>>;
+
+inline Points box(double left, double top, double right, double bottom) {
+  return {{left, top}, {right, top}, {right, bottom}, {left, bottom}};
+}
 
 template <class Pixel>
 std::string text(const Pixel& p) {
@@ -51,12 +57,8 @@ class TestCanvas {
     for (int32_t y = 0; y < height; ++y) {
       for (int32_t x = 0; x < width; ++x) at(x, y) = Pixel{};
     }
-    context.pixels = &at(0, 0);
-    context.width = width;
-    context.height = height;
-    context.rowBytes = (width + padding) * static_cast<int32_t>(sizeof(Pixel));
-    rasterizer = std::make_unique<PolygonRasterizer<Pixel>>(context);
-    context.rasterizer = rasterizer.get();
+    context.canvas = {&at(0, 0), width, height, (width + padding) * static_cast<int32_t>(sizeof(Pixel))};
+    context.rasterizer = &rasterizer;
   }
   TestCanvas(const TestCanvas&) = delete;
   TestCanvas& operator=(const TestCanvas&) = delete;
@@ -108,25 +110,25 @@ class TestCanvas {
   }
 
   /// Empties the outline and appends the points, without filling.
-  void setOutline(const std::vector<std::pair<double, double>>& points) {
-    rasterizer->resetPath();
+  void setOutline(const Points& points) {
+    rasterizer.resetPath();
     for (const auto& [x, y] : points) {
       PathVertex v;
       v.x = v.tx = x;
       v.y = v.ty = y;
-      rasterizer->addVertex(v);
+      rasterizer.addVertex(v);
     }
   }
 
-  void fill(const std::vector<std::pair<double, double>>& points, const Pixel& colour) {
+  void fill(const Points& points, const Pixel& colour) {
     context.colour = colour;
     setOutline(points);
-    rasterizer->finishPath();
+    rasterizer.finishPath(context.canvas, context.matrix, colour);
   }
 
   int32_t width, height;
   DrawContext<Pixel> context;
-  std::unique_ptr<PolygonRasterizer<Pixel>> rasterizer;
+  PolygonRasterizer<Pixel> rasterizer;
 
  private:
   static constexpr int guardByte = 0x5A;
