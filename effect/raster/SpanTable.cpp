@@ -126,7 +126,12 @@ void SpanTable::joinInto(const Shape& shape, Runs& joined) const {
     const LayerExtent& extent = shape.extent[k];
     // Mostly, neighbouring sub-rows' runs all have a column in common, or nearly.
     if (extent.greatestStart <= extent.leastEnd + 1) {
-      join(joined, {extent.leastStart, extent.greatestEnd});
+      const ColumnRun outer{extent.leastStart, extent.greatestEnd};
+      if (joined.count == 0 || joined.run[joined.count - 1].end + 1 < outer.start) {
+        joined.run[joined.count++] = outer;
+      } else {
+        join(joined, outer);
+      }
       continue;
     }
     for (int32_t r = first_; r <= last_; ++r) {
