@@ -20,7 +20,7 @@
 #include <utility>
 
 #include "effect/dots/Random.h"
-#include "effect/dots/RepeatedAddition.h"
+#include "effect/pixel/RepeatedAddition.h"
 
 namespace vindrel {
 

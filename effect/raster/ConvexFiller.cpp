@@ -4,9 +4,10 @@
 #include <cmath>
 
 #include "effect/pixel/Pixel.h"
-#include "effect/pixel/Truncate.h"
+#include "effect/pixel/RepeatedAddition.h"
 #include "effect/pixel/Wrap.h"
 #include "effect/raster/PaintPixel.h"
+#include "effect/raster/RowPainter.h"
 
 namespace vindrel {
 namespace {
@@ -31,67 +32,68 @@ void turnTo(SideTracker& side, const PathVertex& next, int32_t y) {
   side.x = ((y + 0.5) - side.cur->ty) * side.slope + side.cur->tx;
 }
 
-/// Whether a step to the next sub-row leaves x as it is.
-bool isAtRest(const SideTracker& side) {
-  return side.x + side.slope == side.x || std::isnan(side.x);
-}
-
-/// How many samples of the pixel with the sub-columns c0 to c1 the eight spans cover.
-inline int32_t coveredSamples(const SubRowSpan (&rows)[8], int32_t c0, int32_t c1) {
-  int32_t count = 0;
-  for (const SubRowSpan& row : rows) {
-    if (row.start <= c1 && c0 <= row.end) count += std::min(row.end, c1) - std::max(row.start, c0) + 1;
+/// x after `count` steps to the next sub-row, each of them rounded.
+double stepped(double x, double slope, int64_t count) {
+  while (count > 0) {
+    const auto part = static_cast<int32_t>(std::min<int64_t>(count, 1 << 30));
+    if (!(std::abs(slope) > 0.0) || !std::isfinite(slope)) {
+      // One step by 0, or two to where nothing changes any more.
+      for (int32_t n = std::min(part, 3); n > 0; --n) x += slope;
+    } else {
+      // Rounding knows no sign, so a sum that falls is the mirror of one that grows.
+      x = slope > 0.0 ? addRepeatedly(x, slope, part) : -addRepeatedly(-x, -slope, part);
+    }
+    count -= part;
   }
-  return count;
+  return x;
 }
 
-/// Paints pixel columns [start, end] of pixel row `row` from the filler's eight spans.
+/// The same for a colour whose opacity isn't finite: that also paints pixels with a count of 0, so all pixels between
+/// the least start and the greatest end of the rows that were emitted are visited, and one more.
 template <class Pixel>
-void paintRow(ConvexFiller<Pixel>& filler, int32_t start, int32_t end, int32_t row) {
-  if (start >= filler.canvas.width || end < 0 || row < 0 || row >= filler.canvas.height) return;
-  start = std::max(start, 0);
-  end = std::min(end, filler.canvas.width - 1);
-  // All eight spans hold the sub-columns from solidStart to solidEnd: 64 samples without counting. The spans lie
-  // between coveredStart and coveredEnd: pixels beyond would count 0 and stay as they are, so they aren't visited. The
-  // row that closes an outline asks for all pixels from column 0 on, and would cost most of a small dot's time.
-  int32_t solidStart = filler.rows[0].start, solidEnd = filler.rows[0].end;
-  int32_t coveredStart = solidStart, coveredEnd = solidEnd;
-  bool anyRow = false;
-  for (const SubRowSpan& span : filler.rows) {
-    solidStart = std::max(solidStart, span.start);
-    solidEnd = std::min(solidEnd, span.end);
-    if (span.end < 0) continue;
-    coveredStart = anyRow ? std::min(coveredStart, span.start) : span.start;
-    coveredEnd = anyRow ? std::max(coveredEnd, span.end) : span.end;
-    anyRow = true;
-  }
-  if (emptyCountPaintsNothing(filler.colour)) {
-    if (!anyRow) return;
-    start = std::max(start, coveredStart >> 3);
-    end = std::min(end, coveredEnd >> 3);
-  }
-  Pixel* const pixels = filler.canvas.row(row);
-  for (int32_t p = start; p <= end; ++p) {
+void paintVisited(ConvexFiller<Pixel>& filler, Pixel* pixels) {
+  const int32_t first = std::max(filler.minStart >> 3, 0);
+  const int32_t last = std::min(wrapAdd(filler.maxEnd, 8) >> 3, filler.canvas.width - 1);
+  for (int32_t p = first; p <= last; ++p) {
     const int32_t c0 = p * 8;
     const int32_t c1 = c0 + 7;
-    const bool solid = c0 >= solidStart && c1 <= solidEnd;
-    paintPixel(pixels[p], filler.colour, solid ? 64 : coveredSamples(filler.rows, c0, c1));
+    int32_t count = 0;
+    for (int32_t r = 0; r < 8; ++r) {
+      const int32_t start = filler.rows[2 * r];
+      const int32_t end = filler.rows[2 * r + 1];
+      if (start <= c1 && c0 <= end) count += std::min(end, c1) - std::max(start, c0) + 1;
+    }
+    paintPixel(pixels[p], filler.colour, count);
+  }
+}
+
+template <class Pixel>
+void paintRow(ConvexFiller<Pixel>& filler, RowPainter<Pixel>& painter, int32_t row) {
+  if (row < 0 || row >= filler.canvas.height) return;
+  // The column behind the greatest end wraps around to the far left, and nothing of the row is painted. Kept as is
+  // (aSpanThatEndsAtTheLastColumnsOf32BitsPaintsNothing).
+  if (lanes::anyEndsBeyond(filler.rows, INT32_MAX - 8)) return;
+  if (filler.paintsEmptyCounts) {
+    paintVisited(filler, filler.canvas.row(row));
+  } else {
+    paintRuns(painter, filler.rows, filler.canvas.row(row), filler.canvas.width);
   }
 }
 
 }  // namespace
 
 template <class Pixel>
-void emitRow(ConvexFiller<Pixel>& filler, double x0, double x1, int32_t y) {
-  const int32_t start = truncateToInt32(x0 + 0.5);
-  const int32_t end = truncateToInt32(x1 - 0.5);
+void emitRow(ConvexFiller<Pixel>& filler, RowPainter<Pixel>& painter, const lanes::SidePair& sides, int32_t y) {
   const int32_t slot = y & 7;
-  filler.rows[slot] = {start, end};
-  filler.minStart = std::min(filler.minStart, start);
-  filler.maxEnd = std::max(filler.maxEnd, end);
+  int32_t* const run = filler.rows + 2 * slot;
+  sides.storeSpan(run);
+  if (filler.paintsEmptyCounts) {
+    filler.minStart = std::min(filler.minStart, run[0]);
+    filler.maxEnd = std::max(filler.maxEnd, run[1]);
+  }
   if (slot != 7) return;
 
-  paintRow(filler, filler.minStart >> 3, wrapAdd(filler.maxEnd, 8) >> 3, y >> 3);
+  paintRow(filler, painter, y >> 3);
   resetRange(filler);
 }
 
@@ -100,27 +102,27 @@ void fillConvex(ConvexFiller<Pixel>& filler, std::vector<PathVertex>& outline, c
                 const Pixel& colour) {
   filler.canvas = canvas;
   filler.colour = colour;
-  std::fill(std::begin(filler.rows), std::end(filler.rows), SubRowSpan{});
+  filler.paintsEmptyCounts = !emptyCountPaintsNothing(colour);
+  std::fill(std::begin(filler.rows), std::end(filler.rows), -1);
   resetRange(filler);
+  RowPainter<Pixel> painter(colour);
+  const PathVertex* const first = &outline.front();
+  const PathVertex* const last = &outline.back();
+  PathVertex* top = &outline.front();
   for (PathVertex& v : outline) {
     v.tx *= 8.0;
     v.ty *= 8.0;
-    v.iy = truncateToInt32(v.ty + 0.5);
-  }
-  const PathVertex* const first = &outline.front();
-  const PathVertex* const last = &outline.back();
-  const PathVertex* top = first;
-  for (const PathVertex& v : outline) {
+    v.iy = lanes::truncated(v.ty + 0.5);
     if (top->ty > v.ty) top = &v;
   }
 
   SideTracker forward, backward;
   forward.cur = forward.next = backward.cur = backward.next = top;
   const int32_t scannedRows = wrapMultiply(canvas.height, 8);
-  // Below the canvas nothing more is painted, so the walk ends there. Above it, every sub-row counts: x comes from
-  // repeated addition.
+  // Below the canvas nothing more is painted, so the walk ends there. Above it, every sub-row counts, for x comes from
+  // repeated addition; but all of them up to the next vertex are leapt at once.
   int32_t y = top->iy;
-  for (; y < scannedRows; ++y) {
+  while (y < scannedRows) {
     while (y == forward.next->iy) {
       turnTo(forward, forward.next == last ? *first : forward.next[1], y);
       if (forward.next == backward.cur) break;
@@ -131,33 +133,29 @@ void fillConvex(ConvexFiller<Pixel>& filler, std::vector<PathVertex>& outline, c
       } while (backward.next != forward.cur && y == backward.next->iy);
     }
     if (forward.next->iy < y || backward.next->iy < y) break;
-    if (y >= 0) {
-      const double a = forward.x;
-      const double b = backward.x;
-      if (b > a) {
-        emitRow(filler, a, b, y);
-      } else {
-        emitRow(filler, b, a, y);
-      }
+    // Until there, neither side meets a vertex.
+    const int32_t change = std::max(std::min({forward.next->iy, backward.next->iy, scannedRows}), y + 1);
+    if (y < 0) {
+      const int32_t to = std::min(change, 0);
+      const int64_t count = static_cast<int64_t>(to) - y;
+      forward.x = stepped(forward.x, forward.slope, count);
+      backward.x = stepped(backward.x, backward.slope, count);
+      y = to;
     }
-    // A side may be at rest, upright or of endless coordinates. While both are, nothing happens above the canvas until
-    // one of them ends.
-    if (y < 0 && isAtRest(forward) && isAtRest(backward)) {
-      const int32_t next = std::min({forward.next->iy, backward.next->iy, 0});
-      if (next > y) y = next - 1;
+    lanes::SidePair sides(forward.x, backward.x, forward.slope, backward.slope);
+    for (; y < change; ++y) {
+      emitRow(filler, painter, sides, y);
+      sides.step();
     }
-    forward.x += forward.slope;
-    backward.x += backward.slope;
+    forward.x = sides.first();
+    backward.x = sides.second();
   }
 
   // The last pixel row is painted even if the outline didn't reach its eighth sub-row: the rest is empty.
-  for (; (y & 7) < 7; ++y) filler.rows[y & 7] = SubRowSpan{};
-  emitRow(filler, -1.0, -1.0, y);
+  for (; (y & 7) < 7; ++y) filler.rows[2 * (y & 7)] = filler.rows[2 * (y & 7) + 1] = -1;
+  emitRow(filler, painter, lanes::SidePair(-1.0, -1.0, 0.0, 0.0), y);
 }
 
-template void emitRow(ConvexFiller<Pixel8>&, double, double, int32_t);
-template void emitRow(ConvexFiller<Pixel16>&, double, double, int32_t);
-template void emitRow(ConvexFiller<Pixel32>&, double, double, int32_t);
 template void fillConvex(ConvexFiller<Pixel8>&, std::vector<PathVertex>&, const CanvasView<Pixel8>&, const Pixel8&);
 template void fillConvex(ConvexFiller<Pixel16>&, std::vector<PathVertex>&, const CanvasView<Pixel16>&, const Pixel16&);
 template void fillConvex(ConvexFiller<Pixel32>&, std::vector<PathVertex>&, const CanvasView<Pixel32>&, const Pixel32&);

@@ -11,6 +11,7 @@
 
 #include "effect/raster/CanvasView.h"
 #include "effect/raster/Path.h"
+#include "effect/raster/RowPainter.h"
 
 namespace vindrel {
 
@@ -22,19 +23,14 @@ struct SideTracker {
   const PathVertex* next = nullptr;
 };
 
-/// The covered part of one sub-row, in sub-columns, both ends inclusive. (-1, -1) covers nothing.
-struct SubRowSpan {
-  int32_t start = -1;
-  int32_t end = -1;
-};
-
 /// What a fill keeps of the pixel row in hand. One per rasteriser.
 template <class Pixel>
 struct ConvexFiller {
-  CanvasView<Pixel> canvas;          ///< of the fill in hand
-  Pixel colour{};                    ///< of the fill in hand
-  SubRowSpan rows[8];                ///< one for each sub-row of the present pixel row
-  int32_t minStart = 0, maxEnd = 0;  ///< over the spans of the present pixel row
+  CanvasView<Pixel> canvas;  ///< of the fill in hand
+  Pixel colour{};            ///< of the fill in hand
+  int32_t rows[16];          ///< (start, end) of each sub-row of the present pixel row, sub-columns, both inclusive
+  bool paintsEmptyCounts = false;    ///< see emptyCountPaintsNothing
+  int32_t minStart = 0, maxEnd = 0;  ///< over the present pixel row's spans; only kept with paintsEmptyCounts
 };
 
 /// Fills the outline, read from tx and ty in canvas pixels. Multiplies them by eight in place. The outline must hold at
@@ -43,9 +39,9 @@ template <class Pixel>
 void fillConvex(ConvexFiller<Pixel>& filler, std::vector<PathVertex>& outline, const CanvasView<Pixel>& canvas,
                 const Pixel& colour);
 
-/// Takes the span from x0 to x1 (sub-columns, x0 not right of x1) of sub-row y, and paints the pixel row once its
-/// eighth sub-row has come; a row off the canvas is passed over.
+/// Takes the span between two sides on sub-row y, and paints the pixel row once its eighth sub-row has come; a row off
+/// the canvas is passed over.
 template <class Pixel>
-void emitRow(ConvexFiller<Pixel>& filler, double x0, double x1, int32_t y);
+void emitRow(ConvexFiller<Pixel>& filler, RowPainter<Pixel>& painter, const lanes::SidePair& sides, int32_t y);
 
 }  // namespace vindrel

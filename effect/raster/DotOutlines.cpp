@@ -35,7 +35,8 @@ void finish(DrawContext<Pixel>& context) {
   context.rasterizer->finishPath(context.canvas, context.matrix, context.colour);
 }
 
-/// Vertices of a circle in the box with its corner at (x, y): one for every 8 / (2 pi) pixels of the diagonal.
+}  // namespace
+
 int32_t circleVertexCount(const PathMatrix& m, double x, double y, double w, double h) {
   const double right = x + w;
   const double bottom = y + h;
@@ -45,12 +46,25 @@ int32_t circleVertexCount(const PathMatrix& m, double x, double y, double w, dou
   return std::max(truncateToInt32(diagonal * fullTurn * 0.125), 8);
 }
 
-}  // namespace
-
 template <class Pixel>
 void addCircle(DrawContext<Pixel>& context, double x, double y, double w, double h) {
   context.rasterizer->resetPath();
   const int32_t count = circleVertexCount(context.matrix, x, y, w, h);
+  if (count > 2 * circleSteps) {
+    // Each entry of the tables would come twice or more in a row. More than two equal vertices in a row are no more to
+    // the convex filler than two: a corner between equal vertices is none, and a side between them ends where it
+    // begins, before it is used. Circles of ten million pixels so have no more vertices than smaller ones. The general
+    // filler, which a circle takes only when rounding has dented it, gets them all.
+    for (int32_t i = 0; i < circleSteps; ++i) {
+      for (int copy = 0; copy < 2; ++copy) addPoint(context, w * 0.5 * cosTable[i] + x, h * 0.5 * sinTable[i] + y);
+    }
+    context.rasterizer->placeOutline(context.matrix);
+    if (context.rasterizer->suitsConvexFiller()) {
+      finish(context);
+      return;
+    }
+    context.rasterizer->resetPath();
+  }
   const double step = 720.0 / count;
   // The index keeps its fraction and is cut for each look-up, so the vertices lie on the half-degree grid and are not
   // perfectly even; above 720 vertices some repeat. Kept as is: circles in saved projects have these corners

@@ -9,6 +9,10 @@
 
 namespace vindrel {
 
+/// Vertices of a circle in the box with its corner at (x, y): one for every 8 / (2 pi) pixels of the diagonal, at
+/// least 8.
+int32_t circleVertexCount(const PathMatrix& m, double x, double y, double w, double h);
+
 /// (x, y) is the centre of the box. At least 8 vertices, one for about 1.27 pixels of the box's diagonal on the canvas.
 template <class Pixel>
 void addCircle(DrawContext<Pixel>& context, double x, double y, double w, double h);

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "effect/pixel/Pixel.h"
-#include "effect/raster/PaintPixel.h"
+#include "effect/raster/RowPainter.h"
 #include "effect/raster/RunVectors.h"
 
 namespace vindrel {
@@ -16,7 +16,7 @@ class CountWindow {
   void count(const SpanTable& table, const SpanTable::Shape& shape, int32_t firstPixel, int32_t lastPixel) {
     first_ = firstPixel;
     size_ = std::min(lastPixel - firstPixel + 1, reach);
-    std::fill(counts_, counts_ + reach + 8, int16_t{0});
+    std::fill(counts_, counts_ + reach + 16, int16_t{0});
     for (int32_t k = 0; k < shape.layers; ++k) {
       // Only where the layer lies, eight pixels at a time.
       const LayerExtent& extent = shape.extent[k];
@@ -32,13 +32,14 @@ class CountWindow {
     }
   }
 
-  int32_t at(int32_t pixel) const { return counts_[pixel - first_]; }
+  /// Of 16 pixels; those behind the last one count for nothing.
+  lanes::Counts from(int32_t pixel) const { return lanes::Counts::of(counts_ + (pixel - first_)); }
   int32_t first() const { return first_; }
   int32_t last() const { return first_ + size_ - 1; }
 
  private:
   static constexpr int32_t reach = 64;
-  int16_t counts_[reach + 8];
+  int16_t counts_[reach + 16];
   int32_t first_ = 0;
   int32_t size_ = 0;
 };
@@ -46,8 +47,8 @@ class CountWindow {
 }  // namespace
 
 template <class Pixel>
-void paintTable(const SpanTable& table, Pixel* pixels, int32_t width, const Pixel& dotColour) {
-  const Pixel colour = dotColour;  // a copy of its own, which no pixel can overwrite
+void paintTable(const SpanTable& table, Pixel* pixels, int32_t width, const Pixel& colour) {
+  RowPainter<Pixel> painter(colour);
   const SpanTable::Shape shape = table.shape();
   SpanTable::Runs touched, solid;
   table.joinInto(shape, touched);
@@ -62,7 +63,9 @@ void paintTable(const SpanTable& table, Pixel* pixels, int32_t width, const Pixe
     for (int32_t p = std::max(touchedStart, 0); p <= last;) {
       while (s < solid.count && solid.run[s].end < p) ++s;
       if (s < solid.count && solid.run[s].start <= p) {
-        for (const int32_t stop = std::min(solid.run[s].end, last); p <= stop; ++p) paintPixel(pixels[p], colour, 64);
+        const int32_t stop = std::min(solid.run[s].end, last);
+        painter.paintWhole(pixels + p, stop - p + 1);
+        p = stop + 1;
         continue;
       }
       // A run that stands the wrong way round lets no later one through as long as it ends at or right of the pixel.
@@ -71,7 +74,11 @@ void paintTable(const SpanTable& table, Pixel* pixels, int32_t width, const Pixe
       if (p < window.first() || p > window.last()) {
         window.count(table, shape, p, std::min(width - 1, (touched.run[touched.count - 1].end + 7) >> 3));
       }
-      for (stop = std::min(stop, window.last()); p <= stop; ++p) paintPixel(pixels[p], colour, window.at(p));
+      for (stop = std::min(stop, window.last()); p <= stop;) {
+        const int32_t n = std::min(stop - p + 1, 16);
+        painter.paint(pixels + p, n, window.from(p));
+        p += n;
+      }
     }
   }
 }

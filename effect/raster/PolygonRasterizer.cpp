@@ -16,6 +16,7 @@ PolygonRasterizer<Pixel>::PolygonRasterizer() {
 
 template <class Pixel>
 void PolygonRasterizer<Pixel>::resetPath() {
+  kept = OutlineKey{};
   vertices.clear();
   edges.clear();
 }
@@ -26,8 +27,19 @@ void PolygonRasterizer<Pixel>::addVertex(const PathVertex& vertex) {
 }
 
 template <class Pixel>
-void PolygonRasterizer<Pixel>::finishPath(const CanvasView<Pixel>& canvas, const PathMatrix& m, const Pixel& colour) {
+void PolygonRasterizer<Pixel>::finishPath(const CanvasView<Pixel>& canvas, const PathMatrix& matrix,
+                                          const Pixel& colour) {
   if (vertices.size() < 3) return;
+  placeOutline(matrix);
+  if (suitsConvexFiller()) {
+    fillConvex(*convexFiller, vertices, canvas, colour);
+  } else {
+    fillGeneral(edges, *coverage, vertices, canvas, colour);
+  }
+}
+
+template <class Pixel>
+void PolygonRasterizer<Pixel>::placeOutline(const PathMatrix& m) {
   if (m == PathMatrix{}) {
     for (PathVertex& v : vertices) {
       v.tx = v.x;
@@ -38,11 +50,6 @@ void PolygonRasterizer<Pixel>::finishPath(const CanvasView<Pixel>& canvas, const
       v.tx = m.b * v.y + v.x * m.a + m.c;
       v.ty = v.x * m.d + m.e * v.y + m.f;
     }
-  }
-  if (suitsConvexFiller()) {
-    fillConvex(*convexFiller, vertices, canvas, colour);
-  } else {
-    fillGeneral(edges, *coverage, vertices, canvas, colour);
   }
 }
 

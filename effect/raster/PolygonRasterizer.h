@@ -16,6 +16,22 @@
 
 namespace vindrel {
 
+/// What a dot's outline follows from, place and turn set aside: equal ones have equal vertices.
+struct OutlineKey {
+  int32_t shape = 0;    ///< 0 for none
+  int32_t corners = 0;  ///< of a circle, whose number hangs on its place by a rounding; otherwise 0
+  double width = 0.0;
+  double height = 0.0;
+  friend bool operator==(const OutlineKey&, const OutlineKey&) = default;
+};
+
+/// The sine and cosine of an angle in radians.
+struct Turn {
+  double angle = 0.0;
+  double sine = 0.0;
+  double cosine = 1.0;
+};
+
 /// Belongs to one render call and needs no lock. Its vectors keep their storage from dot to dot, so an ordinary dot
 /// allocates nothing. The members are read by the fillers and the outline builders.
 /// @tparam Pixel  Pixel8, Pixel16 or Pixel32.
@@ -34,6 +50,9 @@ class PolygonRasterizer {
   /// Appends a copy of the vertex; only its x and y count.
   void addVertex(const PathVertex& vertex);
 
+  /// Brings the outline to the canvas by the matrix: sets tx and ty.
+  void placeOutline(const PathMatrix& matrix);
+
   /// Brings the outline to the canvas by the matrix and fills it with the colour. Fewer than three vertices draw
   /// nothing.
   void finishPath(const CanvasView<Pixel>& canvas, const PathMatrix& matrix, const Pixel& colour);
@@ -49,6 +68,8 @@ class PolygonRasterizer {
   /// outline that winds around twice passes too. Reads tx and ty.
   bool isConvex() const;
 
+  OutlineKey kept;                         ///< of the dot whose x and y the vertices still hold; resetPath forgets it
+  Turn turn;                               ///< of the last dot
   std::vector<PathVertex> vertices;        ///< the outline in hand; room for 100 from the start
   std::vector<ScanEdge> edges;             ///< the general filler's; room for 200 from the start
   std::unique_ptr<CoverageRows> coverage;  ///< the general filler's

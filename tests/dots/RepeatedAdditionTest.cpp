@@ -1,4 +1,4 @@
-#include "effect/dots/RepeatedAddition.h"
+#include "effect/pixel/RepeatedAddition.h"
 
 #include <gtest/gtest.h>
 

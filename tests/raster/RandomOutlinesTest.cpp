@@ -318,6 +318,54 @@ TYPED_TEST(RandomOutlines, doNotDependOnWhatWasDrawnBefore) {
   }
 }
 
+// Dots of one size and turn, as most fields have them: the vertices and the turn of the dot before are used again.
+TYPED_TEST(RandomOutlines, ofOneSizeAndTurnAreDrawnAsThePlainRasteriserDrawsThem) {
+  for (uint64_t seed = 70001; seed <= 70600; ++seed) {
+    Dice dice(seed);
+    TestCanvas<TypeParam> shipped(40, 24), expected(40, 24);
+    Plain<TypeParam> plain = plainOn(expected);
+    DotRecord<TypeParam> dot = dotAtDepth<TypeParam>(randomDot(dice, 40.0, 24.0, 6));
+    for (int n = 0; n < 12; ++n) {
+      dot.x = dice.number(-20.0, 60.0);
+      dot.y = dice.number(-20.0, 44.0);
+      if (dice.oneIn(4)) dot.angle = dice.oneIn(2) ? 0.0 : -0.0;
+      if (dice.oneIn(4)) dot.shape = dice.pick(0, 7);
+      if (dice.oneIn(6)) dot.width = -dot.width;
+      if (dice.oneIn(8)) dot.height += 1.0;
+      drawDot(shipped.context, dot);
+      plain.drawDot(dot);
+    }
+    ASSERT_EQ(shipped.differenceFrom(expected), "") << "seed " << seed;
+  }
+}
+
+// Above 1,440 vertices the shipped one leaves out equal neighbours; around that number, and far above the canvas, where
+// it leaps over sub-rows.
+TYPED_TEST(RandomOutlines, ofHugeCirclesAreDrawnAsThePlainRasteriserDrawsThem) {
+  Dice dice(71001);
+  for (int round = 0; round < 120; ++round) {
+    TestCanvas<TypeParam> shipped(50, 20), expected(50, 20);
+    Plain<TypeParam> plain = plainOn(expected);
+    const double diagonal = round < 40 ? dice.number(1800.0, 1900.0) : std::pow(10.0, dice.number(3.0, 5.3));
+    const double share = dice.oneIn(3) ? dice.number(1e-6, 1.0) : dice.number(0.5, 0.9);
+    const double w = diagonal * share, h = diagonal * std::sqrt(1.0 - share * share);
+    const double turn = dice.number(0.0, 6.28), side = dice.number(0.0, 6.28);
+    // So that the rim or the inside lies on the canvas.
+    const double x = 0.5 * w * std::cos(side), y = 0.5 * h * std::sin(side);
+    const DotRecord<Pixel32> d{-1.0,
+                               25.0 - (x * std::cos(turn) - y * std::sin(turn)) + dice.number(-30.0, 30.0),
+                               10.0 - (x * std::sin(turn) + y * std::cos(turn)) + dice.number(-30.0, 30.0),
+                               randomColour(dice),
+                               w,
+                               h,
+                               turn,
+                               circleShape};
+    drawDot(shipped.context, dotAtDepth<TypeParam>(d));
+    plain.drawDot(dotAtDepth<TypeParam>(d));
+    ASSERT_EQ(shipped.differenceFrom(expected), "") << text(Scene{50, 20, true, {{{}, d}}}, 71001);
+  }
+}
+
 // Off each side and large, where the scans run long and columns reach the ends of the canvas.
 TYPED_TEST(RandomOutlines, ofLargeDotsFarOutAreDrawnAsThePlainRasteriserDrawsThem) {
   Dice dice(50001);

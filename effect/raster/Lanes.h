@@ -1,0 +1,371 @@
+// All that the rasteriser does in vector registers: plain SSE2, which every 64-bit machine has.
+//
+// Each routine gives, to the last bit, what the plain form beside it in tests/raster/LanesTest.cpp gives; what is said
+// here is why. Nothing here reads or writes a pixel beyond those that it is given.
+#pragma once
+
+#include <emmintrin.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+
+#include "effect/pixel/Pixel.h"
+#include "effect/raster/PaintPixel.h"
+
+namespace vindrel::lanes {
+
+// ------------------------------------------------------------------------------------------------ the sides of an
+// outline
+
+/// The x of two sides, and what a sub-row adds to each. The addition rounds as two separate ones do.
+struct SidePair {
+  __m128d x, slope;
+
+  SidePair(double x0, double x1, double slope0, double slope1)
+      : x(_mm_set_pd(x1, x0)), slope(_mm_set_pd(slope1, slope0)) {}
+  void step() { x = _mm_add_pd(x, slope); }
+  double first() const { return _mm_cvtsd_f64(x); }
+  double second() const { return _mm_cvtsd_f64(_mm_unpackhi_pd(x, x)); }
+
+  /// Stores (start, end) of the sub-row: the lesser x plus 0.5 and the greater minus 0.5, both cut toward zero. Without
+  /// an order (one is not a number) the second side comes first, as it does when they are level: that is what these
+  /// instructions give. The conversion gives the smallest integer for what doesn't fit, as truncateToInt32 does.
+  void storeSpan(int32_t* startAndEnd) const {
+    const __m128d turned = _mm_shuffle_pd(x, x, 1);
+    const __m128d lesser = _mm_min_sd(x, turned);   // first < second ? first : second
+    const __m128d greater = _mm_max_sd(turned, x);  // second > first ? second : first
+    const __m128d ends = _mm_add_pd(_mm_unpacklo_pd(lesser, greater), _mm_set_pd(-0.5, 0.5));
+    _mm_storel_epi64(reinterpret_cast<__m128i*>(startAndEnd), _mm_cvttpd_epi32(ends));
+  }
+};
+
+/// truncateToInt32, which is what the conversion instruction answers.
+inline int32_t truncated(double value) {
+  return _mm_cvttsd_si32(_mm_set_sd(value));
+}
+
+// ------------------------------------------------------------------------------------------------------- counting
+// samples
+
+/// Whether any of the eight pairs of start and inclusive end ends beyond `limit`.
+inline bool anyEndsBeyond(const int32_t* runs, int32_t limit) {
+  int mask = 0;
+  for (int i = 0; i < 4; ++i) {
+    const __m128i pairs = _mm_loadu_si128(reinterpret_cast<const __m128i*>(runs) + i);
+    mask |= _mm_movemask_ps(_mm_castsi128_ps(_mm_cmpgt_epi32(pairs, _mm_set1_epi32(limit))));
+  }
+  return (mask & 0b1010) != 0;
+}
+
+/// One run of sub-columns for each of the eight sub-rows of a pixel row, relative to the left edge of a window of up to
+/// 4,080 pixels, so that they fit 16 bits. start is inclusive, end is not; end <= start is an empty run.
+struct Slots {
+  __m128i start, end;
+
+  /// @param runs   eight pairs of start and inclusive end, in the canvas's sub-columns; ends below 2^31 - 1
+  /// @param left   the window's first pixel, not negative
+  /// @param width  the window's pixels, at most 4080
+  /// A pixel's count depends only on what of a run lies inside the pixel, so cutting runs to the window changes none.
+  Slots(const int32_t* runs, int32_t left, int32_t width) {
+    const __m128i base = _mm_set1_epi32(left * 8);
+    const __m128i one = _mm_set1_epi32(1);
+    __m128i s[2], e[2];
+    for (int half = 0; half < 2; ++half) {
+      const auto* const from = reinterpret_cast<const __m128i*>(runs + half * 8);
+      const __m128 a = _mm_castsi128_ps(_mm_loadu_si128(from));
+      const __m128 b = _mm_castsi128_ps(_mm_loadu_si128(from + 1));
+      s[half] = notNegative(_mm_castps_si128(_mm_shuffle_ps(a, b, 0x88)));
+      e[half] = notNegative(_mm_add_epi32(_mm_castps_si128(_mm_shuffle_ps(a, b, 0xDD)), one));
+      // Neither is negative, so the differences don't overflow.
+      s[half] = _mm_sub_epi32(s[half], base);
+      e[half] = _mm_sub_epi32(e[half], base);
+    }
+    const __m128i limit = _mm_set1_epi16(static_cast<int16_t>(width * 8));
+    const __m128i zero = _mm_setzero_si128();
+    start = _mm_min_epi16(_mm_max_epi16(_mm_packs_epi32(s[0], s[1]), zero), limit);
+    end = _mm_min_epi16(_mm_max_epi16(_mm_packs_epi32(e[0], e[1]), zero), limit);
+  }
+
+  static __m128i notNegative(__m128i v) { return _mm_andnot_si128(_mm_srai_epi32(v, 31), v); }
+};
+
+/// What all eight slots say together, in sub-columns of the window.
+struct SlotReach {
+  int32_t leastStart, greatestEnd;  ///< over the slots with a run; leastStart >= greatestEnd when there is none
+  int32_t greatestStart, leastEnd;  ///< over all slots: between them every sub-row is covered
+};
+
+inline int32_t least16(__m128i v) {
+  v = _mm_min_epi16(v, _mm_srli_si128(v, 8));
+  v = _mm_min_epi16(v, _mm_srli_si128(v, 4));
+  v = _mm_min_epi16(v, _mm_srli_si128(v, 2));
+  return static_cast<int16_t>(_mm_cvtsi128_si32(v));
+}
+
+inline int32_t greatest16(__m128i v) {
+  v = _mm_max_epi16(v, _mm_srli_si128(v, 8));
+  v = _mm_max_epi16(v, _mm_srli_si128(v, 4));
+  v = _mm_max_epi16(v, _mm_srli_si128(v, 2));
+  return static_cast<int16_t>(_mm_cvtsi128_si32(v));  // lanes shifted in are 0, and no end is below that
+}
+
+inline SlotReach reachOf(const Slots& slots) {
+  const __m128i filled = _mm_cmpgt_epi16(slots.end, slots.start);
+  const __m128i none = _mm_set1_epi16(32767);
+  // Shifting zeros in would spoil a minimum, so minima are taken of the lanes turned around.
+  const auto least = [](__m128i v) { return 32767 - greatest16(_mm_sub_epi16(_mm_set1_epi16(32767), v)); };
+  const __m128i starts = _mm_or_si128(_mm_and_si128(filled, slots.start), _mm_andnot_si128(filled, none));
+  return {least(starts), greatest16(_mm_and_si128(filled, slots.end)), greatest16(slots.start), least(slots.end)};
+}
+
+/// Counts of 16 neighbouring pixels, one byte each.
+struct Counts {
+  __m128i bytes;
+  static Counts none() { return {_mm_setzero_si128()}; }
+  static Counts all64() { return {_mm_set1_epi8(64)}; }
+  /// Of 16 numbers from 0 to 64.
+  static Counts of(const int16_t* counts) {
+    const auto* const from = reinterpret_cast<const __m128i*>(counts);
+    return {_mm_packus_epi16(_mm_loadu_si128(from), _mm_loadu_si128(from + 1))};
+  }
+  Counts behindFour() const { return {_mm_srli_si128(bytes, 4)}; }
+  int32_t at(int32_t i) const { return (_mm_cvtsi128_si32(bytes) >> (8 * i)) & 255; }  ///< of the first four
+};
+
+/// Adds the samples that the slots cover in the 16 pixels from window pixel `first` on.
+/// In bytes: 16 pixels are 128 sub-columns. Packing saturates at 0 and 255, which cuts the runs to what may matter; of
+/// a run inside a pixel there is left min(end, right edge) - max(start, left edge), or 0 by the saturating difference.
+inline Counts addCounts(Counts counts, const Slots& slots, int32_t first) {
+  const __m128i base = _mm_set1_epi16(static_cast<int16_t>(first * 8));
+  const __m128i left = _mm_set_epi8(120, 112, 104, 96, 88, 80, 72, 64, 56, 48, 40, 32, 24, 16, 8, 0);
+  const __m128i right = _mm_add_epi8(left, _mm_set1_epi8(8));
+  const __m128i s = _mm_sub_epi16(slots.start, base);
+  const __m128i e = _mm_sub_epi16(slots.end, base);
+  const __m128i packed = _mm_packus_epi16(s, e);  // eight starts, eight ends
+  const __m128i s2 = _mm_unpacklo_epi8(packed, packed);
+  const __m128i e2 = _mm_unpackhi_epi8(packed, packed);
+  const auto add = [&](__m128i s4, __m128i e4) {
+    counts.bytes = _mm_add_epi8(counts.bytes, _mm_subs_epu8(_mm_min_epu8(e4, right), _mm_max_epu8(s4, left)));
+  };
+  const auto addFour = [&](__m128i sq, __m128i eq) {
+    add(_mm_shuffle_epi32(sq, 0x00), _mm_shuffle_epi32(eq, 0x00));
+    add(_mm_shuffle_epi32(sq, 0x55), _mm_shuffle_epi32(eq, 0x55));
+    add(_mm_shuffle_epi32(sq, 0xAA), _mm_shuffle_epi32(eq, 0xAA));
+    add(_mm_shuffle_epi32(sq, 0xFF), _mm_shuffle_epi32(eq, 0xFF));
+  };
+  addFour(_mm_unpacklo_epi16(s2, s2), _mm_unpacklo_epi16(e2, e2));
+  addFour(_mm_unpackhi_epi16(s2, s2), _mm_unpackhi_epi16(e2, e2));
+  return counts;
+}
+
+// ---------------------------------------------------------------------------------------------------------------
+// painting
+
+inline __m128i choose(__m128i mask, __m128i yes, __m128i no) {
+  return _mm_or_si128(_mm_and_si128(mask, yes), _mm_andnot_si128(mask, no));
+}
+
+/// Paints four neighbouring pixels at a time: `mix` gives what paintPixel makes of each.
+/// A painter suits only some colours (`suits`); for others the caller paints pixel by pixel.
+template <class Pixel>
+struct Painter;
+
+/// Four pixels of 8 bits are one register. Opacity is (alpha * count) >> 6: all are integers, and none is negative. The
+/// products are below 2^16. For n <= 255 * t and t <= 255, cutting (n + 0.5) * (1 / t) in single precision gives n / t
+/// for every n and t (tried over all in the tests).
+template <>
+struct Painter<Pixel8> {
+  static constexpr int units = 1;  ///< registers that hold four pixels
+  struct Four {
+    __m128i v[1];
+  };
+
+  explicit Painter(const Pixel8& colour) {
+    uint32_t bits;
+    std::memcpy(&bits, &colour, 4);
+    colour_ = _mm_set1_epi32(static_cast<int32_t>(bits & 0xFFFFFF00U));
+    red_ = _mm_set1_epi32(colour.red);
+    green_ = _mm_set1_epi32(colour.green);
+    blue_ = _mm_set1_epi32(colour.blue);
+    alpha_ = _mm_set1_epi32(colour.alpha);
+  }
+  static bool suits(const Pixel8&) { return true; }
+  static bool isOpaque(const Pixel8& colour) { return colour.alpha == 255; }
+
+  /// @param counts  the first four count
+  bool mix(Four& four, Counts counts) const {
+    const __m128i zero = _mm_setzero_si128();
+    const __m128i wide = _mm_unpacklo_epi16(_mm_unpacklo_epi8(counts.bytes, zero), zero);
+    const __m128i a = _mm_srli_epi32(_mm_mullo_epi16(alpha_, wide), 6);
+    const __m128i old = four.v[0];
+    const __m128i low = _mm_set1_epi32(255);
+    const __m128i oldAlpha = _mm_and_si128(old, low);
+    const __m128i nothing = _mm_cmpeq_epi32(a, zero);
+    const __m128i replaced = _mm_or_si128(_mm_cmpeq_epi32(oldAlpha, zero), _mm_cmpeq_epi32(a, low));
+    const __m128i fresh = _mm_or_si128(colour_, a);
+    if (_mm_movemask_epi8(_mm_or_si128(nothing, replaced)) == 0xFFFF) {
+      four.v[0] = choose(nothing, old, fresh);
+      return true;
+    }
+    const __m128i i = _mm_srli_epi32(_mm_mullo_epi16(_mm_sub_epi32(low, a), oldAlpha), 8);
+    const __m128i t = _mm_add_epi32(a, i);
+    const __m128 share = _mm_div_ps(_mm_set1_ps(1.0F), _mm_cvtepi32_ps(t));
+    const __m128i weights = _mm_or_si128(a, _mm_slli_epi32(i, 16));
+    const auto channel = [&](__m128i c, __m128i o) {  // o stands in the upper half of each lane
+      const __m128i n = _mm_madd_epi16(_mm_or_si128(c, o), weights);
+      return _mm_cvttps_epi32(_mm_mul_ps(_mm_add_ps(_mm_cvtepi32_ps(n), _mm_set1_ps(0.5F)), share));
+    };
+    const __m128i high = _mm_set1_epi32(0x00FF0000);
+    const __m128i red = channel(red_, _mm_and_si128(_mm_slli_epi32(old, 8), high));
+    const __m128i green = channel(green_, _mm_and_si128(old, high));
+    const __m128i blue = channel(blue_, _mm_and_si128(_mm_srli_epi32(old, 8), high));
+    const __m128i mixed = _mm_or_si128(_mm_or_si128(t, _mm_slli_epi32(red, 8)),
+                                       _mm_or_si128(_mm_slli_epi32(green, 16), _mm_slli_epi32(blue, 24)));
+    four.v[0] = choose(nothing, old, choose(replaced, fresh, mixed));
+    return true;
+  }
+
+ private:
+  __m128i colour_, red_, green_, blue_, alpha_;
+};
+
+/// Two registers. Products go up to 2^30 here, so channels are mixed in doubles: sums are exact, and cutting
+/// (n + 0.5) * (1 / t) is exact since its error stays below 2^-34, and the nearest whole number is 2^-17 away or more.
+/// That is for alphas of at most full scale; mix refuses pixels that have more.
+template <>
+struct Painter<Pixel16> {
+  static constexpr int units = 2;
+  struct Four {
+    __m128i v[2];
+  };
+
+  explicit Painter(const Pixel16& colour) : alpha_(_mm_set1_epi32(colour.alpha)) {
+    std::memcpy(&fresh_, &colour, 8);
+    fresh_ &= ~uint64_t{0xFFFF};
+    red_ = _mm_set1_pd(colour.red);
+    green_ = _mm_set1_pd(colour.green);
+    blue_ = _mm_set1_pd(colour.blue);
+  }
+  static bool suits(const Pixel16& colour) { return colour.alpha <= 32768; }
+  static bool isOpaque(const Pixel16& colour) { return colour.alpha == 32768; }
+
+  bool mix(Four& four, Counts counts) const {
+    const __m128i zero = _mm_setzero_si128();
+    const __m128i low = _mm_set_epi32(0, 0xFFFF, 0, 0xFFFF);
+    const __m128i full = _mm_set1_epi32(32768);
+    const __m128i wide = _mm_unpacklo_epi16(_mm_unpacklo_epi8(counts.bytes, zero), zero);
+    const __m128i colours = _mm_set1_epi64x(static_cast<int64_t>(fresh_));
+    Four result;
+    for (int u = 0; u < 2; ++u) {
+      // Two pixels; what belongs to a pixel stands in the lower half of its 64 bits.
+      const __m128i count = u == 0 ? _mm_unpacklo_epi32(wide, zero) : _mm_unpackhi_epi32(wide, zero);
+      const __m128i a = _mm_srli_epi64(_mm_mul_epu32(alpha_, count), 6);
+      const __m128i old = four.v[u];
+      const __m128i oldAlpha = _mm_and_si128(old, low);
+      if (_mm_movemask_epi8(_mm_cmpgt_epi32(oldAlpha, full)) != 0) return false;
+      const __m128i nothing = both(_mm_cmpeq_epi32(a, zero));
+      const __m128i replaced = both(_mm_or_si128(_mm_cmpeq_epi32(oldAlpha, zero), _mm_cmpeq_epi32(a, full)));
+      const __m128i fresh = _mm_or_si128(colours, a);
+      if (_mm_movemask_epi8(_mm_or_si128(nothing, replaced)) == 0xFFFF) {
+        result.v[u] = choose(nothing, old, fresh);
+        continue;
+      }
+      const __m128i i = _mm_srli_epi64(_mm_mul_epu32(_mm_sub_epi32(full, a), oldAlpha), 15);
+      const __m128i t = _mm_add_epi32(a, i);
+      const __m128d share = _mm_div_pd(_mm_set1_pd(1.0), number(t));
+      const __m128d aNumber = number(a), iNumber = number(i);
+      const auto channel = [&](__m128d c, __m128i o) {
+        const __m128d n = _mm_add_pd(_mm_mul_pd(c, aNumber), _mm_mul_pd(number(_mm_and_si128(o, low)), iNumber));
+        const __m128i q = _mm_cvttpd_epi32(_mm_mul_pd(_mm_add_pd(n, _mm_set1_pd(0.5)), share));
+        return _mm_unpacklo_epi32(q, zero);
+      };
+      const __m128i red = channel(red_, _mm_srli_epi64(old, 16));
+      const __m128i green = channel(green_, _mm_srli_epi64(old, 32));
+      const __m128i blue = channel(blue_, _mm_srli_epi64(old, 48));
+      const __m128i mixed = _mm_or_si128(_mm_or_si128(t, _mm_slli_epi64(red, 16)),
+                                         _mm_or_si128(_mm_slli_epi64(green, 32), _mm_slli_epi64(blue, 48)));
+      result.v[u] = choose(nothing, old, choose(replaced, fresh, mixed));
+    }
+    four = result;
+    return true;
+  }
+
+ private:
+  static __m128i both(__m128i lowHalves) { return _mm_shuffle_epi32(lowHalves, 0xA0); }
+  static __m128d number(__m128i v) { return _mm_cvtepi32_pd(_mm_shuffle_epi32(v, 0x08)); }
+  __m128i alpha_;
+  uint64_t fresh_ = 0;
+  __m128d red_, green_, blue_;
+};
+
+/// A pixel a register. The same single-precision operations as paintPixel, four channels at once. The opacity's scaling
+/// by 1/64 may be in single precision too: it is rounded once either way.
+template <>
+struct Painter<Pixel32> {
+  static constexpr int units = 4;
+  struct Four {
+    __m128i v[4];
+  };
+
+  explicit Painter(const Pixel32& colour)
+      : colour_(_mm_set_ps(colour.blue, colour.green, colour.red, colour.alpha)), alpha_(_mm_set1_ps(colour.alpha)) {}
+  static bool suits(const Pixel32& colour) { return emptyCountPaintsNothing(colour); }
+  static bool isOpaque(const Pixel32& colour) { return colour.alpha == 1.0F; }
+
+  bool mix(Four& four, Counts counts) const {
+    const __m128i zero = _mm_setzero_si128();
+    const __m128 wide = _mm_cvtepi32_ps(_mm_unpacklo_epi16(_mm_unpacklo_epi8(counts.bytes, zero), zero));
+    const __m128 a4 = _mm_mul_ps(_mm_mul_ps(wide, alpha_), _mm_set1_ps(0.015625F));
+    mixOne(four.v[0], _mm_shuffle_ps(a4, a4, 0x00));
+    mixOne(four.v[1], _mm_shuffle_ps(a4, a4, 0x55));
+    mixOne(four.v[2], _mm_shuffle_ps(a4, a4, 0xAA));
+    mixOne(four.v[3], _mm_shuffle_ps(a4, a4, 0xFF));
+    return true;
+  }
+
+ private:
+  void mixOne(__m128i& pixel, __m128 a) const {
+    const __m128 old = _mm_castsi128_ps(pixel);
+    const __m128 one = _mm_set1_ps(1.0F);
+    const float opacity = _mm_cvtss_f32(a), oldAlpha = _mm_cvtss_f32(old);
+    if (opacity == 0.0F) return;
+    if (oldAlpha == 0.0F || opacity == 1.0F) {
+      pixel = _mm_castps_si128(_mm_move_ss(colour_, a));
+      return;
+    }
+    const __m128 i = _mm_mul_ps(_mm_sub_ps(one, a), _mm_shuffle_ps(old, old, 0));
+    const __m128 t = _mm_add_ps(i, a);
+    const __m128 mixed = _mm_div_ps(_mm_add_ps(_mm_mul_ps(a, colour_), _mm_mul_ps(i, old)), t);
+    pixel = _mm_castps_si128(_mm_move_ss(mixed, t));
+  }
+  __m128 colour_, alpha_;
+};
+
+/// Four pixels from memory that need not be aligned, and back.
+template <class Pixel>
+typename Painter<Pixel>::Four loadFour(const Pixel* pixels) {
+  typename Painter<Pixel>::Four four;
+  for (int u = 0; u < Painter<Pixel>::units; ++u) {
+    four.v[u] = _mm_loadu_si128(reinterpret_cast<const __m128i*>(pixels) + u);
+  }
+  return four;
+}
+
+template <class Pixel>
+void storeFour(Pixel* pixels, const typename Painter<Pixel>::Four& four) {
+  for (int u = 0; u < Painter<Pixel>::units; ++u) {
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(pixels) + u, four.v[u]);
+  }
+}
+
+template <class Four>
+bool sameFour(const Four& a, const Four& b) {
+  __m128i same = _mm_cmpeq_epi8(a.v[0], b.v[0]);
+  for (std::size_t u = 1; u < sizeof a.v / sizeof a.v[0]; ++u) {
+    same = _mm_and_si128(same, _mm_cmpeq_epi8(a.v[u], b.v[u]));
+  }
+  return _mm_movemask_epi8(same) == 0xFFFF;
+}
+
+}  // namespace vindrel::lanes

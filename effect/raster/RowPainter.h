@@ -1,0 +1,114 @@
+// Lays one colour over stretches of a pixel row, from counts of covered samples: the inner loop of both fillers.
+//
+// Pixels are painted in fours where the colour allows it (lanes::Painter), which gives what paintPixel gives. Three
+// short cuts, none of which changes a byte: wholly covered pixels under an opaque colour become the colour; wholly
+// covered pixels that hold what the four before held become what those became, since a pixel's new value follows from
+// its old one, the colour and the count alone; and the fours at the end of a stretch are mixed in a copy.
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+
+#include "effect/raster/Lanes.h"
+#include "effect/raster/PaintPixel.h"
+
+namespace vindrel {
+
+/// One for each outline.
+template <class Pixel>
+class RowPainter {
+ public:
+  explicit RowPainter(const Pixel& colour)
+      : colour_(colour), painter_(colour), byFours_(lanes::Painter<Pixel>::suits(colour)) {}
+
+  /// Paints n pixels, 1 to 16, each by its count.
+  void paint(Pixel* pixels, int32_t n, lanes::Counts counts) const {
+    for (int32_t p = 0; p < n; p += 4, counts = counts.behindFour()) {
+      if (n - p >= 4) {
+        paintFour(pixels + p, counts);
+      } else {
+        Pixel copy[4] = {};
+        std::copy(pixels + p, pixels + n, copy);
+        paintFour(copy, counts);
+        std::copy(copy, copy + (n - p), pixels + p);
+      }
+    }
+  }
+
+  /// Paints n pixels that are covered wholly; any n.
+  void paintWhole(Pixel* pixels, int32_t n) {
+    const lanes::Counts all = lanes::Counts::all64();
+    if (lanes::Painter<Pixel>::isOpaque(colour_)) {
+      std::fill(pixels, pixels + std::max(n, 0), colour_);
+      return;
+    }
+    int32_t p = 0;
+    for (; byFours_ && p + 4 <= n; p += 4) {
+      const Four old = lanes::loadFour(pixels + p);
+      if (!known_ || !lanes::sameFour(old, old_)) {
+        Four mixed = old;
+        if (!painter_.mix(mixed, all)) {
+          paintFour(pixels + p, all);
+          continue;
+        }
+        known_ = true;
+        old_ = old;
+        new_ = mixed;
+      }
+      lanes::storeFour(pixels + p, new_);
+    }
+    for (; p < n; ++p) paintPixel(pixels[p], colour_, 64);
+  }
+
+ private:
+  using Four = typename lanes::Painter<Pixel>::Four;
+
+  void paintFour(Pixel* pixels, lanes::Counts counts) const {
+    Four four = lanes::loadFour(pixels);
+    if (byFours_ && painter_.mix(four, counts)) {
+      lanes::storeFour(pixels, four);
+    } else {
+      for (int32_t i = 0; i < 4; ++i) paintPixel(pixels[i], colour_, counts.at(i));
+    }
+  }
+
+  Pixel colour_;
+  lanes::Painter<Pixel> painter_;
+  bool byFours_;
+  bool known_ = false;  ///< whether the next two are set
+  Four old_{}, new_{};  ///< four wholly covered pixels before and after
+};
+
+/// Paints what the eight runs cover of a pixel row. The counts of a pixel depend only on what of the runs lies in it,
+/// so blocks of 16 pixels are counted one by one, and not at all where every sub-row covers them from side to side.
+/// @param runs    eight pairs of start and inclusive end in sub-columns, one for each sub-row, ends below 2^31 - 1; a
+///                pair whose start is behind its end covers nothing
+/// @param pixels  first pixel of the row
+template <class Pixel>
+void paintRuns(RowPainter<Pixel>& painter, const int32_t* runs, Pixel* pixels, int32_t width) {
+  constexpr int32_t widest = 4080;  // sub-columns of a window fit 16 bits
+  for (int32_t left = 0; left < width; left += widest) {
+    const int32_t windowWidth = std::min(width - left, widest);
+    const lanes::Slots slots(runs, left, windowWidth);
+    const lanes::SlotReach reach = lanes::reachOf(slots);
+    if (reach.leastStart >= reach.greatestEnd) continue;
+    Pixel* const window = pixels + left;
+    const int32_t behind = (reach.greatestEnd + 7) >> 3;
+    const int32_t wholeStart = (reach.greatestStart + 7) >> 3;
+    const int32_t wholeEnd = reach.leastEnd >> 3;
+    for (int32_t p = reach.leastStart >> 3; p < behind;) {
+      if (p >= wholeStart && p < wholeEnd) {
+        painter.paintWhole(window + p, wholeEnd - p);
+        p = wholeEnd;
+        continue;
+      }
+      // Up to the whole stretch, but not if that would leave less of it than a block.
+      const bool stops = p < wholeStart && wholeEnd - wholeStart >= 8;
+      const int32_t n = std::min((stops ? wholeStart : behind) - p, 16);
+      painter.paint(window + p, n, lanes::addCounts(lanes::Counts::none(), slots, p));
+      p += n;
+    }
+  }
+}
+
+}  // namespace vindrel

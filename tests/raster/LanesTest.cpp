@@ -1,0 +1,189 @@
+// What is done in vector registers, against the plain form of each.
+
+#include "effect/raster/Lanes.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <limits>
+#include <random>
+
+#include "effect/pixel/Truncate.h"
+#include "effect/raster/RowPainter.h"
+#include "tests/raster/TestCanvas.h"
+
+namespace vindrel {
+namespace {
+
+constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
+constexpr double infinite = std::numeric_limits<double>::infinity();
+
+TEST(Lanes, aSpanIsTheLesserAndTheGreaterSideCutTowardZero) {
+  const double numbers[] = {0.0,      -0.0,      0.5,  -0.5,         0.49999999999999994, 1.5,  -1.5,
+                            7.25,     1e9,       -1e9, 2147483647.0, -2147483648.5,       3e10, -3e10,
+                            infinite, -infinite, 4.0,  notANumber};
+  for (const double a : numbers) {
+    for (const double b : numbers) {
+      int32_t span[2];
+      lanes::SidePair(a, b, 0.0, 0.0).storeSpan(span);
+      const bool inOrder = b > a;
+      EXPECT_EQ(span[0], truncateToInt32((inOrder ? a : b) + 0.5)) << a << ' ' << b;
+      EXPECT_EQ(span[1], truncateToInt32((inOrder ? b : a) - 0.5)) << a << ' ' << b;
+    }
+    EXPECT_EQ(lanes::truncated(a), truncateToInt32(a)) << a;
+  }
+}
+
+TEST(Lanes, aStepAddsEachSlopeOnce) {
+  lanes::SidePair sides(0.1, -7.3, 0.2, -1e-3);
+  double a = 0.1, b = -7.3;
+  for (int n = 0; n < 1000; ++n) {
+    sides.step();
+    a += 0.2;
+    b += -1e-3;
+  }
+  EXPECT_EQ(sides.first(), a);
+  EXPECT_EQ(sides.second(), b);
+}
+
+TEST(Lanes, onlyEndsAreAskedWhetherTheyLieBeyondALimit) {
+  int32_t runs[16] = {INT32_MAX, 5, 0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 0, -1, -1, -1};
+  EXPECT_FALSE(lanes::anyEndsBeyond(runs, 9));
+  for (int slot = 0; slot < 8; ++slot) {
+    int32_t with[16];
+    std::copy(runs, runs + 16, with);
+    with[2 * slot + 1] = 10;
+    EXPECT_TRUE(lanes::anyEndsBeyond(with, 9)) << slot;
+  }
+}
+
+int32_t plainCount(const int32_t* runs, int32_t pixel) {
+  int32_t count = 0;
+  for (int32_t column = pixel * 8; column < pixel * 8 + 8; ++column) {
+    for (int slot = 0; slot < 8; ++slot) count += runs[2 * slot] <= column && column <= runs[2 * slot + 1];
+  }
+  return count;
+}
+
+// Windows at the left edge and far to the right, runs of every kind, and ends of the 32-bit range.
+TEST(Lanes, countsAndReachAreThoseOfTheColumnsOneByOne) {
+  constexpr unsigned seed = 20250301;
+  std::mt19937 random(seed);
+  const auto pick = [&random](int32_t from, int32_t to) {
+    return from + static_cast<int32_t>(random() % static_cast<uint32_t>(to - from + 1));
+  };
+  for (int round = 0; round < 20000; ++round) {
+    const int32_t left = pick(0, 2) == 0 ? 4080 * pick(1, 60000) : 0;
+    const int32_t width = pick(0, 3) == 0 ? 4080 : pick(1, 60);
+    const int32_t first = left * 8;
+    const int32_t wide = pick(0, 1) == 0 ? 200 : width * 8;
+    int32_t runs[16];
+    for (int slot = 0; slot < 8; ++slot) {
+      int32_t& start = runs[2 * slot];
+      int32_t& end = runs[2 * slot + 1];
+      start = first + pick(-20, wide);
+      end = start - 1 + pick(0, wide);
+      const int32_t odd = pick(0, 30);
+      if (odd == 0) start = end = -1;
+      if (odd == 1) start = INT32_MIN;
+      if (odd == 2) end = INT32_MIN;
+      if (odd == 3) end = INT32_MAX - 8;
+      if (odd == 4) start = INT32_MAX - 8, end = INT32_MAX - 9;
+    }
+    const lanes::Slots slots(runs, left, width);
+    const lanes::SlotReach reach = lanes::reachOf(slots);
+    const int32_t from = pick(0, width - 1);
+    const lanes::Counts counts = lanes::addCounts(lanes::Counts::none(), slots, from);
+    uint8_t bytes[16];
+    std::memcpy(bytes, &counts.bytes, 16);
+    for (int32_t i = 0; i < 16 && from + i < width; ++i) {
+      const int32_t expected = plainCount(runs, left + from + i);
+      ASSERT_EQ(bytes[i], expected) << "seed " << seed << ", round " << round << ", pixel " << i;
+      const int32_t column = (from + i) * 8;
+      if (expected > 0) {
+        ASSERT_LT(reach.leastStart, column + 8) << round;
+        ASSERT_GT(reach.greatestEnd, column) << round;
+      }
+      ASSERT_EQ(column >= reach.greatestStart && column + 8 <= reach.leastEnd, expected == 64) << round;
+    }
+  }
+}
+
+// The division of Painter<Pixel8>, over every weight t and every sum n up to 255 * t.
+TEST(Lanes, cuttingAProductWithTheReciprocalDividesBytesExactly) {
+  for (int32_t t = 1; t <= 255; ++t) {
+    const float share = 1.0F / static_cast<float>(t);
+    for (int32_t n = 0; n <= 255 * t; ++n) {
+      ASSERT_EQ(static_cast<int32_t>((static_cast<float>(n) + 0.5F) * share), n / t) << n << " / " << t;
+    }
+  }
+}
+
+template <class Pixel>
+class RowPainterAtDepth : public ::testing::Test {};
+TYPED_TEST_SUITE(RowPainterAtDepth, AllPixels);
+
+template <class Pixel, class Random>
+Pixel anyPixel(Random& random, bool legal) {
+  if constexpr (sizeof(Pixel) == sizeof(Pixel32)) {
+    const auto channel = [&]() -> float {
+      const float share = static_cast<float>(random() % 65536U) / 65535.0F;
+      if (legal) return random() % 4 == 0 ? 0.0F : random() % 4 == 0 ? 1.0F : share;
+      const float odd[] = {HUGE_VALF, -HUGE_VALF, std::nanf(""), -share, 1e-42F, 3e38F, 2.0F, -0.0F, share};
+      return odd[random() % 9];
+    };
+    return {channel(), channel(), channel(), channel()};
+  } else {
+    using Channel = typename PixelTraits<Pixel>::Channel;
+    const uint32_t most = legal ? uint32_t{PixelTraits<Pixel>::fullScale} : std::numeric_limits<Channel>::max();
+    const auto channel = [&]() -> Channel {
+      const auto kind = random() % 6;
+      return static_cast<Channel>(kind == 0 ? 0U : kind == 1 ? most : random() % (most + 1U));
+    };
+    return {channel(), channel(), channel(), channel()};
+  }
+}
+
+/// Bytes, but which of the values that aren't numbers comes out is nobody's business.
+template <class Pixel>
+bool sameValue(const Pixel& a, const Pixel& b) {
+  if (sameBytes(a, b)) return true;
+  if constexpr (sizeof(Pixel) == sizeof(Pixel32)) {
+    const auto same = [](float x, float y) { return (std::isnan(x) && std::isnan(y)) || std::memcmp(&x, &y, 4) == 0; };
+    return same(a.alpha, b.alpha) && same(a.red, b.red) && same(a.green, b.green) && same(a.blue, b.blue);
+  }
+  return false;
+}
+
+TYPED_TEST(RowPainterAtDepth, paintsAsPaintPixelDoesAndNothingBeside) {
+  constexpr unsigned seed = 20250302;
+  std::mt19937 random(seed);
+  for (int round = 0; round < 30000; ++round) {
+    const bool legal = round % 3 != 0;
+    const auto colour = anyPixel<TypeParam>(random, legal);
+    TypeParam pixels[40], expected[40];
+    for (TypeParam& p : pixels) {
+      p = anyPixel<TypeParam>(random, legal);
+      if (random() % 2 == 0) p = random() % 2 == 0 ? TypeParam{} : pixels[0];
+    }
+    std::copy(pixels, pixels + 40, expected);
+    int16_t counts[16];
+    for (int16_t& c : counts) c = static_cast<int16_t>(random() % 3 == 0 ? 64 : random() % 65);
+    RowPainter<TypeParam> painter(colour);
+    const auto n = static_cast<int32_t>(random() % 16 + 1);
+    painter.paint(pixels + 1, n, lanes::Counts::of(counts));
+    for (int32_t i = 0; i < n; ++i) paintPixel(expected[1 + i], colour, counts[i]);
+    const auto whole = static_cast<int32_t>(random() % 20);
+    painter.paintWhole(pixels + 19, whole);
+    for (int32_t i = 0; i < whole; ++i) paintPixel(expected[19 + i], colour, 64);
+    for (int32_t i = 0; i < 40; ++i) {
+      ASSERT_TRUE(sameValue(pixels[i], expected[i])) << "seed " << seed << ", round " << round << ", pixel " << i
+                                                     << ": " << text(pixels[i]) << ", should be " << text(expected[i]);
+    }
+  }
+}
+
+}  // namespace
+}  // namespace vindrel
