@@ -9,7 +9,7 @@
 #include "ae/Worlds.h"
 
 struct PF_InData;
-struct PF_CustomUIInfo;    // never opened
+struct PF_CustomUIInfo;    // AppSuites.h
 struct PF_LayerAudioInfo;  // never opened
 using PF_LayerAudio = PF_LayerAudioInfo*;
 using PF_SndSamplePtr = void*;

@@ -201,6 +201,16 @@ inline constexpr PF_TransferMode PF_Xfer_ADD = 4;
 inline constexpr PF_TransferMode PF_Xfer_MULTIPLY = 5;
 inline constexpr PF_TransferMode PF_Xfer_SCREEN = 6;
 
+// Kernels of convolve; what is not set is two dimensions, the sum taken as it is, results cut off, a row.
+inline constexpr PF_KernelFlags PF_KernelFlag_1D = 1;
+inline constexpr PF_KernelFlags PF_KernelFlag_NORMALIZED = 2;
+inline constexpr PF_KernelFlags PF_KernelFlag_NO_CLAMP = 4;
+inline constexpr PF_KernelFlags PF_KernelFlag_USE_CHAR = 8;
+inline constexpr PF_KernelFlags PF_KernelFlag_USE_FIXED = 16;
+inline constexpr PF_KernelFlags PF_KernelFlag_VERTICAL = 32;
+inline constexpr PF_KernelFlags PF_KernelFlag_REPLICATE_BORDERS = 64;
+inline constexpr PF_KernelFlags PF_KernelFlag_ALPHA_WEIGHT_CONVOLVE = 128;
+
 // PF_EffectWorld::dephault: which layer a new instance takes.
 inline constexpr A_long PF_LayerDefault_MYSELF = -1;
 inline constexpr A_long PF_LayerDefault_NONE = 0;

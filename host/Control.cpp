@@ -26,6 +26,8 @@ std::string kindName(PF_ParamType type) {
       return "group start";
     case PF_Param_GROUP_END:
       return "group end";
+    case PF_Param_ARBITRARY_DATA:
+      return "arbitrary data";
     case PF_Param_BUTTON:
       return "button";
     default:

@@ -49,7 +49,7 @@ HandleStore::Record* HandleStore::make(uint64_t size, PF_Cmd madeIn, bool byHost
   }
   Record* record = unused_.back();
   unused_.pop_back();
-  *record = Record{block, size, ++lastNumber_, 0, madeIn, true, byHost};
+  *record = Record{block, size, ++lastNumber_, 0, madeIn, true, byHost, false};
   return record;
 }
 

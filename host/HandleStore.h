@@ -28,8 +28,9 @@ class HandleStore {
     int32_t number = 0;     ///< counts from 1 over all handles
     int32_t locks = 0;
     PF_Cmd madeIn = 0;
-    bool open = false;    ///< made and not disposed of
-    bool byHost = false;  ///< made for the host itself
+    bool open = false;           ///< made and not disposed of
+    bool byHost = false;         ///< made for the host itself
+    bool ofMemorySuite = false;  ///< made by "AEGP Memory Suite"
   };
 
   HandleStore() = default;

@@ -3,6 +3,8 @@
 #include <utility>
 
 #include "host/DeliverValue.h"
+#include "host/Refusals.h"
+#include "host/StandInHost.h"
 
 namespace standin {
 
@@ -136,6 +138,20 @@ void HostState::checkRef(PF_ProgPtr ref, std::string_view service) {
   if (ref != effectRef()) complain(Matter::kWrongArgument, std::string(service) + " with a foreign effect_ref");
 }
 
+PF_Err HostState::askToGoOn(int64_t current, A_long total) {
+  if (total != 0) {
+    ++log.progressCalls;
+    log.lastProgressCurrent = static_cast<A_long>(current);
+    log.lastProgressTotal = total;
+    if (const auto failed = fault("progress")) return *failed;
+    if (owner->onProgress) {
+      if (const PF_Err stop = owner->onProgress(static_cast<A_long>(current), total)) return stop;
+    }
+  }
+  if (const auto failed = fault("abort")) return *failed;
+  return owner->onAbort ? owner->onAbort() : PF_Err_NONE;
+}
+
 PF_EffectWorld HostState::lend(std::shared_ptr<const Image> picture, std::string name, bool writeable) {
   PF_EffectWorld world = picture->view();
   if (!writeable) world.world_flags &= ~PF_WorldFlag_WRITEABLE;
@@ -167,6 +183,29 @@ std::optional<Depth> HostState::depthOf(const PF_EffectWorld* world, std::string
   return (world->world_flags & PF_WorldFlag_DEEP) != 0 ? Depth::k16 : Depth::k8;
 }
 
+std::optional<Depth> HostState::depthToWrite(const PF_EffectWorld* world, std::string_view service) {
+  const auto depth = depthOf(world, service);
+  if (!depth || world == nullptr) return std::nullopt;
+  const WorldInUse* known = find(*world);
+  const bool mayWriteInput = (outFlags & PF_OutFlag_I_WRITE_INPUT_BUFFER) != 0;
+  if (known != nullptr && (world->world_flags & PF_WorldFlag_WRITEABLE) == 0 && !mayWriteInput) {
+    complain(Matter::kBadWorld, std::string(service) + " into " + known->name + ", which may only be read");
+  }
+  return depth;
+}
+
+std::optional<Depth> HostState::commonDepth(std::string_view service, const PF_EffectWorld* source,
+                                            const PF_EffectWorld* target) {
+  const auto from = depthOf(source, service);
+  const auto to = depthToWrite(target, service);
+  if (!from || !to) return std::nullopt;
+  if (*from != *to) {
+    complain(Matter::kBadWorld, std::string(service) + " between worlds of different depth");
+    return std::nullopt;
+  }
+  return to;
+}
+
 std::shared_ptr<const Image> HostState::layerPicture(int32_t index) {
   if (!frame) return nullptr;
   if (index == 0) return input;
@@ -195,10 +234,11 @@ std::string worldText(const PF_EffectWorld* world) {
          std::to_string(world->height);
 }
 
-void complainOfUnknownService() {
-  if (HostState* host = HostState::current()) {
-    host->complain(Matter::kUnknownService, "a service that this host does not have was called");
-  }
+void noteRefusal(std::string_view service) {
+  HostState* host = HostState::current();
+  if (host == nullptr) return;
+  host->complain(Matter::kUnknownService, std::string(service) + ", which this host does not have, was called");
+  host->note(service, "refused", PF_Err_INVALID_CALLBACK);
 }
 
 }  // namespace standin

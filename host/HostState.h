@@ -13,7 +13,10 @@
 #include <string_view>
 #include <vector>
 
+#include "ae/AegpSuites.h"
+#include "ae/AppSuites.h"
 #include "ae/InOutData.h"
+#include "ae/PixelSuites.h"
 #include "ae/Suites.h"
 #include "host/Books.h"
 #include "host/CallLog.h"
@@ -85,6 +88,10 @@ struct HostState {
   std::map<std::pair<std::string, int32_t>, std::vector<int32_t>> openSuites;  ///< book numbers
   std::map<int32_t, int32_t> openParams;                                       ///< mark in the record -> index
 
+  std::vector<std::string> registeredNames;  ///< of modules, in the order of their numbers from 1
+  void* layerMark = nullptr;                 ///< its address stands for things that no effect may open
+  A_long customEvents = 0;                   ///< what register_ui asked for
+
   // Calls of the entry.
   PF_Err callEntry(PF_Cmd command, PF_ParamDef** params, PF_LayerDef* output, void* extra);
   /// Takes over a frame and its values. With keepOld a request without a size leaves the frame before it.
@@ -101,6 +108,8 @@ struct HostState {
   int32_t nextOrder() { return log.nextOrder++; }
   void complain(Matter matter, std::string text) { books.complain(matter, std::move(text), running); }
   void checkRef(PF_ProgPtr ref, std::string_view service);
+  /// Tells progress, if total is not 0, and asks whether to go on; anything but 0 says stop.
+  PF_Err askToGoOn(int64_t current, A_long total);
 
   // Worlds.
   PF_EffectWorld lend(std::shared_ptr<const Image> picture, std::string name, bool writeable);
@@ -108,6 +117,11 @@ struct HostState {
   /// The depth of a world, of the host or of the effect's own making; nothing, with a complaint, for a record that no
   /// service can use.
   std::optional<Depth> depthOf(const PF_EffectWorld* world, std::string_view service);
+  /// The depth of a world that is about to be written; a complaint, too, when it may only be read.
+  std::optional<Depth> depthToWrite(const PF_EffectWorld* world, std::string_view service);
+  /// The one depth of two worlds; nothing, with a complaint, when they differ.
+  std::optional<Depth> commonDepth(std::string_view service, const PF_EffectWorld* source,
+                                   const PF_EffectWorld* target);
   /// The picture of layer parameter index in this frame; null for none. Index 0 is the input.
   std::shared_ptr<const Image> layerPicture(int32_t index);
 
@@ -119,25 +133,37 @@ struct HostState {
 std::string rectText(const PF_LRect* rect);
 std::string worldText(const PF_EffectWorld* world);
 
-/// Answers for a service that this host does not have, whatever its arguments.
-void complainOfUnknownService();
-template <class... Arguments>
-PF_Err refused(Arguments...) {
-  complainOfUnknownService();
-  return PF_Err_INVALID_CALLBACK;
-}
-
 // The tables; one of each in the process.
 PF_UtilCallbacks* utilTable();
 PF_InteractCallbacks interactTable();
+PF_ColorCallbacks colorCallbacks();
 SPBasicSuite* basicTable();
 const PF_HandleSuite1* handleSuite();
 const PF_WorldSuite1* worldSuite1();
 const PF_WorldSuite2* worldSuite2();
 const PF_FillMatteSuite2* fillMatteSuite();
 const PF_WorldTransformSuite1* worldTransformSuite();
-const PFAppSuite4* appSuite();
-const PF_ParamUtilsSuite1* paramUtilsSuite();
+const PFAppSuite4* appSuite6();
+const PFAppSuite5* appSuite7();
+const PFAppSuite6* appSuite1();
+const PF_ParamUtilsSuite1* paramUtilsSuite2();
+const PF_ParamUtilsSuite3* paramUtilsSuite3();
+const PF_EffectUISuite* effectUiSuite();
+const PF_Iterate8Suite* iterate8Suite();
+const PF_Iterate16Suite* iterate16Suite();
+const PF_IterateFloatSuite* iterateFloatSuite();
+const PF_PixelDataSuite* pixelDataSuite();
+const PF_ColorSuite* colorSuite();
+const PF_Color16Suite* color16Suite();
+const PF_ColorFloatSuite* colorFloatSuite();
+const PF_Sampling8Suite* sampling8Suite();
+const PF_Sampling16Suite* sampling16Suite();
+const PF_SamplingFloatSuite* samplingFloatSuite();
+const AEGP_UtilitySuite* aegpUtilitySuite();
+const AEGP_RenderQueueSuite* renderQueueSuite();
+const AEGP_MemorySuite* aegpMemorySuite();
+const AEGP_PFInterfaceSuite* pfInterfaceSuite();
+const AEGP_IterateSuite* aegpIterateSuite();
 
 // Services that stand in more than one table.
 PF_Handle newHandle(A_u_longlong size);
@@ -150,6 +176,23 @@ PF_Err newWorld1(PF_ProgPtr ref, A_long width, A_long height, PF_NewWorldFlags f
 PF_Err disposeWorld1(PF_ProgPtr ref, PF_EffectWorld* world);
 PF_Err fill8(PF_ProgPtr ref, const PF_Pixel* color, const PF_Rect* rect, PF_EffectWorld* world);
 PF_Err fill16(PF_ProgPtr ref, const PF_Pixel16* color, const PF_Rect* rect, PF_EffectWorld* world);
+PF_Err premultiply(PF_ProgPtr ref, A_long forward, PF_EffectWorld* world);
+PF_Err premultiplyColor8(PF_ProgPtr ref, PF_EffectWorld* source, const PF_Pixel* color, A_long forward,
+                         PF_EffectWorld* target);
+PF_Err premultiplyColor16(PF_ProgPtr ref, PF_EffectWorld* source, const PF_Pixel16* color, A_long forward,
+                          PF_EffectWorld* target);
+PF_Err compositeRect(PF_ProgPtr ref, PF_Rect* sourceRect, A_long opacity, PF_EffectWorld* source, A_long targetX,
+                     A_long targetY, PF_Field field, PF_XferMode xfer, PF_EffectWorld* target);
+PF_Err blend(PF_ProgPtr ref, const PF_EffectWorld* first, const PF_EffectWorld* second, PF_Fixed ratio,
+             PF_EffectWorld* target);
+PF_Err convolve(PF_ProgPtr ref, PF_EffectWorld* source, const PF_Rect* area, PF_KernelFlags flags, A_long size,
+                void* alpha, void* red, void* green, void* blue, PF_EffectWorld* target);
+PF_Err transformWorld(PF_ProgPtr ref, PF_Quality quality, PF_ModeFlags modeFlags, PF_Field field,
+                      const PF_EffectWorld* source, const PF_CompositeMode* mode, const PF_MaskWorld* mask,
+                      const PF_FloatMatrix* matrices, A_long count, PF_Boolean sourceToTarget,
+                      const PF_Rect* targetRect, PF_EffectWorld* target);
+PF_Err beginOrEndSampling(PF_ProgPtr ref, PF_Quality quality, PF_ModeFlags modeFlags, PF_SampPB* params);
+PF_Err updateParamUi(PF_ProgPtr ref, PF_ParamIndex index, const PF_ParamDef* definition);
 PF_Err copy(PF_ProgPtr ref, PF_EffectWorld* source, PF_EffectWorld* target, PF_Rect* sourceRect, PF_Rect* targetRect);
 PF_Err transfer(PF_ProgPtr ref, PF_Quality quality, PF_ModeFlags modeFlags, PF_Field field, const PF_Rect* sourceRect,
                 const PF_EffectWorld* source, const PF_CompositeMode* mode, const PF_MaskWorld* mask, A_long targetX,

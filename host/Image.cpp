@@ -11,8 +11,6 @@ namespace standin {
 
 namespace {
 
-constexpr int32_t kGuardLength = 64;  // bytes before and behind the rows; keeps the first pixel aligned for any depth
-
 int32_t channelBytes(Depth depth) {
   return pixelBytes(depth) / 4;
 }
@@ -52,36 +50,38 @@ Pixel meanOfBlock(const Image& image, int32_t left, int32_t top, int32_t columns
 
 }  // namespace
 
-Image::Image(Depth depth, int32_t width, int32_t height, int32_t rowPadding, uint8_t fill)
+Image::Image(Depth depth, int32_t width, int32_t height, int32_t rowPadding, uint8_t fill, int32_t guardLength)
     : depth_(depth), width_(std::max(width, 0)), height_(std::max(height, 0)) {
   const int32_t channel = channelBytes(depth);
   const int32_t padding = (std::max(rowPadding, 0) + channel - 1) / channel * channel;
+  guardLength_ =
+      (std::max(guardLength, kLeastGuardLength) + kLeastGuardLength - 1) / kLeastGuardLength * kLeastGuardLength;
+  const auto guard = static_cast<size_t>(guardLength_);
   const int32_t used = width_ * pixelBytes(depth);
   rowBytes_ = used + padding;
   // The pixels are written once: a frame makes three of these, and each pass over one costs as much as its copy.
-  bytes_.assign(static_cast<size_t>(kGuardLength) * 2 + static_cast<size_t>(rowBytes_) * static_cast<size_t>(height_),
-                fill);
-  std::memset(bytes_.data(), kGuardByte, kGuardLength);
-  std::memset(bytes_.data() + bytes_.size() - kGuardLength, kGuardByte, kGuardLength);
+  bytes_.assign(guard * 2 + static_cast<size_t>(rowBytes_) * static_cast<size_t>(height_), fill);
+  std::memset(bytes_.data(), kGuardByte, guard);
+  std::memset(bytes_.data() + bytes_.size() - guard, kGuardByte, guard);
   if (padding == 0) return;
   for (int32_t y = 0; y < height_; ++y) std::memset(rowStart(y) + used, kGuardByte, static_cast<size_t>(padding));
 }
 
 uint8_t* Image::rowStart(int32_t y) {
   assert(y >= 0 && y < height_);
-  return bytes_.data() + kGuardLength + static_cast<ptrdiff_t>(y) * rowBytes_;
+  return bytes_.data() + guardLength_ + static_cast<ptrdiff_t>(y) * rowBytes_;
 }
 
 const uint8_t* Image::rowStart(int32_t y) const {
   assert(y >= 0 && y < height_);
-  return bytes_.data() + kGuardLength + static_cast<ptrdiff_t>(y) * rowBytes_;
+  return bytes_.data() + guardLength_ + static_cast<ptrdiff_t>(y) * rowBytes_;
 }
 
 PF_EffectWorld Image::view() const {
   PF_EffectWorld world{};
   world.world_flags = PF_WorldFlag_WRITEABLE | (depth_ == Depth::k16 ? PF_WorldFlag_DEEP : 0);
   // A world has no form for pixels that may only be read; whoever gets an input keeps to the rule.
-  uint8_t* data = bytes_.empty() ? nullptr : const_cast<uint8_t*>(bytes_.data()) + kGuardLength;
+  uint8_t* data = bytes_.empty() ? nullptr : const_cast<uint8_t*>(bytes_.data()) + guardLength_;
   world.data = reinterpret_cast<PF_PixelPtr>(data);
   world.rowbytes = rowBytes_;
   world.width = width_;
@@ -98,8 +98,9 @@ bool Image::guardsIntact() const {
     return std::all_of(from, from + count, [](uint8_t byte) { return byte == kGuardByte; });
   };
   if (bytes_.empty()) return true;
+  const auto guard = static_cast<size_t>(guardLength_);
   const size_t used = static_cast<size_t>(width_) * static_cast<size_t>(pixelBytes(depth_));
-  bool good = intact(bytes_.data(), kGuardLength) && intact(bytes_.data() + bytes_.size() - kGuardLength, kGuardLength);
+  bool good = intact(bytes_.data(), guard) && intact(bytes_.data() + bytes_.size() - guard, guard);
   for (int32_t y = 0; good && y < height_; ++y) {
     good = intact(rowStart(y) + used, static_cast<size_t>(rowBytes_) - used);
   }

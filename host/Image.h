@@ -16,7 +16,8 @@ namespace standin {
 
 class Image {
  public:
-  static constexpr uint8_t kGuardByte = 0x5D;  ///< what every byte outside the picture holds
+  static constexpr uint8_t kGuardByte = 0x5D;       ///< what every byte outside the picture holds
+  static constexpr int32_t kLeastGuardLength = 64;  ///< bytes before and behind the rows; keeps pixels aligned
 
   /// An 8-bit picture of no size.
   Image() = default;
@@ -24,7 +25,9 @@ class Image {
   /// A picture of width x height transparent black pixels. Sizes below 0 count as 0.
   /// @param rowPadding  bytes behind each row, rounded up to whole channels; guard bytes
   /// @param fill        what every byte of every pixel holds, where it is not to be black
-  Image(Depth depth, int32_t width, int32_t height, int32_t rowPadding = 0, uint8_t fill = 0);
+  /// @param guardLength bytes before the first and behind the last row, rounded up to a multiple of the least
+  Image(Depth depth, int32_t width, int32_t height, int32_t rowPadding = 0, uint8_t fill = 0,
+        int32_t guardLength = kLeastGuardLength);
 
   Depth depth() const { return depth_; }
   int32_t width() const { return width_; }    ///< pixels
@@ -92,6 +95,7 @@ class Image {
   int32_t width_ = 0;
   int32_t height_ = 0;
   int32_t rowBytes_ = 0;
+  int32_t guardLength_ = kLeastGuardLength;
   std::vector<uint8_t> bytes_;  ///< guard, rows, guard
 };
 

@@ -4,6 +4,8 @@
 #include <stdexcept>
 #include <utility>
 
+#include "host/HostState.h"
+
 #ifdef _WIN32
 #ifndef NOMINMAX
 #define NOMINMAX
@@ -31,7 +33,9 @@ namespace standin {
 
 namespace {
 
-constexpr const char* kUsualEntryName = "EntryPointFunc";
+// Newer modules, older ones, and the rare forms behind them.
+constexpr const char* kUsualEntryNames[] = {"EffectMain", "EntryPointFunc", "entryPointFunc",
+                                            "main",       "xMain",          "PluginMain"};
 
 #ifdef _WIN32
 
@@ -55,10 +59,10 @@ void closeLibrary(void* handle) {
   FreeLibrary(static_cast<HMODULE>(handle));
 }
 
-PF_EffectEntryPoint findEntry(void* handle, const std::string& name) {
+void* findExport(void* handle, const std::string& name) {
   // Through an object pointer, because a conversion between function types is what compilers warn of.
   const FARPROC found = GetProcAddress(static_cast<HMODULE>(handle), name.c_str());
-  return reinterpret_cast<PF_EffectEntryPoint>(reinterpret_cast<void*>(found));
+  return reinterpret_cast<void*>(found);
 }
 
 std::optional<PiplFacts> findPipl(void* handle) {
@@ -82,8 +86,8 @@ void closeLibrary(void* handle) {
   dlclose(handle);
 }
 
-PF_EffectEntryPoint findEntry(void* handle, const std::string& name) {
-  return reinterpret_cast<PF_EffectEntryPoint>(dlsym(handle, name.c_str()));
+void* findExport(void* handle, const std::string& name) {
+  return dlsym(handle, name.c_str());
 }
 
 std::optional<PiplFacts> findPipl(void*) {
@@ -91,6 +95,53 @@ std::optional<PiplFacts> findPipl(void*) {
 }
 
 #endif
+
+// A module without a resource tells of its effects by a function that calls back once for each. The first that is one
+// counts: the token is the text that takes its entry's name.
+constexpr A_long kEffectKind = 0x65464B54;  // 'eFKT'
+
+A_Err takeEntryName(std::string& name, const A_u_char* entryName, A_long kind) {
+  if (kind == kEffectKind && name.empty() && entryName != nullptr) name = reinterpret_cast<const char*>(entryName);
+  return PF_Err_NONE;
+}
+A_Err takeEffect(void* token, const A_u_char*, const A_u_char*, const A_u_char*, const A_u_char* entryName, A_long kind,
+                 A_long, A_long, A_long) {
+  return takeEntryName(*static_cast<std::string*>(token), entryName, kind);
+}
+A_Err takeEffect2(void* token, const A_u_char*, const A_u_char*, const A_u_char*, const A_u_char* entryName,
+                  A_long kind, A_long, A_long, A_long, const A_u_char*) {
+  return takeEntryName(*static_cast<std::string*>(token), entryName, kind);
+}
+
+constexpr const char* kHostName = "Adobe After Effects";
+constexpr const char* kHostVersion = "13.0";
+
+std::string entryNameByRegistration(void* handle) {
+  using Register = PF_Err (*)(void*, decltype(&takeEffect), SPBasicSuite*, const char*, const char*);
+  using Register2 = PF_Err (*)(void*, decltype(&takeEffect2), SPBasicSuite*, const char*, const char*);
+  std::string name;
+  if (void* newer = findExport(handle, "PluginDataEntryFunction2")) {
+    const PF_Err err = reinterpret_cast<Register2>(newer)(&name, takeEffect2, basicTable(), kHostName, kHostVersion);
+    if (err == PF_Err_NONE && !name.empty()) return name;
+    name.clear();
+  }
+  if (void* older = findExport(handle, "PluginDataEntryFunction")) {
+    const PF_Err err = reinterpret_cast<Register>(older)(&name, takeEffect, basicTable(), kHostName, kHostVersion);
+    if (err != PF_Err_NONE) name.clear();
+  }
+  return name;
+}
+
+// The entry's name, or nothing; told is what the property list says.
+std::string findEntryName(void* handle, const std::string& told) {
+  if (!told.empty() && findExport(handle, told) != nullptr) return told;
+  const std::string registered = entryNameByRegistration(handle);
+  if (!registered.empty() && findExport(handle, registered) != nullptr) return registered;
+  for (const char* usual : kUsualEntryNames) {
+    if (findExport(handle, usual) != nullptr) return usual;
+  }
+  return {};
+}
 
 }  // namespace
 
@@ -105,12 +156,15 @@ LoadedModule::LoadedModule(const std::string& path) {
   path_ = file.string();
   handle_ = openLibrary(file);
   pipl_ = findPipl(handle_);
-  entryName_ = pipl_ && !pipl_->entryName.empty() ? pipl_->entryName : kUsualEntryName;
-  entry_ = findEntry(handle_, entryName_);
-  if (entry_ == nullptr) {
+  const bool isEffect = pipl_ && (pipl_->kind.empty() || pipl_->kind == "eFKT");
+  const std::string told = isEffect ? pipl_->entryName : std::string();
+  entryName_ = findEntryName(handle_, told);
+  if (entryName_.empty()) {
     unload();
-    throw std::runtime_error("the module " + path_ + " has no entry " + entryName_);
+    throw std::runtime_error("the module " + path_ + " has no entry " + (told.empty() ? "EntryPointFunc" : told) +
+                             ", nor one of another usual name");
   }
+  entry_ = reinterpret_cast<PF_EffectEntryPoint>(findExport(handle_, entryName_));
 }
 
 LoadedModule::~LoadedModule() {

@@ -13,8 +13,9 @@ namespace standin {
 /// Loads at construction, unloads at destruction. Can be moved, not copied.
 class LoadedModule {
  public:
-  /// Loads the module. On Windows the entry's name is that of the property list (resource "PIPL" 16000) where there is
-  /// one; else, and on Linux, "EntryPointFunc".
+  /// Loads the module. Its entry is the export that the property list names (Windows: resource "PIPL" 16000, of an
+  /// effect); else the one that the module names when its PluginDataEntryFunction2 or PluginDataEntryFunction is
+  /// called; else the first export of EffectMain, EntryPointFunc, entryPointFunc, main, xMain and PluginMain.
   /// @param path  UTF-8; relative paths are taken from the current folder
   /// @throws std::runtime_error  with one line that names the file and the reason: not there, not a module, no such
   /// entry

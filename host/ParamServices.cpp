@@ -4,6 +4,7 @@
 
 #include "host/DeliverValue.h"
 #include "host/HostState.h"
+#include "host/Refusals.h"
 #include "host/StandInHost.h"
 
 namespace standin {
@@ -188,6 +189,18 @@ PF_Err progress(PF_ProgPtr ref, A_long current, A_long total) {
   return host->owner->onProgress ? host->owner->onProgress(current, total) : PF_Err_NONE;
 }
 
+// An effect with controls of its own drawing is heard and never sent an event: there is no window. Of the record only
+// the events count, since effects leave the rest as it was in their memory.
+PF_Err registerUi(PF_ProgPtr ref, PF_CustomUIInfo* info) {
+  HostState* host = HostState::current();
+  if (host == nullptr || info == nullptr) return PF_Err_BAD_CALLBACK_PARAM;
+  host->checkRef(ref, "register_ui");
+  const std::string text = "events " + std::to_string(info->events);
+  if (const auto fault = host->fault("register_ui")) return host->note("register_ui", text, *fault);
+  host->customEvents = info->events;
+  return host->note("register_ui", text, PF_Err_NONE);
+}
+
 // What may be changed of a parameter's look, and nothing else of the record.
 void takeLook(Control& control, const PF_ParamDef& from) {
   constexpr PF_ParamUIFlags uiBits = PF_PUI_DISABLED | PF_PUI_ECW_SEPARATOR;
@@ -208,6 +221,8 @@ void takeLook(Control& control, const PF_ParamDef& from) {
     own.u.fs_d.display_flags = from.u.fs_d.display_flags;
   }
 }
+
+}  // namespace
 
 PF_Err updateParamUi(PF_ProgPtr ref, PF_ParamIndex index, const PF_ParamDef* definition) {
   HostState* host = HostState::current();
@@ -236,8 +251,6 @@ PF_Err updateParamUi(PF_ProgPtr ref, PF_ParamIndex index, const PF_ParamDef* def
   return host->note("PF_UpdateParamUI", text, PF_Err_NONE);
 }
 
-}  // namespace
-
 PF_InteractCallbacks interactTable() {
   PF_InteractCallbacks table{};
   table.checkout_param = checkoutParam;
@@ -245,17 +258,11 @@ PF_InteractCallbacks interactTable() {
   table.add_param = addParam;
   table.abort = abortAsked;
   table.progress = progress;
-  table.register_ui = refused;
-  table.checkout_layer_audio = refused;
-  table.checkin_layer_audio = refused;
-  table.get_audio_data = refused;
+  table.register_ui = registerUi;
+  table.checkout_layer_audio = refused<"checkout_layer_audio">;
+  table.checkin_layer_audio = refused<"checkin_layer_audio">;
+  table.get_audio_data = refused<"get_audio_data">;
   return table;
-}
-
-const PF_ParamUtilsSuite1* paramUtilsSuite() {
-  static const PF_ParamUtilsSuite1 suite = {updateParamUi, refused, refused, refused, refused,
-                                            refused,       refused, refused, refused, refused};
-  return &suite;
 }
 
 }  // namespace standin

@@ -1,9 +1,9 @@
 /// The smart road as the host walks it: pre-render, a render or none, and the end of the effect's data.
-#include <cstdlib>
 #include <utility>
 
 #include "host/HostState.h"
 #include "host/Rects.h"
+#include "host/Refusals.h"
 #include "host/StandInHost.h"
 
 namespace standin {
@@ -14,6 +14,19 @@ namespace {
 void checkOutput(HostState& host, const Image& output) {
   if (!output.guardsIntact()) {
     host.books.complain(Matter::kOutside, "bytes outside the output were changed", PF_Cmd_SMART_RENDER);
+  }
+}
+
+// Effects may leave a handle of the host without a function, and may have disposed of it themselves meanwhile. Other
+// memory comes from the effect's own heap, of whose kind the host knows nothing.
+void dropWithoutFunction(HostState& host, void* data) {
+  HandleStore::Record* record = host.handles.find(static_cast<PF_Handle>(data));
+  if (record == nullptr) {
+    host.books.complain(Matter::kPreRender,
+                        "pre-render data that is no handle has no delete function; it is left alone",
+                        PF_Cmd_SMART_PRE_RENDER);
+  } else if (record->open) {
+    host.handles.dispose(*record);
   }
 }
 
@@ -59,7 +72,7 @@ struct PreRendered::State {
     if (output.delete_pre_render_data_func != nullptr) {
       output.delete_pre_render_data_func(data);
     } else {
-      std::free(data);
+      dropWithoutFunction(*host, data);
     }
   }
 };
@@ -152,7 +165,7 @@ PreRendered StandInHost::preRender(const FrameRequest& request, const ParameterV
   PF_PreRenderInput input{};
   input.output_request = state->request;
   input.bitdepth = static_cast<short>(request.depth());
-  PF_PreRenderCallbacks callbacks{checkoutLayer, refused};
+  PF_PreRenderCallbacks callbacks{checkoutLayer, refused<"GuidMixInPtr">};
   PF_PreRenderExtra extra{&input, &state->output, &callbacks};
   host.smart = &state->smart;
   state->error = host.callEntry(PF_Cmd_SMART_PRE_RENDER, nullptr, nullptr, &extra);

@@ -4,7 +4,9 @@
 #include <cstring>
 #include <new>
 #include <stdexcept>
+#include <utility>
 
+#include "host/ArbitraryData.h"
 #include "host/DeliverValue.h"
 #include "host/HostState.h"
 
@@ -113,15 +115,18 @@ PF_Err StandInHost::globalSetup() {
 }
 
 PF_Err StandInHost::paramsSetup() {
+  disposeArbitraryValues(*state_);
   state_->controls.clear();
   state_->values = ParameterValues();
   const PF_Err err = state_->callEntry(PF_Cmd_PARAMS_SETUP, nullptr, nullptr, nullptr);
+  if (err == PF_Err_NONE) makeArbitraryValues(*state_);
   state_->values = ParameterValues(state_->controls);
   if (err == PF_Err_NONE) checkControls(*state_);
   return err;
 }
 
 PF_Err StandInHost::globalSetdown() {
+  disposeArbitraryValues(*state_);
   return state_->callEntry(PF_Cmd_GLOBAL_SETDOWN, nullptr, nullptr, nullptr);
 }
 PF_Err StandInHost::sequenceSetup() {
@@ -231,6 +236,46 @@ const PF_OutData& StandInHost::outData() const {
 }
 PF_ProgPtr StandInHost::effectRef() const {
   return state_->effectRef();
+}
+
+namespace {
+
+Control& arbitraryControl(HostState& host, const ControlKey& key) {
+  const Control* found = key.find(host.controls);
+  if (found == nullptr) throw std::out_of_range("there is no control " + key.text());
+  if (found->type != PF_Param_ARBITRARY_DATA) {
+    throw std::invalid_argument("the control " + key.text() + " is not of arbitrary data");
+  }
+  return host.controls[static_cast<size_t>(found->index) - 1];
+}
+
+// Takes over what the effect made, if it made anything.
+bool takeArbitrary(HostState& host, Control& control, PF_ArbitraryH made) {
+  if (made == nullptr) return false;
+  ArbitraryData(host, control).dispose(std::exchange(control.definition.u.arb_d.value, made));
+  return true;
+}
+
+}  // namespace
+
+std::vector<uint8_t> StandInHost::arbitraryBytes(const ControlKey& key) {
+  const Control& control = arbitraryControl(*state_, key);
+  return ArbitraryData(*state_, control).bytesOf(control.definition.u.arb_d.value).value_or(std::vector<uint8_t>());
+}
+
+bool StandInHost::setArbitraryBytes(const ControlKey& key, const std::vector<uint8_t>& bytes) {
+  Control& control = arbitraryControl(*state_, key);
+  return takeArbitrary(*state_, control, ArbitraryData(*state_, control).fromBytes(bytes));
+}
+
+std::string StandInHost::arbitraryText(const ControlKey& key) {
+  const Control& control = arbitraryControl(*state_, key);
+  return ArbitraryData(*state_, control).textOf(control.definition.u.arb_d.value).value_or("");
+}
+
+bool StandInHost::setArbitraryText(const ControlKey& key, const std::string& text) {
+  Control& control = arbitraryControl(*state_, key);
+  return takeArbitrary(*state_, control, ArbitraryData(*state_, control).fromText(text));
 }
 
 PF_Handle StandInHost::sequenceData() const {

@@ -143,6 +143,13 @@ class StandInHost {
   /// Frees the sequence data as a host may after a flatten, without telling the effect.
   void dropSequence();
 
+  // Arbitrary data: one value for each such parameter, from the parameters' set-up to the global set-down. Each throws
+  // as ParameterValues does when there is no such control or it is of another kind.
+  std::vector<uint8_t> arbitraryBytes(const ControlKey& key);  ///< flattened; empty when the effect can't
+  bool setArbitraryBytes(const ControlKey& key, const std::vector<uint8_t>& bytes);  ///< false: the effect refused
+  std::string arbitraryText(const ControlKey& key);                                  ///< as for the clipboard
+  bool setArbitraryText(const ControlKey& key, const std::string& text);
+
   // Instruments.
   HostSettings& settings();
   Faults& faults();

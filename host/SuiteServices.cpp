@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "host/HostState.h"
+#include "host/Refusals.h"
 
 namespace standin {
 
@@ -22,8 +23,35 @@ const void* offered(std::string_view name, int32_t version) {
       {kPFWorldSuite, kPFWorldSuiteVersion2, worldSuite2()},
       {kPFFillMatteSuite, kPFFillMatteSuiteVersion2, fillMatteSuite()},
       {kPFWorldTransformSuite, kPFWorldTransformSuiteVersion1, worldTransformSuite()},
-      {kPFAppSuite, kPFAppSuiteVersion6, appSuite()},
-      {kPFParamUtilsSuite, kPFParamUtilsSuiteVersion2, paramUtilsSuite()},
+      {kPFAppSuite, kPFAppSuiteVersion6, appSuite6()},
+      {kPFAppSuite, kPFAppSuiteVersion7, appSuite7()},
+      {kPFAppSuite, kPFAppSuiteVersion1, appSuite1()},
+      {kPFParamUtilsSuite, kPFParamUtilsSuiteVersion2, paramUtilsSuite2()},
+      {kPFParamUtilsSuite, kPFParamUtilsSuiteVersion3, paramUtilsSuite3()},
+      {kPFEffectUISuite, 1, effectUiSuite()},
+      {kPFAnsiSuite, 1, &utilTable()->ansi},  // the suite's members, in its order, and a reserved one behind them
+      {kPFIterate8Suite, 1, iterate8Suite()},
+      {kPFIterate8Suite, 2, iterate8Suite()},
+      {kPFIterate16Suite, 1, iterate16Suite()},
+      {kPFIterate16Suite, 2, iterate16Suite()},
+      {kPFIterateFloatSuite, 1, iterateFloatSuite()},
+      {kPFIterateFloatSuite, 2, iterateFloatSuite()},
+      {kPFPixelDataSuite, 1, pixelDataSuite()},
+      {kPFPixelDataSuite, 2, pixelDataSuite()},
+      {kPFColorSuite, 1, colorSuite()},
+      {kPFColor16Suite, 1, color16Suite()},
+      {kPFColorFloatSuite, 1, colorFloatSuite()},
+      {kPFSampling8Suite, 1, sampling8Suite()},
+      {kPFSampling16Suite, 1, sampling16Suite()},
+      {kPFSamplingFloatSuite, 1, samplingFloatSuite()},
+      {kAEGPUtilitySuite, 3, aegpUtilitySuite()},  // 3 and 5 are beginnings of 7
+      {kAEGPUtilitySuite, 5, aegpUtilitySuite()},
+      {kAEGPUtilitySuite, 7, aegpUtilitySuite()},
+      {kAEGPRenderQueueSuite, 1, renderQueueSuite()},
+      {kAEGPMemorySuite, 1, aegpMemorySuite()},
+      {kAEGPPFInterfaceSuite, 1, pfInterfaceSuite()},
+      {kAEGPIterateSuite, 1, aegpIterateSuite()},
+      {kAEGPIterateSuite, 2, aegpIterateSuite()},
   };
   for (const Offer& offer : offers) {
     if (offer.name == name && offer.version == version) return offer.table;
@@ -81,7 +109,13 @@ SPBoolean isEqual(const char* a, const char* b) {
 }  // namespace
 
 SPBasicSuite* basicTable() {
-  static SPBasicSuite table = {acquire, release, isEqual, refused, refused, refused, refused};
+  static SPBasicSuite table = {acquire,
+                               release,
+                               isEqual,
+                               refused<"AllocateBlock">,
+                               refused<"FreeBlock">,
+                               refused<"ReallocateBlock">,
+                               refused<"Undefined">};
   return &table;
 }
 

@@ -249,14 +249,16 @@ TEST_F(Roads, preRenderDataMayOutliveOtherFrames) {
   EXPECT_EQ(g_deleted, 2);
 }
 
-TEST_F(Roads, dataWithoutADeleterIsFreedPlainly) {
+TEST_F(Roads, aHandleWithoutADeleterIsDisposedOf) {
   effect.on[PF_Cmd_SMART_PRE_RENDER] = [](const Call& call) {
-    call.preRender().output->pre_render_data = std::malloc(64);
+    call.preRender().output->pre_render_data = call.in->utils->host_new_handle(64);
     return PF_Err{0};
   };
   standin::PreRendered pre = host.preRender(frameOf(4, 4), host.defaults());
+  EXPECT_EQ(host.books().openCount(Matter::kHandle), 1);
   pre.discard();
   EXPECT_EQ(pre.data(), nullptr);
+  EXPECT_TRUE(host.books().clean()) << report();
 }
 
 TEST_F(Roads, anInputSmallerThanTheLayerBearsItsOrigin) {

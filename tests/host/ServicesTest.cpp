@@ -323,7 +323,7 @@ TEST_F(Services, aForeignEffectRefIsAComplaint) {
 }
 
 TEST_F(Services, aServiceThatIsNotThereSaysSo) {
-  EXPECT_EQ(host.utils()->premultiply(host.effectRef(), 1, nullptr), PF_Err_INVALID_CALLBACK);
+  EXPECT_EQ(host.utils()->gaussian_kernel(host.effectRef(), 1.0, 0, 1.0, nullptr, nullptr), PF_Err_INVALID_CALLBACK);
   EXPECT_EQ(host.books().complaintCount(Matter::kUnknownService), 1);
 }
 

@@ -1,4 +1,4 @@
-/// What the host tells of itself, the C library as it lends it, and the table that gathers the callbacks.
+/// The utilities: the table that gathers the callbacks, the C library as the host lends it, and the host's paths.
 #include <algorithm>
 #include <cmath>
 #include <cstdarg>
@@ -6,18 +6,11 @@
 #include <cstring>
 
 #include "host/HostState.h"
+#include "host/Refusals.h"
 
 namespace standin {
 
 namespace {
-
-PF_Err isRenderEngine(PF_Boolean* answer) {
-  HostState* host = HostState::current();
-  if (host == nullptr || answer == nullptr) return PF_Err_BAD_CALLBACK_PARAM;
-  if (const auto fault = host->fault("PF_IsRenderEngine")) return host->note("PF_IsRenderEngine", "", *fault);
-  *answer = host->settings.renderEngine ? 1 : 0;
-  return host->note("PF_IsRenderEngine", host->settings.renderEngine ? "yes" : "no", PF_Err_NONE);
-}
 
 std::string modulePath(const HostState& host) {
   if (host.settings.modulePath) return *host.settings.modulePath;
@@ -65,7 +58,7 @@ PF_Err getPlatformData(PF_ProgPtr ref, PF_PlatDataID which, void* data) {
 }
 
 PF_Err applicationCall(PF_ProgPtr, A_long, ...) {
-  complainOfUnknownService();
+  noteRefusal("app");
   return PF_Err_INVALID_CALLBACK;
 }
 
@@ -105,47 +98,47 @@ PF_ANSICallbacks ansiTable() {
 
 PF_UtilCallbacks makeUtilTable() {
   PF_UtilCallbacks table{};
-  table.begin_sampling = refused;
-  table.subpixel_sample = refused;
-  table.area_sample = refused;
-  table.end_sampling = refused;
-  table.composite_rect = refused;
-  table.blend = refused;
-  table.convolve = refused;
+  table.begin_sampling = beginOrEndSampling;
+  table.subpixel_sample = sampling8Suite()->subpixel_sample;
+  table.area_sample = sampling8Suite()->area_sample;
+  table.end_sampling = beginOrEndSampling;
+  table.composite_rect = compositeRect;
+  table.blend = blend;
+  table.convolve = convolve;
   table.copy = copy;
   table.fill = fill8;
-  table.gaussian_kernel = refused;
-  table.iterate = refused;
-  table.premultiply = refused;
-  table.premultiply_color = refused;
+  table.gaussian_kernel = refused<"gaussian_kernel">;
+  table.iterate = iterate8Suite()->iterate;
+  table.premultiply = premultiply;
+  table.premultiply_color = premultiplyColor8;
   table.new_world = newWorld1;
   table.dispose_world = disposeWorld1;
-  table.iterate_origin = refused;
-  table.iterate_lut = refused;
+  table.iterate_origin = iterate8Suite()->iterate_origin;
+  table.iterate_lut = iterate8Suite()->iterate_lut;
   table.transfer_rect = transfer;
-  table.transform_world = refused;
+  table.transform_world = transformWorld;
   table.host_new_handle = newHandle;
   table.host_lock_handle = lockHandle;
   table.host_unlock_handle = unlockHandle;
   table.host_dispose_handle = disposeHandle;
-  table.get_callback_addr = refused;
+  table.get_callback_addr = refused<"get_callback_addr">;
   table.app = applicationCall;
   table.ansi = ansiTable();
-  table.colorCB = {refused, refused, refused, refused, refused, refused, refused, refused};
+  table.colorCB = colorCallbacks();
   table.get_platform_data = getPlatformData;
   table.host_get_handle_size = handleSize;
-  table.iterate_origin_non_clip_src = refused;
-  table.iterate_generic = refused;
+  table.iterate_origin_non_clip_src = iterate8Suite()->iterate_origin_non_clip_src;
+  table.iterate_generic = iterate8Suite()->iterate_generic;
   table.host_resize_handle = resizeHandle;
-  table.subpixel_sample16 = refused;
-  table.area_sample16 = refused;
+  table.subpixel_sample16 = sampling16Suite()->subpixel_sample16;
+  table.area_sample16 = sampling16Suite()->area_sample16;
   table.fill16 = fill16;
-  table.premultiply_color16 = refused;
-  table.iterate16 = refused;
-  table.iterate_origin16 = refused;
-  table.iterate_origin_non_clip_src16 = refused;
-  table.get_pixel_data8 = refused;
-  table.get_pixel_data16 = refused;
+  table.premultiply_color16 = premultiplyColor16;
+  table.iterate16 = iterate16Suite()->iterate;
+  table.iterate_origin16 = iterate16Suite()->iterate_origin;
+  table.iterate_origin_non_clip_src16 = iterate16Suite()->iterate_origin_non_clip_src;
+  table.get_pixel_data8 = pixelDataSuite()->get_pixel_data8;
+  table.get_pixel_data16 = pixelDataSuite()->get_pixel_data16;
   return table;
 }
 
@@ -154,12 +147,6 @@ PF_UtilCallbacks makeUtilTable() {
 PF_UtilCallbacks* utilTable() {
   static PF_UtilCallbacks table = makeUtilTable();
   return &table;
-}
-
-const PFAppSuite4* appSuite() {
-  static const PFAppSuite4 suite = {refused, refused, refused, refused, refused, isRenderEngine,
-                                    refused, refused, refused, refused, refused};
-  return &suite;
 }
 
 }  // namespace standin
