@@ -421,6 +421,14 @@ TEST(Transfer, placesBeyondThirtyTwoBitsLieOutside) {
     standin::transferRect(Depth::k8, &wide, source.view(), modeOf(PF_Xfer_IN_FRONT), std::nullopt, x, y, target.view());
     EXPECT_TRUE(standin::samePixels(target, Image(Depth::k8, 4, 4))) << x << " " << y;
   }
+  const PF_Rect wideOnly{least, 0, 3, 2};
+  const PF_Rect highOnly{0, least, 3, 2};
+  Image beside(Depth::k8, 4, 4, 4);
+  standin::transferRect(Depth::k8, &wideOnly, source.view(), modeOf(PF_Xfer_IN_FRONT), std::nullopt, most, 0,
+                        beside.view());
+  standin::transferRect(Depth::k8, &highOnly, source.view(), modeOf(PF_Xfer_IN_FRONT), std::nullopt, 0, most,
+                        beside.view());
+  EXPECT_TRUE(standin::samePixels(beside, Image(Depth::k8, 4, 4)));
   // With the rectangle's own start as place the source lies at the target's left top.
   Image target(Depth::k8, 4, 4, 4);
   standin::transferRect(Depth::k8, &wide, source.view(), modeOf(PF_Xfer_IN_FRONT), std::nullopt, least, least,
