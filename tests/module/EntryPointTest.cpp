@@ -174,8 +174,9 @@ TEST(AnotherLoad, ofTheModuleBeginsToCountAnew) {
 class FirstCall : public LoadedOnly {
  protected:
   void SetUp() override {
-    // On Linux the module carries an unwinder of its own. An exception of the module gets through the process's frames
-    // only when the process's unwinder has been at work before.
+    // On Linux the module carries an unwinder of its own, but the frames of the process are left by the process's,
+    // which aborts until a first throw of the process itself has filled its table of register sizes. Without this
+    // throw, what the module throws ends the process although the test would catch it.
     try {
       throw 1;
     } catch (int) {
@@ -207,21 +208,17 @@ TEST_F(FirstCall, withoutMemoryForTheFilterReturnsFourAndKeepsTheRest) {
 }
 
 // What is thrown while the first call builds leaves the module: the protected part begins behind it.
-TEST_F(FirstCall, withoutMemoryForAControlThrowsAndIsTriedAgainByTheNext) {
-  host.faults().fail("host_new_handle", 50, PF_Err_OUT_OF_MEMORY);
-  EXPECT_ANY_THROW(host.call(PF_Cmd_EVENT));
-  EXPECT_EQ(host.call(PF_Cmd_EVENT), 0);
-  EXPECT_EQ(openHandles(host), 125) << "nothing of the first attempt is left";
-  EXPECT_EQ(host.call(PF_Cmd_GLOBAL_SETDOWN), 0);
-  EXPECT_EQ(owed(), "");
-}
-
-TEST_F(FirstCall, withoutRoomForPendingErrorsThrowsAndIsTriedAgainByTheNext) {
-  host.faults().fail("host_new_handle", 2, PF_Err_OUT_OF_MEMORY);
-  EXPECT_ANY_THROW(host.call(PF_Cmd_EVENT));
-  EXPECT_EQ(host.call(PF_Cmd_EVENT), 0);
-  EXPECT_EQ(host.call(PF_Cmd_GLOBAL_SETDOWN), 0);
-  EXPECT_EQ(owed(), "");
+TEST_F(FirstCall, withoutMemoryForAnyOtherBlockThrowsAndIsTriedAgainByTheNext) {
+  // The list of pending errors, its room, and 122 controls.
+  for (int32_t block = 1; block <= 124; ++block) {
+    SCOPED_TRACE("block " + std::to_string(block));
+    host.faults().fail("host_new_handle", block, PF_Err_OUT_OF_MEMORY);
+    EXPECT_ANY_THROW(host.call(PF_Cmd_EVENT));
+    EXPECT_EQ(host.call(PF_Cmd_EVENT), 0);
+    EXPECT_EQ(openHandles(host), 125) << "nothing of the first attempt is left";
+    EXPECT_EQ(host.call(PF_Cmd_GLOBAL_SETDOWN), 0);
+    EXPECT_EQ(owed(), "");
+  }
 }
 
 TEST_F(FirstCall, withoutTheSuiteThatTellsOfTheRenderEngineThrowsTheBareNumber) {

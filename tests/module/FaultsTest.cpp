@@ -203,7 +203,7 @@ INSTANTIATE_TEST_SUITE_P(Frames, FaultsInAFrame, testing::ValuesIn(allCases()), 
 /// A command outside of frames, in the life of an instance that is otherwise well.
 struct OtherCommand {
   const char* name;
-  bool setsUp;                                        ///< no frame can follow when it fails
+  bool noFrameFollows;                                ///< a set-up that failed, or a set-down
   bool replacesTheRecord;                             ///< leaves the handle of the sequence data that it found
   bool locksTheRecord;                                ///< may leave it locked
   std::function<void(standin::StandInHost&)> before;  ///< brings the life up to it
@@ -240,6 +240,15 @@ std::vector<OtherCommand> otherCommands() {
          values.setPopup("Distance Between", betweenCenters);
          return host.userChangedParam("Distance Between", values).error;
        }},
+      {"about", false, false, false, started, [](Host& host) { return host.call(PF_Cmd_ABOUT); }},
+      {"doDialog", false, false, false, started, [](Host& host) { return host.doDialog(host.defaults()); }},
+      {"sequenceSetdown", true, false, false, started, [](Host& host) { return host.sequenceSetdown(); }},
+      {"globalSetdown", true, false, false,
+       [](Host& host) {
+         ASSERT_EQ(host.start(), 0);
+         ASSERT_EQ(host.sequenceSetdown(), 0);
+       },
+       [](Host& host) { return host.globalSetdown(); }},
   };
 }
 
@@ -273,7 +282,7 @@ class FaultsOfACommand : public testing::TestWithParam<OtherCommand> {
     } else {
       EXPECT_FALSE(told);
     }
-    if (!command.setsUp) {
+    if (!command.noFrameFollows) {
       const RenderResult next = host.renderSmart(smallFrame(Depth::k8), host.defaults());
       EXPECT_EQ(next.error, 0);
       EXPECT_TRUE(samePixels(next.output, whole)) << "the frame after it differs";
