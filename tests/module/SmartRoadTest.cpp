@@ -1,7 +1,7 @@
 // The smart road of a frame: what the pre-render asks for and keeps, and what the render makes of it.
 #include <tuple>
 
-#include "tests/module/HostedModule.h"
+#include "tests/module/WholeFrame.h"
 
 namespace {
 
@@ -15,8 +15,6 @@ using standin::Matter;
 using standin::ParameterValues;
 using standin::PreRendered;
 using standin::RenderResult;
-
-enum MaskItem : int32_t { normal = 1, none = 2, layer = 3 };
 
 std::string text(const PF_LRect& rect) {
   return std::to_string(rect.left) + ' ' + std::to_string(rect.top) + ' ' + std::to_string(rect.right) + ' ' +
@@ -82,7 +80,7 @@ TEST_F(SmartRoad, anInvertedNormalMaskAsksForTheWholeLayer) {
 }
 
 TEST_F(SmartRoad, aMaskOfNoneAsksForTheWholeLayer) {
-  values.setPopup("Mask", none);
+  values.setPopup("Mask", moduletest::maskNone);
   const PreRendered made = host.preRender(partOfALayer(), values);
   ASSERT_EQ(made.error(), 0);
   EXPECT_EQ(text(made.resultRect()), "0 0 40 30");
@@ -91,7 +89,7 @@ TEST_F(SmartRoad, aMaskOfNoneAsksForTheWholeLayer) {
 }
 
 TEST_F(SmartRoad, aMaskLayerAsksForTheWholeDownsampledLayer) {
-  values.setPopup("Mask", layer);
+  values.setPopup("Mask", moduletest::maskLayer);
   FrameRequest request = partOfALayer();
   request.layerWidth = 81;
   request.layerHeight = 121;
@@ -208,7 +206,7 @@ TEST_F(SmartRoad, anInputWithoutPixelsIsNotDrawnButCheckedIn) {
   request.input = Image();
   request.layerWidth = 24;
   request.layerHeight = 16;
-  values.setPopup("Mask", none);  // else nothing would be asked for at all
+  values.setPopup("Mask", moduletest::maskNone);  // else nothing would be asked for at all
   PreRendered made = host.preRender(request, values);
   ASSERT_EQ(made.error(), 0);
   const RenderResult result = made.render();
@@ -365,7 +363,7 @@ TEST_F(SmartRoad, aFailedFetchIsToldAndNoLayerIsRequested) {
 
 TEST_F(SmartRoad, aFailedFetchStillFillsTheRectangles) {
   // "Mask" is fetched before the value that fails.
-  values.setPopup("Mask", none);
+  values.setPopup("Mask", moduletest::maskNone);
   host.faults().fail("checkout_param", 60, 81);
   const PreRendered made = host.preRender(partOfALayer(), values);
   EXPECT_EQ(made.error(), 81);
@@ -433,7 +431,7 @@ TEST_F(BothRoads, giveTheSamePixelsAtEveryDepthAndMask) {
   values.setLayer("Mask Target Layer", LayerValue::of(mask));
   values.setAngle("Global Rotation", 20);
   for (const Depth depth : standin::kAllDepths) {
-    for (const int32_t item : {normal, none, layer}) {
+    for (const int32_t item : {moduletest::maskNormal, moduletest::maskNone, moduletest::maskLayer}) {
       for (const bool inverted : {false, true}) {
         values.setPopup("Mask", item);
         values.setCheckbox("Invert Mask", inverted);
@@ -493,11 +491,11 @@ TEST_F(BothRoads, differWhereALayerIsGreyedThoughItIsAskedFor) {
   values.setLayer("Mask Target Layer", LayerValue::of(opaquePicture(Depth::k8, 24, 16)));
   values.setCheckbox("Clear Background", true);
   values.setNumber("Dot Size", 200);
-  values.setPopup("Mask", none);
+  values.setPopup("Mask", moduletest::maskNone);
   ASSERT_EQ(host.updateParamsUi(values), 0);
   // The mask is switched to the layer, and the frame comes before the controls were updated: the classic road doesn't
   // fetch a greyed layer, the smart road asks for every layer.
-  values.setPopup("Mask", layer);
+  values.setPopup("Mask", moduletest::maskLayer);
   const RenderResult classic = host.renderClassic(frame(), values);
   const RenderResult smart = host.renderSmart(frame(), values);
   EXPECT_TRUE(moduletest::isTransparentBlack(classic.output));
