@@ -50,5 +50,28 @@ TEST_F(FrameSizes, dotsAreDrawnBelowRow4096) {
   });
 }
 
+TEST_F(FrameSizes, everyShapeCoversAsMuchBelowRow4096AsAtTheTop) {
+  values.setNumber("Dot Size", 8);
+  values.setPoint("Center Position", 8, 2100);
+  setPitch(1000, 2000);
+  const auto areaOfRows = [](const standin::Image& picture, int32_t first, int32_t behind) {
+    double area = 0;
+    for (int32_t y = first; y < behind; ++y) {
+      for (int32_t x = 0; x < picture.width(); ++x) area += alphaAt(picture, x, y);
+    }
+    return area;
+  };
+  for (int32_t shape = 1; shape <= itemsOf("Dot Shape"); ++shape) {
+    values.setPopup("Dot Shape", shape);
+    for (const standin::Depth depth : standin::kAllDepths) {
+      SCOPED_TRACE("shape " + std::to_string(shape) + bitsOf(depth));
+      const standin::Image picture = render(depth, 16, 4200);
+      const double top = areaOfRows(picture, 95, 105);
+      EXPECT_GT(top, 10);  // a star of this size covers some 18 pixels, the others more
+      EXPECT_NEAR(areaOfRows(picture, 4095, 4105), top, 0.5);
+    }
+  }
+}
+
 }  // namespace
 }  // namespace moduletest
