@@ -110,6 +110,8 @@ void takeShot(const CLI::App& command, const Words& words, Arguments& arguments)
   }
   if (command.count("--log") > 0) arguments.log = logFormFrom(words.log);
   arguments.skipExisting = words.skipExisting;
+  arguments.animation = words.animation;
+  arguments.valueTable = words.valueTable;
 }
 
 void takeRender(const CLI::App& command, const Words& words, Arguments& arguments) {

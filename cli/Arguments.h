@@ -25,6 +25,8 @@ struct Arguments {
 
   std::filesystem::path module;  ///< empty: the one that was built with this program
   std::optional<std::filesystem::path> preset;
+  std::string animation;   ///< a file of keys; empty: none
+  std::string valueTable;  ///< a file of values by frame; empty: none
   std::vector<Assignment> sets;
   std::vector<Assignment> layers;
 

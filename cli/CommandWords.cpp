@@ -30,6 +30,10 @@ void addLayers(CLI::App& app, Words& words) {
 }
 
 void addShot(CLI::App& app, Words& words) {
+  app.add_option("--animate", words.animation, "Keys of controls over time from a file; they go over the preset's")
+      ->type_name("FILE.json");
+  app.add_option("--values", words.valueTable, "Values of controls a frame from a table; they go over the keys")
+      ->type_name("FILE.csv");
   app.add_option("--frames", words.frames,
                  "Frames of numbered files, as in 1-200, 1-200x2 or 1,5,9-12 (default: all that IN finds)")
       ->type_name("LIST");

@@ -28,6 +28,8 @@ struct Words {
   std::string jobs;
   std::string frameTimeout;
   std::string chunk;
+  std::string animation;
+  std::string valueTable;
   std::string pngLevel;
   std::string log;
   bool skipExisting = false;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <system_error>
 #include <utility>
 
 #include "cli/ImageFile.h"
@@ -60,11 +61,61 @@ bool takesSmartRoad(Road road, const EffectSession& session) {
   return road == Road::asModuleSays ? offered : road == Road::smart;
 }
 
-standin::ParameterValues valuesOf(const Arguments& arguments, const EffectSession& session) {
+/// A layer's picture that is a row of numbered files; a name that looks so but is a file that there is, is that file.
+std::optional<FramePattern> rowOfFiles(const std::string& text) {
+  std::error_code ignored;
+  return fs::exists(text, ignored) ? std::nullopt : FramePattern::in(text);
+}
+
+/// The layers that have one picture each.
+std::vector<Assignment> stills(const std::vector<Assignment>& layers) {
+  std::vector<Assignment> some;
+  for (const Assignment& layer : layers) {
+    if (!rowOfFiles(layer.text)) some.push_back(layer);
+  }
+  return some;
+}
+
+void followRows(const std::vector<Assignment>& layers, const EffectSession& session, uint64_t mostMemory,
+                Animation& animation) {
+  for (const Assignment& layer : layers) {
+    auto files = rowOfFiles(layer.text);
+    if (!files) continue;
+    const ControlFacts& control = findControl(session.controls(), layer.name);
+    if (control.kind != ControlKind::layer) throw UserError("'" + control.name + "' is no layer; give it by --set");
+    animation.follow(control.index, std::move(*files), mostMemory);
+  }
+}
+
+/// From the weakest to the strongest: the preset, its keys, the keys' file, the table, and what was given by hand.
+Animation animationOf(const Arguments& arguments, const EffectSession& session) {
   std::optional<Preset> preset;
+  const std::string presetName = arguments.preset ? arguments.preset->string() : "";
   if (arguments.preset) preset = readPreset(*arguments.preset, arguments.pathsOfPreset);
-  return session.values(preset ? &*preset : nullptr, arguments.preset ? arguments.preset->string() : "", arguments.sets,
-                        arguments.layers, arguments.mostMemory);
+  const std::vector<Assignment> rows = preset ? preset->layers : std::vector<Assignment>();
+  if (preset) preset->layers = stills(preset->layers);
+
+  const standin::ParameterValues all = session.values(preset ? &*preset : nullptr, presetName, arguments.sets,
+                                                      stills(arguments.layers), arguments.mostMemory);
+  Animation animation(session.controls(), all, arguments.frameRate, arguments.start);
+  followRows(rows, session, arguments.mostMemory, animation);
+  if (preset) animation.add(preset->animation, "preset '" + presetName + "': ");
+  if (!arguments.animation.empty()) {
+    animation.add(readAnimation(arguments.animation), "animation '" + arguments.animation + "': ");
+  }
+  if (!arguments.valueTable.empty()) {
+    animation.add(readValueTable(arguments.valueTable), "table '" + arguments.valueTable + "': ");
+  }
+  const auto holdAll = [&](const std::vector<Assignment>& assignments) {
+    for (const Assignment& given : assignments) {
+      const int32_t index = findControl(session.controls(), given.name).index;
+      animation.hold(index, all.value(index));
+    }
+  };
+  holdAll(arguments.sets);
+  holdAll(stills(arguments.layers));
+  followRows(arguments.layers, session, arguments.mostMemory, animation);
+  return animation;
 }
 
 }  // namespace
@@ -72,8 +123,8 @@ standin::ParameterValues valuesOf(const Arguments& arguments, const EffectSessio
 FrameDrawer::FrameDrawer(const Arguments& arguments)
     : arguments_(arguments),
       session_(arguments.module, arguments.storedDefaults ? Defaults::stored : Defaults::builtIn),
-      values_(valuesOf(arguments, session_)),
-      warnings_(missingLayers(session_.controls(), values_)),
+      animation_(animationOf(arguments, session_)),
+      warnings_(missingLayers(session_.controls(), animation_.base())),
       smart_(takesSmartRoad(arguments.road, session_)) {}
 
 Image FrameDrawer::read(const fs::path& file) const {
@@ -90,12 +141,26 @@ Image FrameDrawer::draw(const Image& picture, const fs::path& file, int32_t numb
     if (progress) progress(done, total);
     return PF_Err_NONE;
   };
-  const standin::RenderResult result =
-      smart_ ? host.renderSmart(request, values_) : host.renderClassic(request, values_);
+  std::string missing;
+  if (animation_.moves()) {
+    host.valueAt = [&](int32_t index, A_long time, A_u_long timeScale) {
+      try {
+        return animation_.at(index, time, timeScale);
+      } catch (const UserError& error) {
+        // Nothing may fly through the effect; the frame fails when it comes back.
+        missing = error.what();
+        return animation_.base().value(index);
+      }
+    };
+  }
+  const standin::ParameterValues values = animation_.moves() ? animation_.at(number) : animation_.base();
+  const standin::RenderResult result = smart_ ? host.renderSmart(request, values) : host.renderClassic(request, values);
   host.onProgress = nullptr;
+  host.valueAt = nullptr;
   // Notes of single calls are for tests; over a long shot they would pile up.
   host.log().clear();
   host.books().clear();
+  if (!missing.empty()) throw UserError(missing);
   session_.check(result.error, "while drawing");
   if (!result.rendered) throw EffectError("the effect drew nothing");
   return onWholeLayer(result.output, request);

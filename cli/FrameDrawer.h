@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "cli/Animation.h"
 #include "cli/Arguments.h"
 #include "cli/EffectSession.h"
 #include "host/Image.h"
@@ -40,7 +41,7 @@ class FrameDrawer {
  private:
   const Arguments& arguments_;
   EffectSession session_;
-  standin::ParameterValues values_;
+  Animation animation_;
   std::vector<std::string> warnings_;
   bool smart_ = false;
 };

@@ -1,43 +1,17 @@
 #include "cli/Preset.h"
 
 #include <nlohmann/json.hpp>
-#include <set>
 #include <system_error>
 
-#include "cli/ControlValue.h"
+#include "cli/JsonFile.h"
 #include "cli/NearestName.h"
 #include "cli/UserError.h"
-#include "cli/files/FileBytes.h"
 
 namespace cli {
 namespace {
 
 namespace fs = std::filesystem;
 using nlohmann::json;
-
-constexpr uint64_t mostPresetBytes = 16'000'000;
-
-/// "line 3, column 14" of the byte (counted from 1) at which reading failed.
-std::string placeIn(const std::string& text, std::size_t byte) {
-  std::size_t line = 1;
-  std::size_t column = 1;
-  for (std::size_t i = 0; i + 1 < byte && i < text.size(); ++i) {
-    ++column;
-    if (text[i] == '\n') {
-      ++line;
-      column = 1;
-    }
-  }
-  return "line " + std::to_string(line) + ", column " + std::to_string(column);
-}
-
-std::string textOf(const json& value, const std::string& name, const std::string& where) {
-  if (value.is_string()) return value.get<std::string>();
-  if (value.is_boolean()) return value.get<bool>() ? "on" : "off";
-  if (value.is_number_integer()) return std::to_string(value.get<int64_t>());
-  if (value.is_number()) return shownNumber(value.get<double>());
-  throw UserError(where + "'" + name + "' takes a number, a text, true or false, not " + value.type_name());
-}
 
 void needObject(const json& part, const char* key, const std::string& where) {
   if (!part.is_object()) throw UserError(where + "'" + key + "' takes names with values in braces");
@@ -46,7 +20,7 @@ void needObject(const json& part, const char* key, const std::string& where) {
 std::vector<Assignment> controlsOf(const json& part, const std::string& where) {
   needObject(part, "controls", where);
   std::vector<Assignment> controls;
-  for (const auto& [name, value] : part.items()) controls.push_back({name, textOf(value, name, where)});
+  for (const auto& [name, value] : part.items()) controls.push_back({name, valueText(value, name, where)});
   return controls;
 }
 
@@ -81,35 +55,15 @@ std::vector<Assignment> layersOf(const json& part, const fs::path& folder, Paths
 
 [[noreturn]] void refuseKey(const std::string& key, const std::string& where) {
   throw UserError(where + "no key '" + key + "'" +
-                  suggestion(key, {"about", "controls", "layers"}, "; it may have about, controls and layers"));
-}
-
-/// JSON takes the last of two equal keys without a word; somebody who wrote both meant something by each.
-json parsedOnce(const std::string& content, const std::string& where) {
-  std::vector<std::set<std::string>> keys;
-  const auto watch = [&](int, json::parse_event_t event, json& value) {
-    if (event == json::parse_event_t::object_start) keys.emplace_back();
-    if (event == json::parse_event_t::object_end) keys.pop_back();
-    if (event == json::parse_event_t::key && !keys.back().insert(value.get<std::string>()).second) {
-      throw UserError(where + "'" + value.get<std::string>() + "' stands in it twice");
-    }
-    return true;
-  };
-  try {
-    return json::parse(content, watch);
-  } catch (const json::parse_error& error) {
-    throw UserError(where + "no JSON at " + placeIn(content, error.byte));
-  } catch (const json::exception&) {
-    throw UserError(where + "a number in it is too large");
-  }
+                  suggestion(key, {"about", "controls", "layers", "animation"},
+                             "; it may have about, controls, layers and animation"));
 }
 
 }  // namespace
 
 Preset readPreset(const fs::path& file, PathsOfPreset paths) {
   const std::string where = "preset '" + file.string() + "': ";
-  const std::vector<uint8_t> bytes = readFile(file, "preset", mostPresetBytes);
-  const json whole = parsedOnce(std::string(bytes.begin(), bytes.end()), where);
+  const json whole = readJson(file, "preset");
   if (!whole.is_object()) throw UserError(where + "it must be an object with 'controls' and 'layers'");
 
   Preset preset;
@@ -121,6 +75,8 @@ Preset readPreset(const fs::path& file, PathsOfPreset paths) {
       preset.controls = controlsOf(value, where);
     } else if (key == "layers") {
       preset.layers = layersOf(value, file.parent_path(), paths, where);
+    } else if (key == "animation") {
+      preset.animation = tracksFrom(value, where);
     } else {
       refuseKey(key, where);
     }

@@ -2,7 +2,8 @@
 ///
 ///     { "about": "One line on what it looks like.",
 ///       "controls": { "Dot Shape": "Circle", "Dot Size": 8, "Clear Background": true },
-///       "layers":   { "Custom Map Layer 1": "source" } }
+///       "layers":   { "Custom Map Layer 1": "source" },
+///       "animation": { "Dot Size": [ { "frame": 1, "value": 4 }, { "frame": 24, "value": 9 } ] } }
 ///
 /// Values are numbers, true or false, or the texts that --set takes. Every part may be left out.
 #pragma once
@@ -10,6 +11,8 @@
 #include <filesystem>
 #include <string>
 #include <vector>
+
+#include "cli/Keyframes.h"
 
 namespace cli {
 
@@ -23,6 +26,7 @@ struct Preset {
   std::string about;
   std::vector<Assignment> controls;  ///< values in the form that --set takes
   std::vector<Assignment> layers;    ///< "source", "none" or a picture's path, which goes from the preset's folder
+  std::vector<TrackText> animation;  ///< goes over the values of the same controls
 };
 
 /// Which pictures a preset may name: a preset from elsewhere shall not read what lies about on this machine.

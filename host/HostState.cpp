@@ -220,6 +220,19 @@ std::shared_ptr<const Image> HostState::layerPicture(int32_t index) {
   return picture;
 }
 
+std::optional<ParameterValues::Value> HostState::valueAt(int32_t index, A_long time, A_u_long timeScale) const {
+  if (!frame || index < 1 || timeScale == 0 || owner == nullptr || !owner->valueAt) return std::nullopt;
+  const bool ownTime = int64_t{time} * frame->timeScale == int64_t{frame->currentTime} * timeScale;
+  if (ownTime) return std::nullopt;
+  return owner->valueAt(index, time, timeScale);
+}
+
+std::shared_ptr<const Image> HostState::layerPictureAt(int32_t index, A_long time, A_u_long timeScale) {
+  const auto value = valueAt(index, time, timeScale);
+  const auto* const layer = value ? std::get_if<LayerValue>(&*value) : nullptr;
+  return layer == nullptr ? layerPicture(index) : deliverLayer(*layer, *frame, input);
+}
+
 std::string rectText(const PF_LRect* rect) {
   if (rect == nullptr) return "whole";
   return "(" + std::to_string(rect->left) + ", " + std::to_string(rect->top) + ", " + std::to_string(rect->right) +

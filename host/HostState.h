@@ -124,6 +124,10 @@ struct HostState {
                                    const PF_EffectWorld* target);
   /// The picture of layer parameter index in this frame; null for none. Index 0 is the input.
   std::shared_ptr<const Image> layerPicture(int32_t index);
+  /// The value of control index at another time than the frame's; nothing at the frame's own, or when nobody tells.
+  std::optional<ParameterValues::Value> valueAt(int32_t index, A_long time, A_u_long timeScale) const;
+  /// As layerPicture, at any time.
+  std::shared_ptr<const Image> layerPictureAt(int32_t index, A_long time, A_u_long timeScale);
 
   /// The host that services act on; null when there is none.
   static HostState* current();

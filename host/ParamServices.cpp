@@ -135,11 +135,15 @@ PF_Err checkoutParam(PF_ProgPtr ref, PF_ParamIndex index, A_long time, A_long ti
     name = "\"" + control.name + "\"";
     const bool valued = index <= host->values.size();
     const FrameRequest nothing;
-    *param = deliverValue(control, valued ? host->values.value(index) : ParameterValues(host->controls).value(index),
+    const auto elsewhen = host->valueAt(index, time, timeScale);
+    *param = deliverValue(control,
+                          elsewhen ? *elsewhen
+                          : valued ? host->values.value(index)
+                                   : ParameterValues(host->controls).value(index),
                           host->frame ? *host->frame : nothing);
   }
   if (param->param_type == PF_Param_LAYER) {
-    const std::shared_ptr<const Image> picture = host->layerPicture(index);
+    const std::shared_ptr<const Image> picture = host->layerPictureAt(index, time, timeScale);
     if (picture != nullptr) param->u.ld = host->lend(picture, name, false);
   }
   // Records get copied on their way; this mark, in a field without a use, tells at check-in which one came back.

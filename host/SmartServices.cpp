@@ -75,7 +75,7 @@ PF_Err checkoutLayer(PF_ProgPtr ref, PF_ParamIndex index, A_long id, const PF_Re
   checkout.error = wrong != PF_Err_NONE ? wrong : fault.value_or(PF_Err_NONE);
   if (wrong != PF_Err_NONE) return host->note("checkout_layer", text, wrong);
   if (!fault) {
-    const std::shared_ptr<const Image> picture = host->layerPicture(index);
+    const std::shared_ptr<const Image> picture = host->layerPictureAt(index, time, timeScale);
     if (picture != nullptr) {
       const PF_LRect all{picture->originX, picture->originY, picture->originX + picture->width(),
                          picture->originY + picture->height()};

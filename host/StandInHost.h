@@ -160,6 +160,9 @@ class StandInHost {
   std::function<PF_Err(A_long current, A_long total)> onProgress;
   /// Asked at every abort call.
   std::function<PF_Err()> onAbort;
+  /// Asked for the value of a control, by index, that an effect wants at another time than the frame's (time in
+  /// 1/timeScale seconds). Without it the frame's own values hold at all times.
+  std::function<ParameterValues::Value(int32_t index, A_long time, A_u_long timeScale)> valueAt;
 
   /// The services as an effect gets them, for tests that call them without an effect. They act on this host.
   PF_UtilCallbacks* utils();
