@@ -67,8 +67,9 @@ void paintVisited(ConvexFiller<Pixel>& filler, Pixel* pixels) {
   }
 }
 
+// A function of its own, so that the walk from sub-row to sub-row stays small and keeps the sides in registers.
 template <class Pixel>
-void paintRow(ConvexFiller<Pixel>& filler, RowPainter<Pixel>& painter, int32_t row) {
+[[gnu::noinline]] void paintRow(ConvexFiller<Pixel>& filler, RowPainter<Pixel>& painter, int32_t row) {
   if (row < 0 || row >= filler.canvas.height) return;
   // The column behind the greatest end wraps around to the far left, and nothing of the row is painted. Kept as is
   // (aSpanThatEndsAtTheLastColumnsOf32BitsPaintsNothing).
@@ -83,7 +84,8 @@ void paintRow(ConvexFiller<Pixel>& filler, RowPainter<Pixel>& painter, int32_t r
 }  // namespace
 
 template <class Pixel>
-void emitRow(ConvexFiller<Pixel>& filler, RowPainter<Pixel>& painter, const lanes::SidePair& sides, int32_t y) {
+[[gnu::always_inline]] inline void emitRow(ConvexFiller<Pixel>& filler, RowPainter<Pixel>& painter,
+                                           const lanes::SidePair& sides, int32_t y) {
   const int32_t slot = y & 7;
   int32_t* const run = filler.rows + 2 * slot;
   sides.storeSpan(run);

@@ -97,14 +97,17 @@ void paintRuns(RowPainter<Pixel>& painter, const int32_t* runs, Pixel* pixels, i
     const int32_t wholeStart = (reach.greatestStart + 7) >> 3;
     const int32_t wholeEnd = reach.leastEnd >> 3;
     for (int32_t p = reach.leastStart >> 3; p < behind;) {
-      if (p >= wholeStart && p < wholeEnd) {
-        painter.paintWhole(window + p, wholeEnd - p);
-        p = wholeEnd;
+      if (p >= wholeStart && wholeEnd - p >= 8) {
+        const int32_t whole = (wholeEnd - p) & ~3;
+        painter.paintWhole(window + p, whole);
+        p += whole;
         continue;
       }
-      // Up to the whole stretch, but not if that would leave less of it than a block.
+      // Up to the whole stretch, if there will be one, or to the end; but in fours as long as the canvas has room: the
+      // pixels that come with them are counted like all others.
       const bool stops = p < wholeStart && wholeEnd - wholeStart >= 8;
-      const int32_t n = std::min((stops ? wholeStart : behind) - p, 16);
+      const int32_t wanted = ((stops ? wholeStart : behind) - p + 3) & ~3;
+      const int32_t n = std::min({wanted, windowWidth - p, 16});
       painter.paint(window + p, n, lanes::addCounts(lanes::Counts::none(), slots, p));
       p += n;
     }
