@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "effect/pixel/Pixel.h"
 #include "effect/pixel/RepeatedAddition.h"
 #include "effect/pixel/Wrap.h"
+#include "effect/raster/FetchAhead.h"
 #include "effect/raster/PaintPixel.h"
 #include "effect/raster/RowPainter.h"
 
@@ -111,12 +113,18 @@ void fillConvex(ConvexFiller<Pixel>& filler, std::vector<PathVertex>& outline, c
   const PathVertex* const first = &outline.front();
   const PathVertex* const last = &outline.back();
   PathVertex* top = &outline.front();
+  double left = top->tx, right = top->tx;
+  int32_t bottom = std::numeric_limits<int32_t>::min();
   for (PathVertex& v : outline) {
+    left = std::min(left, v.tx);
+    right = std::max(right, v.tx);
     v.tx *= 8.0;
     v.ty *= 8.0;
     v.iy = lanes::truncated(v.ty + 0.5);
+    bottom = std::max(bottom, v.iy);
     if (top->ty > v.ty) top = &v;
   }
+  fetchPixelsAhead(canvas, left, right, top->iy >> 3, bottom >> 3);
 
   SideTracker forward, backward;
   forward.cur = forward.next = backward.cur = backward.next = top;

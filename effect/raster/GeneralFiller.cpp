@@ -8,6 +8,7 @@
 #include "effect/pixel/Wrap.h"
 #include "effect/raster/Crossings.h"
 #include "effect/raster/EdgeTable.h"
+#include "effect/raster/FetchAhead.h"
 #include "effect/raster/PaintPixel.h"
 #include "effect/raster/RunStore.h"
 #include "effect/raster/RunVectors.h"
@@ -21,27 +22,6 @@ bool isOrdinary(const std::vector<PathVertex>& vertices) {
   return std::all_of(vertices.begin(), vertices.end(), [](const PathVertex& v) {
     return std::abs(v.tx) <= ordinaryReach && std::abs(v.ty) <= ordinaryReach;
   });
-}
-
-/// A small dot's pixels lie on many rows, each of them far from the last in memory, and waiting for one row after the
-/// other took a quarter of a star's time. So all are asked for before the scan begins. Needs an ordinary outline.
-template <class Pixel>
-VINDREL_ALWAYS_INLINE void fetchPixelsAhead(const std::vector<PathVertex>& outline, const SubRowRange& range,
-                                            const CanvasView<Pixel>& canvas) {
-  constexpr int32_t most = 64;  // pixels either way; a larger dot's rows keep the memory busy enough
-  constexpr int64_t line = 64;  // bytes that come at once
-  const auto [left, right] = std::minmax_element(outline.begin(), outline.end(),
-                                                 [](const PathVertex& a, const PathVertex& b) { return a.tx < b.tx; });
-  if (range.last - range.first >= most * 8 || right->tx - left->tx >= most) return;
-  const int64_t begin = std::max(truncateToInt32(left->tx), 0);
-  const int64_t end = std::min(truncateToInt32(right->tx) + 1, canvas.width);
-  if (begin >= end) return;
-  const int32_t lastRow = std::min(range.last >> 3, canvas.height - 1);
-  for (int32_t row = std::max(range.first >> 3, 0); row <= lastRow; ++row) {
-    const Pixel* const pixels = canvas.row(row);
-    for (int64_t p = begin; p < end; p += line / int64_t{sizeof(Pixel)}) vectors::fetchAhead(pixels + p);
-    vectors::fetchAhead(pixels + (end - 1));
-  }
 }
 
 /// The first run of the list that doesn't end left of the column.
@@ -104,7 +84,9 @@ void fillGeneral(std::vector<ScanEdge>& storage, CoverageRows& coverage, const s
                  const CanvasView<Pixel>& canvas, const Pixel& colour) {
   const SubRowRange range = scannedSubRows(outline);
   const bool ordinary = isOrdinary(outline);
-  if (ordinary) fetchPixelsAhead(outline, range, canvas);
+  const auto [left, right] = std::minmax_element(outline.begin(), outline.end(),
+                                                 [](const PathVertex& a, const PathVertex& b) { return a.tx < b.tx; });
+  fetchPixelsAhead(canvas, left->tx, right->tx, range.first >> 3, range.last >> 3);
   EdgeTable edges(storage, outline, ordinary);
   RunStore<Pixel> store(coverage, canvas, colour, range.last, ordinary);
   const auto flushIfDone = [&](int32_t next) {
