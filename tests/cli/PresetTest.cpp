@@ -36,7 +36,7 @@ TEST_F(PresetTest, valuesBecomeTheTextsThatAreGivenByHand) {
   const cli::Preset preset = cli::readPreset(file);
   EXPECT_EQ(preset.about, "Plain");
   std::string all;
-  for (const auto& [name, text] : preset.controls) all += name + "=" + text + ";";
+  for (const auto& [name, text] : preset.controls) all.append(name).append("=").append(text).append(";");
   EXPECT_EQ(all, "Absolute 1=off;Clear Background=on;Dot Shape=Star;Dot Size=14;Random Seed=-3;Size=0.25;");
 }
 

@@ -220,6 +220,7 @@ TEST(RenderDotField, framesInAnyOrderAreTheSameFrames) {
   params.randomInterval = 1;
   params.randomDistanceX = params.randomDistanceY = 0.5;
   std::vector<std::vector<Pixel8>> forward;
+  forward.reserve(5);
   for (int32_t number = 0; number < 5; ++number) forward.push_back(rendered<Pixel8>(params, number * 100));
   for (int32_t number = 4; number >= 0; --number) {
     EXPECT_EQ(rendered<Pixel8>(params, number * 100), forward[static_cast<std::size_t>(number)]) << "frame " << number;

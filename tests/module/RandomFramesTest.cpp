@@ -32,10 +32,10 @@ class EveryFrame : public HostedModule, public ::testing::WithParamInterface<int
   }
 
   void TearDown() override {
-    LoadedOnly::TearDown();
     std::remove(lastFrame_.c_str());
     // Values and the pixels of side layers on the smart road.
     finishOwing({Matter::kParameter, Matter::kLayerPixels});
+    HostedModule::TearDown();
   }
 
   RenderResult render(const RandomFrame& frame) {

@@ -23,10 +23,10 @@ class Roads : public HostedModule {
   }
 
   void TearDown() override {
-    LoadedOnly::TearDown();
     // The smart road gives no value back, nor the side layers' pixels; the classic one gives greyed layers back that it
     // has not taken; the greying speaks of the layer itself where an id is empty.
     finishOwing({Matter::kParameter, Matter::kLayerPixels, Matter::kLayerParamUi, Matter::kStrayCheckin});
+    HostedModule::TearDown();
   }
 
   /// Something of everything: jitter, three effectors, three kinds of maps, picked colours, a blend, an order.
