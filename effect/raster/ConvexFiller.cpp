@@ -87,17 +87,20 @@ template <class Pixel>
 
 template <class Pixel>
 [[gnu::always_inline]] inline void emitRow(ConvexFiller<Pixel>& filler, RowPainter<Pixel>& painter,
-                                           const lanes::SidePair& sides, int32_t y) {
-  const int32_t slot = y & 7;
-  int32_t* const run = filler.rows + 2 * slot;
-  sides.storeSpan(run);
-  if (filler.paintsEmptyCounts) {
-    filler.minStart = std::min(filler.minStart, run[0]);
-    filler.maxEnd = std::max(filler.maxEnd, run[1]);
+                                           lanes::SidePair& sides, int32_t y, int32_t end) {
+  for (int32_t at = y; at < end; ++at) {
+    sides.storeSpan(filler.rows + 2 * (at & 7));
+    sides.step();
   }
-  if (slot != 7) return;
+  if (filler.paintsEmptyCounts) {
+    for (int32_t at = y; at < end; ++at) {
+      filler.minStart = std::min(filler.minStart, filler.rows[2 * (at & 7)]);
+      filler.maxEnd = std::max(filler.maxEnd, filler.rows[2 * (at & 7) + 1]);
+    }
+  }
+  if ((end & 7) != 0) return;
 
-  paintRow(filler, painter, y >> 3);
+  paintRow(filler, painter, (end - 1) >> 3);
   resetRange(filler);
 }
 
@@ -153,9 +156,10 @@ void fillConvex(ConvexFiller<Pixel>& filler, std::vector<PathVertex>& outline, c
       y = to;
     }
     lanes::SidePair sides(forward.x, backward.x, forward.slope, backward.slope);
-    for (; y < change; ++y) {
-      emitRow(filler, painter, sides, y);
-      sides.step();
+    while (y < change) {
+      const int32_t end = std::min(change, (y | 7) + 1);
+      emitRow(filler, painter, sides, y, end);
+      y = end;
     }
     forward.x = sides.first();
     backward.x = sides.second();
@@ -163,7 +167,8 @@ void fillConvex(ConvexFiller<Pixel>& filler, std::vector<PathVertex>& outline, c
 
   // The last pixel row is painted even if the outline didn't reach its eighth sub-row: the rest is empty.
   for (; (y & 7) < 7; ++y) filler.rows[2 * (y & 7)] = filler.rows[2 * (y & 7) + 1] = -1;
-  emitRow(filler, painter, lanes::SidePair(-1.0, -1.0, 0.0, 0.0), y);
+  lanes::SidePair empty(-1.0, -1.0, 0.0, 0.0);
+  emitRow(filler, painter, empty, y, y + 1);
 }
 
 template void fillConvex(ConvexFiller<Pixel8>&, std::vector<PathVertex>&, const CanvasView<Pixel8>&, const Pixel8&);

@@ -39,9 +39,9 @@ template <class Pixel>
 void fillConvex(ConvexFiller<Pixel>& filler, std::vector<PathVertex>& outline, const CanvasView<Pixel>& canvas,
                 const Pixel& colour);
 
-/// Takes the span between two sides on sub-row y, and paints the pixel row once its eighth sub-row has come; a row off
-/// the canvas is passed over.
+/// Takes the spans between two sides on the sub-rows from y to the one before `end`, which lie on one pixel row, and
+/// steps the sides on. Paints the pixel row once its eighth sub-row has come; a row off the canvas is passed over.
 template <class Pixel>
-void emitRow(ConvexFiller<Pixel>& filler, RowPainter<Pixel>& painter, const lanes::SidePair& sides, int32_t y);
+void emitRow(ConvexFiller<Pixel>& filler, RowPainter<Pixel>& painter, lanes::SidePair& sides, int32_t y, int32_t end);
 
 }  // namespace vindrel

@@ -96,27 +96,21 @@ struct SlotReach {
   int32_t greatestStart, leastEnd;  ///< over all slots: between them every sub-row is covered
 };
 
-inline int32_t least16(__m128i v) {
-  v = _mm_min_epi16(v, _mm_srli_si128(v, 8));
-  v = _mm_min_epi16(v, _mm_srli_si128(v, 4));
-  v = _mm_min_epi16(v, _mm_srli_si128(v, 2));
-  return static_cast<int16_t>(_mm_cvtsi128_si32(v));
-}
-
-inline int32_t greatest16(__m128i v) {
-  v = _mm_max_epi16(v, _mm_srli_si128(v, 8));
-  v = _mm_max_epi16(v, _mm_srli_si128(v, 4));
-  v = _mm_max_epi16(v, _mm_srli_si128(v, 2));
-  return static_cast<int16_t>(_mm_cvtsi128_si32(v));  // lanes shifted in are 0, and no end is below that
-}
-
 inline SlotReach reachOf(const Slots& slots) {
   const __m128i filled = _mm_cmpgt_epi16(slots.end, slots.start);
   const __m128i none = _mm_set1_epi16(32767);
-  // Shifting zeros in would spoil a minimum, so minima are taken of the lanes turned around.
-  const auto least = [](__m128i v) { return 32767 - greatest16(_mm_sub_epi16(_mm_set1_epi16(32767), v)); };
+  // Minima are maxima of what is left to 32767, so that all four can be drawn together in one go.
   const __m128i starts = _mm_or_si128(_mm_and_si128(filled, slots.start), _mm_andnot_si128(filled, none));
-  return {least(starts), greatest16(_mm_and_si128(filled, slots.end)), greatest16(slots.start), least(slots.end)};
+  const __m128i leastStart = _mm_sub_epi16(none, starts);
+  const __m128i greatestEnd = _mm_and_si128(filled, slots.end);
+  const __m128i leastEnd = _mm_sub_epi16(none, slots.end);
+  const __m128i a =
+      _mm_max_epi16(_mm_unpacklo_epi16(leastStart, greatestEnd), _mm_unpackhi_epi16(leastStart, greatestEnd));
+  const __m128i b = _mm_max_epi16(_mm_unpacklo_epi16(slots.start, leastEnd), _mm_unpackhi_epi16(slots.start, leastEnd));
+  __m128i all = _mm_max_epi16(_mm_unpacklo_epi32(a, b), _mm_unpackhi_epi32(a, b));
+  all = _mm_max_epi16(all, _mm_srli_si128(all, 8));
+  return {32767 - _mm_extract_epi16(all, 0), _mm_extract_epi16(all, 1), _mm_extract_epi16(all, 2),
+          32767 - _mm_extract_epi16(all, 3)};
 }
 
 /// Counts of 16 neighbouring pixels, one byte each.
