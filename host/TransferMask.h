@@ -74,12 +74,12 @@ class MaskRow {
   /// @param y  the row in the target
   MaskRow(const std::optional<TransferMask>& mask, int64_t y) {
     if (!mask) {
-      outside_ = PixelFacts<Pixel>::full;
+      outside_ = static_cast<Number>(PixelFacts<Pixel>::full);
       return;
     }
     inverted_ = mask->inverted;
     luminance_ = mask->luminance;
-    outside_ = inverted_ ? Number{PixelFacts<Pixel>::full} : Number{0};
+    outside_ = inverted_ ? static_cast<Number>(PixelFacts<Pixel>::full) : Number{0};
     const int64_t maskY = y - mask->offset.v;
     if (mask->world.data == nullptr || maskY < 0 || maskY >= mask->world.height) return;
     row_ = worldRow<Pixel>(mask->world, static_cast<int32_t>(maskY));
@@ -92,7 +92,7 @@ class MaskRow {
     const int64_t maskX = x - left_;
     if (maskX < 0 || maskX >= width_) return outside_;
     const Number value = maskPixelValue(row_[maskX], luminance_);
-    return inverted_ ? Number{PixelFacts<Pixel>::full} - value : value;
+    return inverted_ ? static_cast<Number>(PixelFacts<Pixel>::full) - value : value;
   }
 
  private:

@@ -76,9 +76,9 @@ int mapNothing(thandle_t, void**, toff_t*) {
 
 void unmapNothing(thandle_t, void*, toff_t) {}
 
-int keepComplaint(TIFF*, void* to, const char*, const char* format, va_list arguments) {
+// The format is the library's own.
+[[gnu::format(printf, 4, 0)]] int keepComplaint(TIFF*, void* to, const char*, const char* format, va_list arguments) {
   auto& complaint = static_cast<Memory*>(to)->complaint;
-  // NOLINTNEXTLINE(clang-diagnostic-format-nonliteral): the library's own format
   std::vsnprintf(complaint.data(), complaint.size(), format, arguments);
   return 1;
 }

@@ -49,7 +49,7 @@ class HandlesAfterwards : public SequenceData {
     host.log().handleCallsToo = true;
     host.log().clear();
   }
-  const std::map<int32_t, int32_t> none;
+  const std::map<int32_t, int32_t> none{};
 };
 
 TEST_F(HandlesAfterwards, areUnlockedByASetup) {
