@@ -57,7 +57,8 @@ TEST_F(PresetTest, whatIsNoJsonIsToldWithItsPlace) {
 TEST_F(PresetTest, partsOfAWrongFormAreToldApart) {
   EXPECT_EQ(complaintAbout("[1, 2]"), "it must be an object with 'controls' and 'layers'");
   EXPECT_EQ(complaintAbout(R"({"control": {}})"), "no key 'control'; did you mean 'controls'?");
-  EXPECT_EQ(complaintAbout(R"({"thumbnail": 1})"), "no key 'thumbnail'; it may have about, controls, layers and animation");
+  EXPECT_EQ(complaintAbout(R"({"thumbnail": 1})"),
+            "no key 'thumbnail'; it may have about, controls, layers and animation");
   EXPECT_EQ(complaintAbout(R"({"controls": 5})"), "'controls' takes names with values in braces");
   EXPECT_EQ(complaintAbout(R"({"about": 5})"), "'about' takes a text");
   EXPECT_EQ(complaintAbout(R"({"controls": {"Dot Size": [1]}})"),

@@ -132,8 +132,8 @@ TEST_F(HostProgram, aModuleIsLoadedListedAndDrawnWithItsValues) {
   EXPECT_EQ(int{standin::readRawFrame(file("out")).at<PF_Pixel>(1, 0).red}, 12);
 }
 
-// The picture beside this test is what the native build drew when it was accepted: orange circles of size 6, else as the
-// module comes. Circles are made of sums and products alone, so that they don't depend on a C library's last bits.
+// The picture beside this test is what the native build drew when it was accepted: orange circles of size 6, else as
+// the module comes. Circles are made of sums and products alone, so that they don't depend on a C library's last bits.
 TEST_F(HostProgram, theRealModuleDrawsTheSameBytesInEveryBuild) {
   standin::writeRawFrame(file("in"), ramp(48, 27));
   for (const char* road : {"classic", "smart"}) {

@@ -12,6 +12,6 @@ inline constexpr PF_Cmd pushAndFail = PF_Cmd_AUDIO_RENDER;                      
 inline constexpr PF_Cmd throwOwnException = PF_Cmd_AUDIO_SETUP;                  ///< with the code 123
 inline constexpr PF_Cmd throwStandardException = PF_Cmd_AUDIO_SETDOWN;
 inline constexpr PF_Cmd throwNumber = PF_Cmd_ARBITRARY_CALLBACK;  ///< 516, as for a missing suite
-inline constexpr PF_Err setdownError = 77;                        ///< of PF_Cmd_GLOBAL_SETDOWN, which throws while the host wants to abort
+inline constexpr PF_Err setdownError = 77;  ///< of PF_Cmd_GLOBAL_SETDOWN, which throws while the host wants to abort
 
 }  // namespace probe
