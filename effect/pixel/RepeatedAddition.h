@@ -1,10 +1,11 @@
 // Many additions of one number, without making each of them.
 //
-// Places on the lattice come from adding the pitch again and again, and every addition rounds: the product gives other
-// last bits. But the roundings follow a rule. As long as sums stay between two neighbouring powers of two, all of them
-// are multiples of the same smallest step, so each addition grows the sum by the same rounded pitch (a tie goes to the
-// even multiple, so that the rule holds from the first sum on). Such a stretch is one exact multiplication and one
-// exact addition. A run from one side of zero to the other crosses a few dozen powers of two, however long it is.
+// Places on the lattice come from adding the pitch again and again, x on a side of an outline from adding the slope.
+// Every addition rounds: the product gives other last bits. But the roundings follow a rule. As long as sums stay
+// between two neighbouring powers of two, all of them are multiples of the same smallest number, so each addition grows
+// the sum by the same rounded step (a tie goes to the even multiple, so that the rule holds from the first sum on).
+// Such a stretch is one exact multiplication and one exact addition. A run from one side of zero to the other crosses a
+// few dozen powers of two, however long it is.
 #pragma once
 
 #include <cstdint>

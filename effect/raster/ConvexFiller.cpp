@@ -50,8 +50,8 @@ double stepped(double x, double slope, int64_t count) {
   return x;
 }
 
-/// The same for a colour whose opacity isn't finite: that also paints pixels with a count of 0, so all pixels between
-/// the least start and the greatest end of the rows that were emitted are visited, and one more.
+/// Paints a pixel row for a colour whose opacity isn't finite: that also paints pixels with a count of 0, so all pixels
+/// between the least start and the greatest end of the rows that were emitted are visited, and one more.
 template <class Pixel>
 void paintVisited(ConvexFiller<Pixel>& filler, Pixel* pixels) {
   const int32_t first = std::max(filler.minStart >> 3, 0);

@@ -1,5 +1,5 @@
 // Eight sub-rows of covered runs, as lists: what the general filler knows about a pixel row that is too rich for its
-// table (SpanTable).
+// table, or not orderly (SpanTable).
 //
 // Sub-row y has slot y & 7. From the eight lists come two lists of whole pixels: those that every sub-row covers from
 // side to side, which need no counting, and those that any sub-row touches, which are the ones to visit.

@@ -5,8 +5,8 @@
 // A dot is a record: a place, a size, a turn, a colour and one of six shapes. Its shape is a fixed recipe of vertices
 // (DotOutlines), joined by straight lines; curves exist nowhere behind it. PolygonRasterizer brings the vertices to the
 // canvas and hands the outline to one of two fillers: ConvexFiller, when it has one top, one bottom and no dent, and
-// GeneralFiller for all others. Each paints pixel row by pixel row as its scan goes down (PaintPixel); no mask of a
-// dot is ever held, and nothing of an outline outlives its fill.
+// GeneralFiller for all others. Each paints pixel row by pixel row as its scan goes down (RowPainter, PaintPixel); no
+// mask of a dot is ever held.
 //
 // Representation. Every pixel is cut into 8 by 8 samples. A sub-row is an eighth of a pixel row, a sub-column an eighth
 // of a column; sub-row y belongs to pixel row y >> 3, and column likewise. Fillers work on coordinates times eight. On
@@ -17,7 +17,8 @@
 // Invariants. A filler visits sub-rows from the top down, each once. It writes only pixels of the canvas, and of those
 // only pixels with a count above 0 (but for float opacities that aren't finite, which spoil the pixels they visit). The
 // runs of a convex outline never overlap, so it paints each pixel once. Between two dots the rasteriser holds storage,
-// nothing more: no dot shows in a later one but by the pixels it has painted.
+// and of the last dot the vertices before the transform and the turn, which an equal dot would get as well: no dot
+// shows in a later one but by the pixels it has painted.
 //
 // What is exact. The convexity test, without any tolerance. Truncation from a double to a sub-column, toward zero and
 // not down; what doesn't fit 32 bits becomes the smallest integer. Counts. At 8 and 16 bits the whole of painting,

@@ -1,8 +1,8 @@
 // The sides of one outline while the general filler scans it from sub-row to sub-row.
 //
-// One array serves twice: edges 0 to pendingEnd wait for their first sub-row, the next to start last; edges
-// pendingEnd + 1 to activeEnd are crossed by the present sub-row, leftmost first. Behind them stand sentinels. Starting
-// an edge moves one border and copies nothing.
+// One array serves twice: edges 0 to pendingEnd_ wait for their first sub-row, the next to start last; edges
+// pendingEnd_ + 1 to activeEnd_ are crossed by the present sub-row, leftmost first. Behind them stand sentinels.
+// Starting an edge moves one border and copies nothing.
 //
 // Leaps. Above the canvas nothing is painted, but x comes from repeated addition and equal edges keep the order that
 // the sub-rows before gave them, so sub-rows can't just be left out. As long as a sum stays between two neighbouring

@@ -2,7 +2,7 @@
 //
 // A scan from sub-row to sub-row over the sides of the outline (EdgeTable), kept sorted by their x. The runs between
 // them are kept (RunStore) until the last sub-row of a pixel row is known, and that row is painted: from a small table
-// on the stack (SpanTable), or from lists (CoverageRows) when an outline is too rich for that. x stands for the upper
+// on the stack (SpanTable), or from lists (CoverageRows) when a row doesn't suit that. x stands for the upper
 // end of a side and steps from its first sub-row, without a correction to the sub-row's centre, and a run keeps the
 // sub-column on which it ends: so runs are one sub-column wider on the right than the convex filler's. Kept as is:
 // crosses and stars of saved projects have this width

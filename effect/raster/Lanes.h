@@ -1,4 +1,5 @@
-// All that the rasteriser does in vector registers: plain SSE2, which every 64-bit machine has.
+// What the rasteriser does in vector registers, but for the runs of the general road (RunVectors.h): plain SSE2, which
+// every 64-bit x86 processor has.
 //
 // Each routine gives, to the last bit, what the plain form beside it in tests/raster/LanesTest.cpp gives; what is said
 // here is why. Nothing here reads or writes a pixel beyond those that it is given.
@@ -15,8 +16,7 @@
 
 namespace vindrel::lanes {
 
-// ------------------------------------------------------------------------------------------------ the sides of an
-// outline
+// ---------------------------------------------------------------------------------------- the sides of an outline
 
 /// The x of two sides, and what a sub-row adds to each. The addition rounds as two separate ones do.
 struct SidePair {
@@ -45,8 +45,7 @@ inline int32_t truncated(double value) {
   return _mm_cvttsd_si32(_mm_set_sd(value));
 }
 
-// ------------------------------------------------------------------------------------------------------- counting
-// samples
+// ----------------------------------------------------------------------------------------------- counting samples
 
 /// Whether any of the eight pairs of start and inclusive end ends beyond `limit`.
 inline bool anyEndsBeyond(const int32_t* runs, int32_t limit) {
@@ -153,8 +152,7 @@ inline Counts addCounts(Counts counts, const Slots& slots, int32_t first) {
   return counts;
 }
 
-// ---------------------------------------------------------------------------------------------------------------
-// painting
+// -------------------------------------------------------------------------------------------------------- painting
 
 inline __m128i choose(__m128i mask, __m128i yes, __m128i no) {
   return _mm_or_si128(_mm_and_si128(mask, yes), _mm_andnot_si128(mask, no));

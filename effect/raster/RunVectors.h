@@ -1,6 +1,6 @@
 // What the road of the table does with several numbers at once: two sides of an outline in one register, eight runs of
-// a layer, eight pixels. The only place of this road that names instructions of the processor (SSE2, which every 64-bit
-// one of its kind has). Beside each stands its plain twin, which other processors use and the tests compare with.
+// a layer, eight pixels; the painting is in Lanes.h. Beside each stands its plain twin. The tests compare with the
+// twins, and addCounts gives way to its own for columns left of leastColumn.
 //
 // Exactness. A packed addition rounds each of its sums as a single one does, and the packed conversion truncates as
 // truncateToInt32 does, the smallest integer for what doesn't fit included. All else is in integers: of a pixel's eight
