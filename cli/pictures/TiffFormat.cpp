@@ -244,7 +244,7 @@ class TiffReader final : public PictureReader {
     if (bits_ == 8) return row[place];
     const std::size_t perByte = 8U / bits_;
     const std::size_t shift = (perByte - 1 - place % perByte) * bits_;
-    return static_cast<uint8_t>(row[place / perByte] >> shift & ((1U << bits_) - 1U));
+    return static_cast<uint8_t>(static_cast<unsigned>(row[place / perByte]) >> shift & ((1U << bits_) - 1U));
   }
 
   float sampleFloat(const uint8_t* row, std::size_t place) const {
