@@ -37,7 +37,8 @@ TEST(ControlHelpTest, noTextIsLeftWithoutAControl) {
   std::set<std::string> names;
   for (const nlohmann::json& control : controlsOfTheModule()) names.insert(control.at("name"));
   std::ifstream file(VINDREL_SOURCE_DIR "/manual/controls.json");
-  for (const nlohmann::json& entry : nlohmann::json::parse(file).at("controls")) {
+  const nlohmann::json texts = nlohmann::json::parse(file);
+  for (const nlohmann::json& entry : texts.at("controls")) {
     std::string name = entry.at("name");
     if (name == "Effector #") name = "Effector1";
     if (name.ends_with('#')) name.back() = '3';

@@ -28,7 +28,8 @@ constexpr size_t bytesOfAWorld = size_t{side} * side * sizeof(PF_Pixel);
 using Picture = std::vector<PF_Pixel>;
 
 bool sameBytes(const Picture& left, const Picture& right) {
-  return left.size() == right.size() && std::memcmp(left.data(), right.data(), left.size() * sizeof(PF_Pixel)) == 0;
+  if (left.size() != right.size()) return false;
+  return left.empty() || std::memcmp(left.data(), right.data(), left.size() * sizeof(PF_Pixel)) == 0;
 }
 
 /// One frame: the values of its controls and what was drawn. Its address is the effect_ref.
