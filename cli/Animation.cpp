@@ -102,7 +102,7 @@ void Animation::add(const std::vector<TrackText>& tracks, const std::string& whe
         if (!keys.empty() && !sameUnits(keys.back().value, key.value)) {
           throw UserError("'" + control.name + "' goes from percent to pixels or back, which has no way between");
         }
-        keys.push_back(std::move(key));
+        keys.push_back(key);
       }
       files_.erase(control.index);
       tracks_[control.index] = std::move(keys);

@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
+#include <iterator>
 
 #include "effect/pixel/Pixel.h"
 #include "effect/raster/PaintPixel.h"
@@ -354,7 +355,7 @@ void storeFour(Pixel* pixels, const typename Painter<Pixel>::Four& four) {
 template <class Four>
 bool sameFour(const Four& a, const Four& b) {
   __m128i same = _mm_cmpeq_epi8(a.v[0], b.v[0]);
-  for (std::size_t u = 1; u < sizeof a.v / sizeof a.v[0]; ++u) {
+  for (std::size_t u = 1; u < std::size(a.v); ++u) {
     same = _mm_and_si128(same, _mm_cmpeq_epi8(a.v[u], b.v[u]));
   }
   return _mm_movemask_epi8(same) == 0xFFFF;

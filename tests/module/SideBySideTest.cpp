@@ -184,13 +184,13 @@ class SideBySide : public testing::Test {
       Frame& from = frameOf(ref);
       *def = from.values[static_cast<size_t>(index)];
       // A mark by which the check-in knows whose value comes back.
-      std::memcpy(&def->name, &ref, sizeof ref);
+      std::memcpy(&def->name, &ref, sizeof(void*));
       ++from.open;
       return PF_Err_NONE;
     };
     data.inter.checkin_param = [](PF_ProgPtr ref, PF_ParamDef* def) -> PF_Err {
       PF_ProgPtr owner = nullptr;
-      std::memcpy(&owner, &def->name, sizeof owner);
+      std::memcpy(&owner, &def->name, sizeof(void*));
       Frame& from = frameOf(ref);
       from.strangers += owner == ref ? 0 : 1;
       --from.open;
@@ -212,6 +212,7 @@ class SideBySide : public testing::Test {
     std::vector<PF_ParamDef> defs = frame.values;
     defs[0].u.ld = worldOn(input);
     std::vector<PF_ParamDef*> params;
+    params.reserve(defs.size() + 1);
     for (PF_ParamDef& def : defs) params.push_back(&def);
     params.push_back(nullptr);
     PF_EffectWorld world = worldOn(output);
