@@ -35,8 +35,8 @@ double distanceOf(const ControlValue& from, const ControlValue& to) {
     const auto& b = std::get<Place>(to);
     return std::hypot(b.x - a->x, b.y - a->y);
   }
-  const auto& a = std::get<Colour>(from);
-  const auto& b = std::get<Colour>(to);
+  const auto& a = std::get<Color>(from);
+  const auto& b = std::get<Color>(to);
   return std::hypot(double{1} * b.red - a.red, double{1} * b.green - a.green, double{1} * b.blue - a.blue);
 }
 
@@ -54,10 +54,10 @@ ControlValue valueBetween(const ControlFacts& control, const ControlValue& from,
     const auto& b = std::get<Place>(to);
     return Place{between(a->x, b.x, part), between(a->y, b.y, part), a->percent};
   }
-  const auto& a = std::get<Colour>(from);
-  const auto& b = std::get<Colour>(to);
-  return Colour{channelBetween(a.red, b.red, part), channelBetween(a.green, b.green, part),
-                channelBetween(a.blue, b.blue, part)};
+  const auto& a = std::get<Color>(from);
+  const auto& b = std::get<Color>(to);
+  return Color{channelBetween(a.red, b.red, part), channelBetween(a.green, b.green, part),
+               channelBetween(a.blue, b.blue, part)};
 }
 
 bool sameUnits(const ControlValue& a, const ControlValue& b) {

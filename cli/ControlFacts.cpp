@@ -19,7 +19,7 @@ const char* kindName(ControlKind kind) {
       return "angle";
     case ControlKind::checkBox:
       return "check box";
-    case ControlKind::colour:
+    case ControlKind::color:
       return "colour";
     case ControlKind::place:
       return "place";

@@ -12,7 +12,7 @@ enum class ControlKind {
   number,
   angle,
   checkBox,
-  colour,
+  color,
   place,
   choice,
   layer,
@@ -22,11 +22,11 @@ enum class ControlKind {
 };
 
 /// An opaque colour, 0 to 255 each.
-struct Colour {
+struct Color {
   uint8_t red = 0;
   uint8_t green = 0;
   uint8_t blue = 0;
-  friend bool operator==(const Colour&, const Colour&) = default;
+  friend bool operator==(const Color&, const Color&) = default;
 };
 
 /// One control as the module declared it.
@@ -40,7 +40,7 @@ struct ControlFacts {
   double sliderMin = 0.0;
   double sliderMax = 0.0;
   double defaultNumber = 0.0;  ///< number, wholeNumber; degrees; 0 or 1; item from 1; layer: -1 itself, 0 none
-  Colour defaultColour;
+  Color defaultColor;
   double defaultXPercent = 0.0;    ///< percent of the layer's width
   double defaultYPercent = 0.0;    ///< percent of the layer's height
   int32_t precision = 0;           ///< decimals shown

@@ -46,7 +46,7 @@ std::optional<int32_t> readHexDigit(char letter) {
   return std::nullopt;
 }
 
-std::optional<Colour> readColour(std::string_view text) {
+std::optional<Color> readColor(std::string_view text) {
   text = trimmed(text);
   if (!text.starts_with('#') || (text.size() != 7 && text.size() != 4)) return std::nullopt;
   const bool isShort = text.size() == 4;
@@ -57,7 +57,7 @@ std::optional<Colour> readColour(std::string_view text) {
     if (!high || !low) return std::nullopt;
     channels[i] = static_cast<uint8_t>(*high * 16 + *low);
   }
-  return Colour{channels[0], channels[1], channels[2]};
+  return Color{channels[0], channels[1], channels[2]};
 }
 
 std::optional<Place> readPlace(std::string_view text) {
@@ -151,10 +151,10 @@ ControlValue parseControlValue(const ControlFacts& control, const std::string& t
       if (!on) refuse(control, text);
       return *on;
     }
-    case ControlKind::colour: {
-      const auto colour = readColour(text);
-      if (!colour) refuse(control, text);
-      return *colour;
+    case ControlKind::color: {
+      const auto color = readColor(text);
+      if (!color) refuse(control, text);
+      return *color;
     }
     case ControlKind::place: {
       const auto place = readPlace(text);
@@ -185,7 +185,7 @@ std::string expectation(const ControlFacts& control) {
       return "an angle in degrees, between -32768 and 32768";
     case ControlKind::checkBox:
       return "on or off";
-    case ControlKind::colour:
+    case ControlKind::color:
       return "a colour such as #ff7d14";
     case ControlKind::place:
       return "a place such as 50%,50% or 300,200";
@@ -213,10 +213,10 @@ std::string shownValue(const ControlFacts& control, const ControlValue& value) {
     const char* unit = control.kind == ControlKind::angle ? "°" : control.percent ? "%" : "";
     return shownNumber(*number) + unit;
   }
-  if (const auto* colour = std::get_if<Colour>(&value)) {
+  if (const auto* color = std::get_if<Color>(&value)) {
     constexpr char hex[] = "0123456789abcdef";
     std::string text = "#";
-    for (const uint8_t channel : {colour->red, colour->green, colour->blue}) {
+    for (const uint8_t channel : {color->red, color->green, color->blue}) {
       text += hex[channel >> 4];
       text += hex[channel & 15];
     }
@@ -243,8 +243,8 @@ std::string shownDefault(const ControlFacts& control) {
     case ControlKind::checkBox:
     case ControlKind::choice:
       return shownValue(control, static_cast<int32_t>(control.defaultNumber));
-    case ControlKind::colour:
-      return shownValue(control, control.defaultColour);
+    case ControlKind::color:
+      return shownValue(control, control.defaultColor);
     case ControlKind::place:
       return shownValue(control, Place{control.defaultXPercent, control.defaultYPercent, true});
     case ControlKind::layer:

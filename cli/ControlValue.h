@@ -20,7 +20,7 @@ struct Place {
 };
 
 /// double: number, and degrees of an angle; int32_t: whole number, check box (0 or 1), item of a choice (from 1).
-using ControlValue = std::variant<double, int32_t, Colour, Place>;
+using ControlValue = std::variant<double, int32_t, Color, Place>;
 
 /// Reads `text` as a value for the control.
 /// @throws UserError naming the control, what it takes and what was given; for layers and groups, too

@@ -54,8 +54,8 @@ ControlFacts factsOf(const standin::Control& control) {
       facts.defaultNumber = u.bd.dephault != 0 ? 1.0 : 0.0;
       break;
     case PF_Param_COLOR:
-      facts.kind = ControlKind::colour;
-      facts.defaultColour = {u.cd.dephault.red, u.cd.dephault.green, u.cd.dephault.blue};
+      facts.kind = ControlKind::color;
+      facts.defaultColor = {u.cd.dephault.red, u.cd.dephault.green, u.cd.dephault.blue};
       break;
     case PF_Param_POINT:
       facts.kind = ControlKind::place;
@@ -112,9 +112,9 @@ void setValue(const ControlFacts& control, const ControlValue& value, standin::P
     case ControlKind::choice:
       values.setPopup(key, std::get<int32_t>(value));
       break;
-    case ControlKind::colour: {
-      const Colour colour = std::get<Colour>(value);
-      values.setColor(key, PF_Pixel{255, colour.red, colour.green, colour.blue});
+    case ControlKind::color: {
+      const Color color = std::get<Color>(value);
+      values.setColor(key, PF_Pixel{255, color.red, color.green, color.blue});
       break;
     }
     case ControlKind::place: {
@@ -138,8 +138,8 @@ std::string shownSetting(const ControlFacts& control, const standin::ParameterVa
   const standin::ParameterValues::Value& value = values.value(control.index);
   if (const auto* whole = std::get_if<int32_t>(&value)) return shownValue(control, *whole);
   if (const auto* number = std::get_if<double>(&value)) return shownValue(control, *number);
-  if (const auto* colour = std::get_if<PF_Pixel>(&value)) {
-    return shownValue(control, Colour{colour->red, colour->green, colour->blue});
+  if (const auto* color = std::get_if<PF_Pixel>(&value)) {
+    return shownValue(control, Color{color->red, color->green, color->blue});
   }
   if (const auto* point = std::get_if<standin::PointValue>(&value)) {
     return shownValue(control, Place{point->x, point->y, point->percent});

@@ -106,12 +106,12 @@ Pixel unpacked(const Channel* from, const PictureLayout& layout) {
   constexpr Channel fileFull = std::is_same_v<Channel, float> ? Channel{1} : std::numeric_limits<Channel>::max();
   const Channel alpha = layout.alpha >= 0 ? from[layout.alpha] : fileFull;
   const bool divides = layout.associated && layout.alpha >= 0;
-  const auto colour = [&](int32_t place) { return fromFile(divides ? straight(from[place], alpha) : from[place]); };
+  const auto color = [&](int32_t place) { return fromFile(divides ? straight(from[place], alpha) : from[place]); };
   Pixel pixel{};
   pixel.alpha = fromFile(alpha);
-  pixel.red = colour(layout.red);
-  pixel.green = colour(layout.green);
-  pixel.blue = colour(layout.blue);
+  pixel.red = color(layout.red);
+  pixel.green = color(layout.green);
+  pixel.blue = color(layout.blue);
   return pixel;
 }
 
@@ -200,11 +200,11 @@ std::vector<uint8_t> packed(const Image& image, bool associate) {
   for (int32_t y = 0; y < image.height(); ++y) {
     const Pixel* pixel = image.row<Pixel>(y);
     for (const Pixel* const end = pixel + image.width(); pixel != end; ++pixel) {
-      for (Channel colour : {pixel->red, pixel->green, pixel->blue}) {
+      for (Channel color : {pixel->red, pixel->green, pixel->blue}) {
         if constexpr (std::is_same_v<Channel, float>) {
-          if (associate) colour *= pixel->alpha;
+          if (associate) color *= pixel->alpha;
         }
-        *to++ = toFile(colour);
+        *to++ = toFile(color);
       }
       *to++ = toFile(pixel->alpha);
     }

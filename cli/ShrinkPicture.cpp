@@ -19,17 +19,17 @@ struct BlockSums {
   template <class Pixel>
   void add(const Pixel& pixel) {
     const auto pixelAlpha = static_cast<double>(pixel.alpha);
-    const double colours[3] = {static_cast<double>(pixel.red), static_cast<double>(pixel.green),
-                               static_cast<double>(pixel.blue)};
+    const double colors[3] = {static_cast<double>(pixel.red), static_cast<double>(pixel.green),
+                              static_cast<double>(pixel.blue)};
     count += 1.0;
     alpha += pixelAlpha;
     for (int i = 0; i < 3; ++i) {
-      plain[i] += colours[i];
-      weighted[i] += colours[i] * pixelAlpha;
+      plain[i] += colors[i];
+      weighted[i] += colors[i] * pixelAlpha;
     }
   }
 
-  double colour(int i) const { return alpha > 0.0 ? weighted[i] / alpha : plain[i] / count; }
+  double color(int i) const { return alpha > 0.0 ? weighted[i] / alpha : plain[i] / count; }
 };
 
 template <class Channel>
@@ -49,9 +49,9 @@ Pixel blockMean(const Image& picture, int32_t left, int32_t top, int32_t factor)
   }
   Pixel mean{};
   mean.alpha = rounded<Channel>(sums.alpha / sums.count);
-  mean.red = rounded<Channel>(sums.colour(0));
-  mean.green = rounded<Channel>(sums.colour(1));
-  mean.blue = rounded<Channel>(sums.colour(2));
+  mean.red = rounded<Channel>(sums.color(0));
+  mean.green = rounded<Channel>(sums.color(1));
+  mean.blue = rounded<Channel>(sums.color(2));
   return mean;
 }
 

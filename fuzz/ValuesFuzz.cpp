@@ -15,7 +15,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   control.name = "Any";
   control.kind =
       bytes.PickValueInArray({cli::ControlKind::wholeNumber, cli::ControlKind::number, cli::ControlKind::angle,
-                              cli::ControlKind::checkBox, cli::ControlKind::colour, cli::ControlKind::place,
+                              cli::ControlKind::checkBox, cli::ControlKind::color, cli::ControlKind::place,
                               cli::ControlKind::choice, cli::ControlKind::layer, cli::ControlKind::groupStart});
   control.percent = bytes.ConsumeBool();
   control.validMin = -1000.0;

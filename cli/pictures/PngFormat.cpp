@@ -82,10 +82,10 @@ class PngReader final : public PictureReader {
     layout_.height = layout_.fullHeight = png_get_image_height(png_, info_);
     layout_.depth = png_get_bit_depth(png_, info_) == 16 ? Depth::k16 : Depth::k8;
     layout_.channels = png_get_channels(png_, info_);
-    const int32_t colours = layout_.channels >= 3 ? 3 : 1;
-    layout_.green = colours == 3 ? 1 : 0;
-    layout_.blue = colours == 3 ? 2 : 0;
-    layout_.alpha = layout_.channels > colours ? colours : -1;
+    const int32_t colors = layout_.channels >= 3 ? 3 : 1;
+    layout_.green = colors == 3 ? 1 : 0;
+    layout_.blue = colors == 3 ? 2 : 0;
+    layout_.alpha = layout_.channels > colors ? colors : -1;
     png_uint_32 exifSize = 0;
     png_bytep exif = nullptr;
     if (png_get_eXIf_1(png_, info_, &exifSize, &exif) != 0) layout_.orientation = exifOrientation({exif, exifSize});

@@ -172,7 +172,7 @@ class TiffReader final : public PictureReader {
 
   void takeChannels() {
     const auto photometric = field<uint16_t>(tiff_.get(), TIFFTAG_PHOTOMETRIC, PHOTOMETRIC_MINISBLACK);
-    int32_t colours = 1;
+    int32_t colors = 1;
     switch (photometric) {
       case PHOTOMETRIC_MINISWHITE:
         inverted_ = true;
@@ -183,42 +183,42 @@ class TiffReader final : public PictureReader {
         takePalette();
         break;
       case PHOTOMETRIC_RGB:
-        colours = 3;
+        colors = 3;
         break;
       case PHOTOMETRIC_YCBCR:
         if (field<uint16_t>(tiff_.get(), TIFFTAG_COMPRESSION, COMPRESSION_NONE) != COMPRESSION_JPEG) {
           throw OtherPicture("holds its colours as luminance and chroma, which can be read in a JPEG only");
         }
         TIFFSetField(tiff_.get(), TIFFTAG_JPEGCOLORMODE, JPEGCOLORMODE_RGB);
-        colours = 3;
+        colors = 3;
         break;
       case PHOTOMETRIC_SEPARATED:
         throw OtherPicture("is a CMYK picture; grey and RGB, each with or without alpha, can be read");
       default:
         throw OtherPicture("holds colours of another kind; grey and RGB, each with or without alpha, can be read");
     }
-    if (storedChannels_ < colours) throw BrokenPicture("it has fewer channels than colours");
+    if (storedChannels_ < colors) throw BrokenPicture("it has fewer channels than colours");
     if (bits_ < 8 && storedChannels_ != 1) throw OtherPicture("has channels of fewer than 8 bits, which can't be read");
 
     uint16_t extraCount = 0;
     const uint16_t* extras = nullptr;
     TIFFGetFieldDefaulted(tiff_.get(), TIFFTAG_EXTRASAMPLES, &extraCount, &extras);
-    for (int32_t i = 0; i < extraCount && colours + i < storedChannels_ && layout_.alpha < 0; ++i) {
+    for (int32_t i = 0; i < extraCount && colors + i < storedChannels_ && layout_.alpha < 0; ++i) {
       if (extras[i] == EXTRASAMPLE_UNSPECIFIED) continue;
-      layout_.alpha = colours + i;
+      layout_.alpha = colors + i;
       layout_.associated = extras[i] == EXTRASAMPLE_ASSOCALPHA;
     }
     // A fourth channel that nothing is said of is colour times alpha with most programs that leave it so.
-    if (layout_.alpha < 0 && colours == 3 && storedChannels_ == 4) {
+    if (layout_.alpha < 0 && colors == 3 && storedChannels_ == 4) {
       layout_.alpha = 3;
       layout_.associated = true;
     }
-    if (colours == 1 && storedChannels_ > 1 && layout_.alpha < 0) {
+    if (colors == 1 && storedChannels_ > 1 && layout_.alpha < 0) {
       throw OtherPicture("has " + std::to_string(storedChannels_) +
                          " channels that make no colour; grey and RGB, each with or without alpha, can be read");
     }
     layout_.channels = palette_.empty() ? storedChannels_ : 3;
-    if (colours == 3 || !palette_.empty()) {
+    if (colors == 3 || !palette_.empty()) {
       layout_.green = 1;
       layout_.blue = 2;
     }

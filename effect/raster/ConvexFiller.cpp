@@ -65,7 +65,7 @@ void paintVisited(ConvexFiller<Pixel>& filler, Pixel* pixels) {
       const int32_t end = filler.rows[2 * r + 1];
       if (start <= c1 && c0 <= end) count += std::min(end, c1) - std::max(start, c0) + 1;
     }
-    paintPixel(pixels[p], filler.colour, count);
+    paintPixel(pixels[p], filler.color, count);
   }
 }
 
@@ -106,13 +106,13 @@ template <class Pixel>
 
 template <class Pixel>
 void fillConvex(ConvexFiller<Pixel>& filler, std::vector<PathVertex>& outline, const CanvasView<Pixel>& canvas,
-                const Pixel& colour) {
+                const Pixel& color) {
   filler.canvas = canvas;
-  filler.colour = colour;
-  filler.paintsEmptyCounts = !emptyCountPaintsNothing(colour);
+  filler.color = color;
+  filler.paintsEmptyCounts = !emptyCountPaintsNothing(color);
   std::fill(std::begin(filler.rows), std::end(filler.rows), -1);
   resetRange(filler);
-  RowPainter<Pixel> painter(colour);
+  RowPainter<Pixel> painter(color);
   const PathVertex* const first = &outline.front();
   const PathVertex* const last = &outline.back();
   PathVertex* top = &outline.front();

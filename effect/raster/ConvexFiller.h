@@ -27,7 +27,7 @@ struct SideTracker {
 template <class Pixel>
 struct ConvexFiller {
   CanvasView<Pixel> canvas;  ///< of the fill in hand
-  Pixel colour{};            ///< of the fill in hand
+  Pixel color{};             ///< of the fill in hand
   int32_t rows[16];          ///< (start, end) of each sub-row of the present pixel row, sub-columns, both inclusive
   bool paintsEmptyCounts = false;    ///< see emptyCountPaintsNothing
   int32_t minStart = 0, maxEnd = 0;  ///< over the present pixel row's spans; only kept with paintsEmptyCounts
@@ -37,7 +37,7 @@ struct ConvexFiller {
 /// least three vertices.
 template <class Pixel>
 void fillConvex(ConvexFiller<Pixel>& filler, std::vector<PathVertex>& outline, const CanvasView<Pixel>& canvas,
-                const Pixel& colour);
+                const Pixel& color);
 
 /// Takes the spans between two sides on the sub-rows from y to the one before `end`, which lie on one pixel row, and
 /// steps the sides on. Paints the pixel row once its eighth sub-row has come; a row off the canvas is passed over.

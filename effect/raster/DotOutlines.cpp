@@ -32,7 +32,7 @@ constexpr double fiftyFourDegrees = 0.9424777960769379;
 /// Brings the outline to the canvas and fills it.
 template <class Pixel>
 void finish(DrawContext<Pixel>& context) {
-  context.rasterizer->finishPath(context.canvas, context.matrix, context.colour);
+  context.rasterizer->finishPath(context.canvas, context.matrix, context.color);
 }
 
 }  // namespace

@@ -15,7 +15,7 @@ template <class Pixel>
 struct DrawContext {
   CanvasView<Pixel> canvas;
   PathMatrix matrix{};                             ///< current outline transform; the identity between two dots
-  Pixel colour{};                                  ///< colour of the dot being drawn
+  Pixel color{};                                   ///< colour of the dot being drawn
   PolygonRasterizer<Pixel>* rasterizer = nullptr;  ///< the frame's rasteriser; must not be null when a dot is drawn
 };
 

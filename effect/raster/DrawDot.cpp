@@ -72,7 +72,7 @@ void draw(DrawContext<Pixel>& context, const DotRecord<Pixel>& dot) {
   const OutlineKey key{dot.shape, corners, dot.width, dot.height};
   // Dots of one size differ by place and turn alone; the vertices before the transform are then those of the last dot.
   if (key == rasterizer.kept) {
-    rasterizer.finishPath(context.canvas, context.matrix, context.colour);
+    rasterizer.finishPath(context.canvas, context.matrix, context.color);
   } else {
     build(context, dot);
     rasterizer.kept = key;
@@ -84,7 +84,7 @@ void draw(DrawContext<Pixel>& context, const DotRecord<Pixel>& dot) {
 template <class Pixel>
 int32_t drawDot(DrawContext<Pixel>& context, const DotRecord<Pixel>& dot) {
   if (dot.width == 0.0 || dot.height == 0.0) return 0;
-  context.colour = dot.color;
+  context.color = dot.color;
   translate(context.matrix, dot.x, dot.y);
   if (dot.shape >= circleShape && dot.shape <= diamondShape) draw(context, dot);
   context.matrix = PathMatrix{};

@@ -64,7 +64,7 @@ SubRowRange scannedSubRows(const std::vector<PathVertex>& vertices) {
 }
 
 template <class Pixel>
-void flushRow(CoverageRows& coverage, const CanvasView<Pixel>& canvas, const Pixel& colour, int32_t y) {
+void flushRow(CoverageRows& coverage, const CanvasView<Pixel>& canvas, const Pixel& color, int32_t y) {
   const int32_t row = y >> 3;
   if (row >= 0 && row < canvas.height) {
     Pixel* const pixels = canvas.row(row);
@@ -72,7 +72,7 @@ void flushRow(CoverageRows& coverage, const CanvasView<Pixel>& canvas, const Pix
       if (s->start >= canvas.width || s->end < 0) continue;
       const int32_t end = std::min(s->end, canvas.width - 1);
       for (int32_t p = std::max(s->start, 0); p <= end; ++p) {
-        paintPixel(pixels[p], colour, coveredSamples(coverage, p));
+        paintPixel(pixels[p], color, coveredSamples(coverage, p));
       }
     }
   }
@@ -81,14 +81,14 @@ void flushRow(CoverageRows& coverage, const CanvasView<Pixel>& canvas, const Pix
 
 template <class Pixel>
 void fillGeneral(std::vector<ScanEdge>& storage, CoverageRows& coverage, const std::vector<PathVertex>& outline,
-                 const CanvasView<Pixel>& canvas, const Pixel& colour) {
+                 const CanvasView<Pixel>& canvas, const Pixel& color) {
   const SubRowRange range = scannedSubRows(outline);
   const bool ordinary = isOrdinary(outline);
   const auto [left, right] = std::minmax_element(outline.begin(), outline.end(),
                                                  [](const PathVertex& a, const PathVertex& b) { return a.tx < b.tx; });
   fetchPixelsAhead(canvas, left->tx, right->tx, range.first >> 3, range.last >> 3);
   EdgeTable edges(storage, outline, ordinary);
-  RunStore<Pixel> store(coverage, canvas, colour, range.last, ordinary);
+  RunStore<Pixel> store(coverage, canvas, color, range.last, ordinary);
   const auto flushIfDone = [&](int32_t next) {
     if (store.ready() || next - 1 == range.last) store.flush(next - 1);
   };

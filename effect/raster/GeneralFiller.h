@@ -35,13 +35,13 @@ SubRowRange scannedSubRows(const std::vector<PathVertex>& vertices);
 /// An ordinary cross or star takes no memory; std::bad_alloc when lists or the edges of a larger outline find none.
 template <class Pixel>
 void fillGeneral(std::vector<ScanEdge>& edges, CoverageRows& coverage, const std::vector<PathVertex>& outline,
-                 const CanvasView<Pixel>& canvas, const Pixel& colour);
+                 const CanvasView<Pixel>& canvas, const Pixel& color);
 
 /// Paints the pixel row of sub-row y from the coverage, and empties that. A row off the canvas is only emptied. A pixel
 /// is painted once for each run of touched pixels that holds it, so twice where two runs, still apart on the sub-pixel
 /// grid, meet in one pixel. Kept as is: it is the stronger edge at the tips of a star
 /// (aPixelWhereTwoRunsMeetIsPaintedTwice).
 template <class Pixel>
-void flushRow(CoverageRows& coverage, const CanvasView<Pixel>& canvas, const Pixel& colour, int32_t y);
+void flushRow(CoverageRows& coverage, const CanvasView<Pixel>& canvas, const Pixel& color, int32_t y);
 
 }  // namespace vindrel

@@ -174,17 +174,17 @@ struct Painter<Pixel8> {
     __m128i v[1];
   };
 
-  explicit Painter(const Pixel8& colour) {
+  explicit Painter(const Pixel8& color) {
     uint32_t bits;
-    std::memcpy(&bits, &colour, 4);
-    colour_ = _mm_set1_epi32(static_cast<int32_t>(bits & 0xFFFFFF00U));
-    red_ = _mm_set1_epi32(colour.red);
-    green_ = _mm_set1_epi32(colour.green);
-    blue_ = _mm_set1_epi32(colour.blue);
-    alpha_ = _mm_set1_epi32(colour.alpha);
+    std::memcpy(&bits, &color, 4);
+    color_ = _mm_set1_epi32(static_cast<int32_t>(bits & 0xFFFFFF00U));
+    red_ = _mm_set1_epi32(color.red);
+    green_ = _mm_set1_epi32(color.green);
+    blue_ = _mm_set1_epi32(color.blue);
+    alpha_ = _mm_set1_epi32(color.alpha);
   }
   static bool suits(const Pixel8&) { return true; }
-  static bool isOpaque(const Pixel8& colour) { return colour.alpha == 255; }
+  static bool isOpaque(const Pixel8& color) { return color.alpha == 255; }
 
   /// @param counts  the first four count
   bool mix(Four& four, Counts counts) const {
@@ -196,7 +196,7 @@ struct Painter<Pixel8> {
     const __m128i oldAlpha = _mm_and_si128(old, low);
     const __m128i nothing = _mm_cmpeq_epi32(a, zero);
     const __m128i replaced = _mm_or_si128(_mm_cmpeq_epi32(oldAlpha, zero), _mm_cmpeq_epi32(a, low));
-    const __m128i fresh = _mm_or_si128(colour_, a);
+    const __m128i fresh = _mm_or_si128(color_, a);
     if (_mm_movemask_epi8(_mm_or_si128(nothing, replaced)) == 0xFFFF) {
       four.v[0] = choose(nothing, old, fresh);
       return true;
@@ -220,7 +220,7 @@ struct Painter<Pixel8> {
   }
 
  private:
-  __m128i colour_, red_, green_, blue_, alpha_;
+  __m128i color_, red_, green_, blue_, alpha_;
 };
 
 /// Two registers. Products go up to 2^30 here, so channels are mixed in doubles: sums are exact, and cutting
@@ -233,22 +233,22 @@ struct Painter<Pixel16> {
     __m128i v[2];
   };
 
-  explicit Painter(const Pixel16& colour) : alpha_(_mm_set1_epi32(colour.alpha)) {
-    std::memcpy(&fresh_, &colour, 8);
+  explicit Painter(const Pixel16& color) : alpha_(_mm_set1_epi32(color.alpha)) {
+    std::memcpy(&fresh_, &color, 8);
     fresh_ &= ~uint64_t{0xFFFF};
-    red_ = _mm_set1_pd(colour.red);
-    green_ = _mm_set1_pd(colour.green);
-    blue_ = _mm_set1_pd(colour.blue);
+    red_ = _mm_set1_pd(color.red);
+    green_ = _mm_set1_pd(color.green);
+    blue_ = _mm_set1_pd(color.blue);
   }
-  static bool suits(const Pixel16& colour) { return colour.alpha <= 32768; }
-  static bool isOpaque(const Pixel16& colour) { return colour.alpha == 32768; }
+  static bool suits(const Pixel16& color) { return color.alpha <= 32768; }
+  static bool isOpaque(const Pixel16& color) { return color.alpha == 32768; }
 
   bool mix(Four& four, Counts counts) const {
     const __m128i zero = _mm_setzero_si128();
     const __m128i low = _mm_set_epi32(0, 0xFFFF, 0, 0xFFFF);
     const __m128i full = _mm_set1_epi32(32768);
     const __m128i wide = _mm_unpacklo_epi16(_mm_unpacklo_epi8(counts.bytes, zero), zero);
-    const __m128i colours = _mm_set1_epi64x(static_cast<int64_t>(fresh_));
+    const __m128i colors = _mm_set1_epi64x(static_cast<int64_t>(fresh_));
     Four result;
     for (int u = 0; u < 2; ++u) {
       // Two pixels; what belongs to a pixel stands in the lower half of its 64 bits.
@@ -259,7 +259,7 @@ struct Painter<Pixel16> {
       if (_mm_movemask_epi8(_mm_cmpgt_epi32(oldAlpha, full)) != 0) return false;
       const __m128i nothing = both(_mm_cmpeq_epi32(a, zero));
       const __m128i replaced = both(_mm_or_si128(_mm_cmpeq_epi32(oldAlpha, zero), _mm_cmpeq_epi32(a, full)));
-      const __m128i fresh = _mm_or_si128(colours, a);
+      const __m128i fresh = _mm_or_si128(colors, a);
       if (_mm_movemask_epi8(_mm_or_si128(nothing, replaced)) == 0xFFFF) {
         result.v[u] = choose(nothing, old, fresh);
         continue;
@@ -301,10 +301,10 @@ struct Painter<Pixel32> {
     __m128i v[4];
   };
 
-  explicit Painter(const Pixel32& colour)
-      : colour_(_mm_set_ps(colour.blue, colour.green, colour.red, colour.alpha)), alpha_(_mm_set1_ps(colour.alpha)) {}
-  static bool suits(const Pixel32& colour) { return emptyCountPaintsNothing(colour); }
-  static bool isOpaque(const Pixel32& colour) { return colour.alpha == 1.0F; }
+  explicit Painter(const Pixel32& color)
+      : color_(_mm_set_ps(color.blue, color.green, color.red, color.alpha)), alpha_(_mm_set1_ps(color.alpha)) {}
+  static bool suits(const Pixel32& color) { return emptyCountPaintsNothing(color); }
+  static bool isOpaque(const Pixel32& color) { return color.alpha == 1.0F; }
 
   bool mix(Four& four, Counts counts) const {
     const __m128i zero = _mm_setzero_si128();
@@ -324,15 +324,15 @@ struct Painter<Pixel32> {
     const float opacity = _mm_cvtss_f32(a), oldAlpha = _mm_cvtss_f32(old);
     if (opacity == 0.0F) return;
     if (oldAlpha == 0.0F || opacity == 1.0F) {
-      pixel = _mm_castps_si128(_mm_move_ss(colour_, a));
+      pixel = _mm_castps_si128(_mm_move_ss(color_, a));
       return;
     }
     const __m128 i = _mm_mul_ps(_mm_sub_ps(one, a), _mm_shuffle_ps(old, old, 0));
     const __m128 t = _mm_add_ps(i, a);
-    const __m128 mixed = _mm_div_ps(_mm_add_ps(_mm_mul_ps(a, colour_), _mm_mul_ps(i, old)), t);
+    const __m128 mixed = _mm_div_ps(_mm_add_ps(_mm_mul_ps(a, color_), _mm_mul_ps(i, old)), t);
     pixel = _mm_castps_si128(_mm_move_ss(mixed, t));
   }
-  __m128 colour_, alpha_;
+  __m128 color_, alpha_;
 };
 
 /// Four pixels from memory that need not be aligned, and back.

@@ -20,14 +20,14 @@ inline constexpr double coverageOfOneSample = 1.0 / samplesOfAPixel;
 /// Lays the colour over the pixel; the colour's alpha is its opacity. count is 0 to 64 samples. (A run that ends
 /// beyond the 32-bit range may bring any count; the result is then of no use, but defined.)
 template <class Pixel>
-inline void paintPixel(Pixel& pixel, const Pixel& colour, int32_t count) {
+inline void paintPixel(Pixel& pixel, const Pixel& color, int32_t count) {
   using Channel = typename PixelTraits<Pixel>::Channel;
   constexpr int32_t full = PixelTraits<Pixel>::fullScale;
-  const auto opacity = static_cast<Channel>(static_cast<uint32_t>(wrapMultiply(colour.alpha, count) / samplesOfAPixel));
+  const auto opacity = static_cast<Channel>(static_cast<uint32_t>(wrapMultiply(color.alpha, count) / samplesOfAPixel));
   const int32_t a = opacity;
   if (a == 0) return;
   if (pixel.alpha == 0 || a == full) {
-    pixel = colour;
+    pixel = color;
     pixel.alpha = opacity;
     return;
   }
@@ -39,28 +39,28 @@ inline void paintPixel(Pixel& pixel, const Pixel& colour, int32_t count) {
   const auto mix = [=](int32_t c, int32_t old) {
     return static_cast<Channel>(static_cast<uint32_t>(wrapAdd(wrapMultiply(c, a), wrapMultiply(old, i)) / t));
   };
-  pixel.red = mix(colour.red, pixel.red);
-  pixel.green = mix(colour.green, pixel.green);
-  pixel.blue = mix(colour.blue, pixel.blue);
+  pixel.red = mix(color.red, pixel.red);
+  pixel.green = mix(color.green, pixel.green);
+  pixel.blue = mix(color.blue, pixel.blue);
   pixel.alpha = total;
 }
 
 /// Float pixels are mixed in single precision, each product and sum rounded at once; only the share of the pixel is
 /// taken in double. Channels beyond 0 to 1 go through as they are.
-inline void paintPixel(Pixel32& pixel, const Pixel32& colour, int32_t count) {
-  const float product = static_cast<float>(count) * colour.alpha;
+inline void paintPixel(Pixel32& pixel, const Pixel32& color, int32_t count) {
+  const float product = static_cast<float>(count) * color.alpha;
   const auto a = static_cast<float>(static_cast<double>(product) * coverageOfOneSample);
   if (a == 0.0F) return;
   if (pixel.alpha == 0.0F || a == 1.0F) {
-    pixel = colour;
+    pixel = color;
     pixel.alpha = a;
     return;
   }
   const float i = (1.0F - a) * pixel.alpha;
   const float t = i + a;
-  pixel.red = (a * colour.red + i * pixel.red) / t;
-  pixel.green = (a * colour.green + i * pixel.green) / t;
-  pixel.blue = (a * colour.blue + i * pixel.blue) / t;
+  pixel.red = (a * color.red + i * pixel.red) / t;
+  pixel.green = (a * color.green + i * pixel.green) / t;
+  pixel.blue = (a * color.blue + i * pixel.blue) / t;
   pixel.alpha = t;
 }
 
@@ -70,8 +70,8 @@ template <class Pixel>
 inline bool emptyCountPaintsNothing(const Pixel&) {
   return true;
 }
-inline bool emptyCountPaintsNothing(const Pixel32& colour) {
-  return std::isfinite(colour.alpha);
+inline bool emptyCountPaintsNothing(const Pixel32& color) {
+  return std::isfinite(color.alpha);
 }
 
 }  // namespace vindrel

@@ -47,8 +47,8 @@ class CountWindow {
 }  // namespace
 
 template <class Pixel>
-void paintTable(const SpanTable& table, Pixel* pixels, int32_t width, const Pixel& colour) {
-  RowPainter<Pixel> painter(colour);
+void paintTable(const SpanTable& table, Pixel* pixels, int32_t width, const Pixel& color) {
+  RowPainter<Pixel> painter(color);
   const SpanTable::Shape shape = table.shape();
   SpanTable::Runs touched, solid;
   table.joinInto(shape, touched);

@@ -12,6 +12,6 @@ namespace vindrel {
 /// @param pixels  first pixel of the row
 /// @param width   pixels of the row
 template <class Pixel>
-void paintTable(const SpanTable& table, Pixel* pixels, int32_t width, const Pixel& colour);
+void paintTable(const SpanTable& table, Pixel* pixels, int32_t width, const Pixel& color);
 
 }  // namespace vindrel

@@ -28,13 +28,13 @@ void PolygonRasterizer<Pixel>::addVertex(const PathVertex& vertex) {
 
 template <class Pixel>
 void PolygonRasterizer<Pixel>::finishPath(const CanvasView<Pixel>& canvas, const PathMatrix& matrix,
-                                          const Pixel& colour) {
+                                          const Pixel& color) {
   if (vertices.size() < 3) return;
   placeOutline(matrix);
   if (suitsConvexFiller()) {
-    fillConvex(*convexFiller, vertices, canvas, colour);
+    fillConvex(*convexFiller, vertices, canvas, color);
   } else {
-    fillGeneral(edges, *coverage, vertices, canvas, colour);
+    fillGeneral(edges, *coverage, vertices, canvas, color);
   }
 }
 

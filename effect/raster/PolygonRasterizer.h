@@ -55,7 +55,7 @@ class PolygonRasterizer {
 
   /// Brings the outline to the canvas by the matrix and fills it with the colour. Fewer than three vertices draw
   /// nothing.
-  void finishPath(const CanvasView<Pixel>& canvas, const PathMatrix& matrix, const Pixel& colour);
+  void finishPath(const CanvasView<Pixel>& canvas, const PathMatrix& matrix, const Pixel& color);
 
   /// Whether the outline suits the convex filler: no dent, one top and one bottom. Reads tx and ty.
   bool suitsConvexFiller() const;

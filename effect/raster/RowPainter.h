@@ -18,8 +18,8 @@ namespace vindrel {
 template <class Pixel>
 class RowPainter {
  public:
-  explicit RowPainter(const Pixel& colour)
-      : colour_(colour), painter_(colour), byFours_(lanes::Painter<Pixel>::suits(colour)) {}
+  explicit RowPainter(const Pixel& color)
+      : color_(color), painter_(color), byFours_(lanes::Painter<Pixel>::suits(color)) {}
 
   /// Paints n pixels, 1 to 16, each by its count.
   void paint(Pixel* pixels, int32_t n, lanes::Counts counts) const {
@@ -38,8 +38,8 @@ class RowPainter {
   /// Paints n pixels that are covered wholly; any n.
   void paintWhole(Pixel* pixels, int32_t n) {
     const lanes::Counts all = lanes::Counts::all64();
-    if (lanes::Painter<Pixel>::isOpaque(colour_)) {
-      std::fill(pixels, pixels + std::max(n, 0), colour_);
+    if (lanes::Painter<Pixel>::isOpaque(color_)) {
+      std::fill(pixels, pixels + std::max(n, 0), color_);
       return;
     }
     int32_t p = 0;
@@ -57,7 +57,7 @@ class RowPainter {
       }
       lanes::storeFour(pixels + p, new_);
     }
-    for (; p < n; ++p) paintPixel(pixels[p], colour_, 64);
+    for (; p < n; ++p) paintPixel(pixels[p], color_, 64);
   }
 
  private:
@@ -68,11 +68,11 @@ class RowPainter {
     if (byFours_ && painter_.mix(four, counts)) {
       lanes::storeFour(pixels, four);
     } else {
-      for (int32_t i = 0; i < 4; ++i) paintPixel(pixels[i], colour_, counts.at(i));
+      for (int32_t i = 0; i < 4; ++i) paintPixel(pixels[i], color_, counts.at(i));
     }
   }
 
-  Pixel colour_;
+  Pixel color_;
   lanes::Painter<Pixel> painter_;
   bool byFours_;
   bool known_ = false;  ///< whether the next two are set

@@ -23,9 +23,9 @@ class RunStore {
  public:
   /// @param lastSubRow  of the outline
   /// @param orderly     each pixel row is known to be orderly, as SpanTable tells it
-  RunStore(CoverageRows& coverage, const CanvasView<Pixel>& canvas, const Pixel& colour, int32_t lastSubRow,
+  RunStore(CoverageRows& coverage, const CanvasView<Pixel>& canvas, const Pixel& color, int32_t lastSubRow,
            bool orderly)
-      : coverage_(coverage), canvas_(canvas), colour_(colour), lastSubRow_(lastSubRow), orderly_(orderly) {}
+      : coverage_(coverage), canvas_(canvas), color_(color), lastSubRow_(lastSubRow), orderly_(orderly) {}
 
   /// Adds a run of sub-columns to sub-row y. Throws std::bad_alloc when it must go into lists and there is no memory.
   void add(ColumnRun run, int32_t y) {
@@ -44,12 +44,12 @@ class RunStore {
   void flush(int32_t y) {
     if (!onLists_ && !orderly_ && !table_.isOrderly()) handOver();
     if (onLists_) {
-      flushRow(coverage_, canvas_, colour_, y);
+      flushRow(coverage_, canvas_, color_, y);
       onLists_ = false;
     } else {
       const int32_t row = y >> 3;
       if (row >= 0 && row < canvas_.height && table_.first() >= 0) {
-        paintTable(table_, canvas_.row(row), canvas_.width, colour_);
+        paintTable(table_, canvas_.row(row), canvas_.width, color_);
       }
       table_.reset();
     }
@@ -88,7 +88,7 @@ class RunStore {
 
   CoverageRows& coverage_;
   CanvasView<Pixel> canvas_;
-  const Pixel& colour_;
+  const Pixel& color_;
   SpanTable table_;
   int32_t lastSubRow_;
   bool orderly_;

@@ -229,7 +229,7 @@ TEST_F(BadInputTest, aSeparatorLineAsItem) {
                       "Linear or Linear Mirror");
 }
 
-TEST_F(BadInputTest, aWordForAColour) {
+TEST_F(BadInputTest, aWordForAColor) {
   expectRenderRefused({"--set", "Dot Color=orange"}, "'Dot Color' takes a colour such as #ff7d14, not 'orange'");
 }
 

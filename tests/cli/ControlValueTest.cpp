@@ -4,7 +4,7 @@
 
 #include "cli/UserError.h"
 
-using cli::Colour;
+using cli::Color;
 using cli::ControlFacts;
 using cli::ControlKind;
 using cli::ControlValue;
@@ -89,13 +89,13 @@ TEST(ControlValueTest, checkBoxesTakeTheUsualWords) {
   EXPECT_EQ(refusal(box, "maybe"), "'Thing' takes on or off, not 'maybe'");
 }
 
-TEST(ControlValueTest, coloursHaveThreeOrSixHexDigits) {
-  const ControlFacts colour = control(ControlKind::colour);
-  EXPECT_EQ(parseControlValue(colour, "#ff7d14"), ControlValue(Colour{255, 125, 20}));
-  EXPECT_EQ(parseControlValue(colour, "#FF7D14"), ControlValue(Colour{255, 125, 20}));
-  EXPECT_EQ(parseControlValue(colour, "#f80"), ControlValue(Colour{255, 136, 0}));
+TEST(ControlValueTest, colorsHaveThreeOrSixHexDigits) {
+  const ControlFacts color = control(ControlKind::color);
+  EXPECT_EQ(parseControlValue(color, "#ff7d14"), ControlValue(Color{255, 125, 20}));
+  EXPECT_EQ(parseControlValue(color, "#FF7D14"), ControlValue(Color{255, 125, 20}));
+  EXPECT_EQ(parseControlValue(color, "#f80"), ControlValue(Color{255, 136, 0}));
   for (const char* text : {"orange", "#ff7d1", "ff7d14", "#ff7d1g", "#ff7d14ff", "#"}) {
-    EXPECT_EQ(refusal(colour, text), "'Thing' takes a colour such as #ff7d14, not '" + std::string(text) + "'");
+    EXPECT_EQ(refusal(color, text), "'Thing' takes a colour such as #ff7d14, not '" + std::string(text) + "'");
   }
 }
 
@@ -145,7 +145,7 @@ TEST(ControlValueTest, valuesAreShownAsTheyAreGiven) {
   EXPECT_EQ(shownValue(percentControl(), ControlValue(100.0)), "100%");
   EXPECT_EQ(shownValue(control(ControlKind::angle), ControlValue(-45.0)), "-45°");
   EXPECT_EQ(shownValue(control(ControlKind::checkBox), ControlValue(1)), "on");
-  EXPECT_EQ(shownValue(control(ControlKind::colour), ControlValue(Colour{255, 125, 20})), "#ff7d14");
+  EXPECT_EQ(shownValue(control(ControlKind::color), ControlValue(Color{255, 125, 20})), "#ff7d14");
   EXPECT_EQ(shownValue(control(ControlKind::place), ControlValue(Place{50, 25, true})), "50%, 25%");
   EXPECT_EQ(shownValue(mapControl(), ControlValue(4)), "Linear Mirror");
 }

@@ -60,8 +60,8 @@ class ImageFileTest : public testing::Test {
     Image image(Depth::k8, 256, 256);
     for (int32_t y = 0; y < 256; ++y) {
       for (int32_t x = 0; x < 256; ++x) {
-        const auto colour = static_cast<A_u_char>(x);
-        image.at<PF_Pixel>(x, y) = {static_cast<A_u_char>(y), colour, static_cast<A_u_char>(255 - x), 77};
+        const auto color = static_cast<A_u_char>(x);
+        image.at<PF_Pixel>(x, y) = {static_cast<A_u_char>(y), color, static_cast<A_u_char>(255 - x), 77};
       }
     }
     return image;
@@ -73,8 +73,8 @@ class ImageFileTest : public testing::Test {
     const A_u_short alphas[4] = {0, 1, 12345, 32768};
     for (int32_t y = 0; y < 4; ++y) {
       for (int32_t x = 0; x <= 32768; ++x) {
-        const auto colour = static_cast<A_u_short>(x);
-        image.at<PF_Pixel16>(x, y) = {alphas[y], colour, static_cast<A_u_short>(32768 - x), 5};
+        const auto color = static_cast<A_u_short>(x);
+        image.at<PF_Pixel16>(x, y) = {alphas[y], color, static_cast<A_u_short>(32768 - x), 5};
       }
     }
     return image;
@@ -137,14 +137,14 @@ TEST_F(ImageFileTest, sixteenBitValuesAreScaledToTheNearest) {
   EXPECT_EQ(cli::toFile16(40000), 65535);
 }
 
-TEST_F(ImageFileTest, pngHoldsStraightColour) {
+TEST_F(ImageFileTest, pngHoldsStraightColor) {
   Image image(Depth::k8, 1, 1);
   image.at<PF_Pixel>(0, 0) = {128, 200, 100, 50};
   cli::writePicture(folder_ / "a.png", image);
   EXPECT_EQ(readForeign<uint8_t>(folder_ / "a.png", TypeDesc::UINT8), (std::vector<uint8_t>{200, 100, 50, 128}));
 }
 
-TEST_F(ImageFileTest, exrHoldsColourTimesAlpha) {
+TEST_F(ImageFileTest, exrHoldsColorTimesAlpha) {
   cli::writePicture(folder_ / "a.exr", someFloats(true));
   EXPECT_EQ(readForeign<float>(folder_ / "a.exr", TypeDesc::FLOAT),
             (std::vector<float>{-0.5F, 7.25F, 0.1F, 1.0F, 0.125F, 0.5F / 3.0F, 500.0F, 0.5F, 0, 0, 0, 0}));
@@ -157,7 +157,7 @@ TEST_F(ImageFileTest, anExrOfFewerBitsIsWrittenAsFloat) {
   EXPECT_EQ(readForeign<float>(folder_ / "a.exr", TypeDesc::FLOAT), (std::vector<float>{0.2F, 0, 1, 1}));
 }
 
-TEST_F(ImageFileTest, greyBecomesThreeEqualColours) {
+TEST_F(ImageFileTest, greyBecomesThreeEqualColors) {
   writeForeign<uint8_t>(folder_ / "g.png", ImageSpec(2, 1, 1, TypeDesc::UINT8), {7, 200});
   const Image grey = cli::readPicture(folder_ / "g.png");
   EXPECT_EQ(grey.at<PF_Pixel>(1, 0).alpha, 255);
@@ -192,7 +192,7 @@ TEST_F(ImageFileTest, halfFloatsAreReadAsFloats) {
   EXPECT_EQ(image.at<PF_PixelFloat>(0, 0).alpha, 1.0F);
 }
 
-TEST_F(ImageFileTest, colourTimesAlphaIsMadeStraight) {
+TEST_F(ImageFileTest, colorTimesAlphaIsMadeStraight) {
   writeForeign<float>(folder_ / "a.exr", ImageSpec(2, 1, 4, TypeDesc::FLOAT), {0.25F, 0.5F, 0, 0.5F, 3.0F, 0, 0, 0});
   const Image image = cli::readPicture(folder_ / "a.exr");
   EXPECT_EQ(image.at<PF_PixelFloat>(0, 0).red, 0.5F);
@@ -259,7 +259,7 @@ TEST_F(ImageFileTest, jpegCanBeRead) {
   EXPECT_NEAR(image.at<PF_Pixel>(3, 3).green, 128, 2);
 }
 
-TEST_F(ImageFileTest, printColoursAreRefused) {
+TEST_F(ImageFileTest, printColorsAreRefused) {
   ImageSpec layout(1, 1, 4, TypeDesc::UINT8);
   layout.attribute("tiff:ColorSpace", "CMYK");
   layout.channelnames = {"C", "M", "Y", "K"};
@@ -270,7 +270,7 @@ TEST_F(ImageFileTest, printColoursAreRefused) {
                 "' is a CMYK picture; grey and RGB, each with or without alpha, can be read");
 }
 
-TEST_F(ImageFileTest, channelsThatMakeNoColourAreRefusedByName) {
+TEST_F(ImageFileTest, channelsThatMakeNoColorAreRefusedByName) {
   ImageSpec layout(1, 1, 2, TypeDesc::FLOAT);
   layout.channelnames = {"U", "V"};
   layout.alpha_channel = -1;

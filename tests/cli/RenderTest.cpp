@@ -47,7 +47,7 @@ TEST_F(RenderTest, thePictureKeepsItsDepthAndSize) {
   }
 }
 
-TEST_F(RenderTest, dotsOfTheDotColourLieOverThePicture) {
+TEST_F(RenderTest, dotsOfTheDotColorLieOverThePicture) {
   input("in.png", Depth::k8, 101, 101);
   const Image before = cli::readPicture(folder_ / "in.png");
   const Image after = rendered("in.png", "out.png", {"--set", "Dot Size=10", "--set", "Dot Color=#0000ff"});

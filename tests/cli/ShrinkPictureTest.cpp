@@ -59,7 +59,7 @@ TEST(ShrinkPictureTest, theRestAtTheEdgeIsItsOwnMean) {
   expectPixel(small.at<PF_Pixel>(1, 0), 255, 200, 7, 9);
 }
 
-TEST(ShrinkPictureTest, colourUnderClearPixelsDoesNotBleed) {
+TEST(ShrinkPictureTest, colorUnderClearPixelsDoesNotBleed) {
   Image image = rowOf({{0, 255, 255, 255}, {100, 10, 20, 30}});
   // 100 / 2 = 50; only the second pixel's colour counts
   expectPixel(cli::shrunk(image, 2).at<PF_Pixel>(0, 0), 50, 10, 20, 30);

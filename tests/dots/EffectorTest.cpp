@@ -214,7 +214,7 @@ TEST(EffectorsInARow, twoRatiosOfTwoMakeFour) {
   EXPECT_EQ(after(params, full, after(params, full, draft(orange))).size, 32.0);
 }
 
-TEST(EffectorsInARow, theSecondActsOnTheColourThatTheFirstLeft) {
+TEST(EffectorsInARow, theSecondActsOnTheColorThatTheFirstLeft) {
   EffectorParams first = idle();
   first.color = 1;
   first.blendColor = {255, 10, 20, 30};
@@ -273,7 +273,7 @@ TEST(EffectorWeight, anOverbrightFloatLayerExtrapolates) {
   EXPECT_DOUBLE_EQ(after(params, *mapped.map, draft(Pixel32{1.0F, 0.0F, 0.0F, 0.0F})).size, 31.46444);
 }
 
-TEST(EffectorWeight, aboveOneAFloatColourGoesBeyondTheBlend) {
+TEST(EffectorWeight, aboveOneAFloatColorGoesBeyondTheBlend) {
   EffectorParams params = idle();
   params.color = 1;
   params.blendColor = {255, 255, 255, 0};
@@ -291,14 +291,14 @@ TEST(EffectorWeight, aboveOneAnIntegerChannelKeepsItsLowBits) {
 
 // The colour blend.
 
-TEST(EffectorColour, atFullWeightTheDotTakesTheBlend) {
+TEST(EffectorColor, atFullWeightTheDotTakesTheBlend) {
   EffectorParams params = idle();
   params.color = 1;
   params.blendColor = {255, 11, 22, 33};
   EXPECT_EQ(after(params, 1.0).color, (Pixel8{255, 11, 22, 33}));
 }
 
-TEST(EffectorColour, atHalfWeightTheMixIsTruncated) {
+TEST(EffectorColor, atHalfWeightTheMixIsTruncated) {
   EffectorParams params = idle();
   params.color = 1;
   params.blendColor = {255, 101, 201, 20};
@@ -306,13 +306,13 @@ TEST(EffectorColour, atHalfWeightTheMixIsTruncated) {
   EXPECT_EQ(after(params, 0.5).color, (Pixel8{255, 150, 150, 20}));
 }
 
-TEST(EffectorColour, offTheBlendCountsForNothing) {
+TEST(EffectorColor, offTheBlendCountsForNothing) {
   EffectorParams params = idle();
   params.blendColor = {255, 11, 22, 33};
   EXPECT_EQ(after(params, 1.0).color, orange);
 }
 
-TEST(EffectorColour, aBlendColourOfAlphaZeroHasNoEffectUnderAnyModeAtAnyDepth) {
+TEST(EffectorColor, aBlendColorOfAlphaZeroHasNoEffectUnderAnyModeAtAnyDepth) {
   EffectorParams params = idle();
   params.color = 1;
   params.blendColor = {0, 250, 128, 3};
@@ -329,7 +329,7 @@ TEST(EffectorColour, aBlendColourOfAlphaZeroHasNoEffectUnderAnyModeAtAnyDepth) {
   }
 }
 
-TEST(EffectorColour, eachPopupItemHasItsModeAndSeparatorsAreNormal) {
+TEST(EffectorColor, eachPopupItemHasItsModeAndSeparatorsAreNormal) {
   // Two channels of one opaque blend tell all twelve modes apart; by hand, the notes are those of red.
   const struct {
     int32_t item;
@@ -388,12 +388,12 @@ TEST(EffectorHue, aGreyKeepsItsLookAndItsAlphaBecomesFull) {
             (Pixel32{1.0F, 0.25F, 0.25F, 0.25F}));
 }
 
-TEST(EffectorHue, withoutAShiftTheColourDoesNotPassThroughHueAtAll) {
+TEST(EffectorHue, withoutAShiftTheColorDoesNotPassThroughHueAtAll) {
   const Pixel8 level33{3, 33, 33, 33};  // would come back as 32
   EXPECT_EQ(after(idle(), EvenMap(1.0), draft(level33)).color, level33);
 }
 
-TEST(EffectorHue, comesAfterTheColourBlend) {
+TEST(EffectorHue, comesAfterTheColorBlend) {
   EffectorParams params = idle();
   params.color = 1;
   params.blendColor = {255, 255, 0, 0};
@@ -461,7 +461,7 @@ struct Picking {
   EffectorParams params = idle();
 };
 
-TEST(EffectorPick, aDotTakesTheColourOfTheLayerUnderIt) {
+TEST(EffectorPick, aDotTakesTheColorOfTheLayerUnderIt) {
   Picking<Pixel8> pick;
   pick.layer.set(2, 2, Pixel8{128, 1, 2, 3});
   EXPECT_EQ(pick.apply(draft(orange)).color, (Pixel8{128, 1, 2, 3}));
@@ -476,7 +476,7 @@ TEST(EffectorPick, aDotOfWeightZeroStillTakesIt) {
   EXPECT_EQ(dot.size, 8.0);
 }
 
-TEST(EffectorPick, untiledADotOutsideTheLayerKeepsItsColour) {
+TEST(EffectorPick, untiledADotOutsideTheLayerKeepsItsColor) {
   Picking<Pixel8> pick;
   pick.layer.fill(Pixel8{255, 1, 2, 3});
   DotDraft<Pixel8> dot = draft(orange);
@@ -484,7 +484,7 @@ TEST(EffectorPick, untiledADotOutsideTheLayerKeepsItsColour) {
   EXPECT_EQ(pick.apply(dot).color, orange);
 }
 
-TEST(EffectorPick, tiledADotOutsideTheLayerTakesTheTilesColour) {
+TEST(EffectorPick, tiledADotOutsideTheLayerTakesTheTilesColor) {
   Picking<Pixel8> pick;
   pick.layer.fill(Pixel8{255, 1, 2, 3});
   DotDraft<Pixel8> dot = draft(orange);
@@ -495,7 +495,7 @@ TEST(EffectorPick, tiledADotOutsideTheLayerTakesTheTilesColour) {
   }
 }
 
-TEST(EffectorPick, comesBeforeTheColourBlend) {
+TEST(EffectorPick, comesBeforeTheColorBlend) {
   Picking<Pixel16> pick;
   pick.layer.fill(Pixel16{32768, 32768, 32768, 32768});
   pick.params.color = 1;
@@ -504,7 +504,7 @@ TEST(EffectorPick, comesBeforeTheColourBlend) {
   EXPECT_EQ(pick.apply(draft(Pixel16{32768, 0, 0, 0})).color, (Pixel16{32768, 0, 32768, 32768}));
 }
 
-TEST(EffectorPick, withoutTheFlagTheColourStays) {
+TEST(EffectorPick, withoutTheFlagTheColorStays) {
   Picking<Pixel8> pick;
   pick.layer.fill(Pixel8{255, 1, 2, 3});
   pick.params.pickSourceColor = 0;
@@ -525,7 +525,7 @@ class EffectorLayer : public ::testing::Test {};
 using Depths = ::testing::Types<Pixel8, Pixel16, Pixel32>;
 TYPED_TEST_SUITE(EffectorLayer, Depths);
 
-TYPED_TEST(EffectorLayer, withoutOneThereIsNoWeightAndNoColourIsPicked) {
+TYPED_TEST(EffectorLayer, withoutOneThereIsNoWeightAndNoColorIsPicked) {
   const TypeParam color{0, 1, 0, 1};
   Picking<TypeParam> pick;
   pick.params.customMapLayer = nullptr;
@@ -616,7 +616,7 @@ class RandomEffectors {
   std::mt19937 engine_;
 };
 
-TYPED_TEST(EffectorLayer, atWeightZeroNothingChangesButAPickedColourAndTheFrontKey) {
+TYPED_TEST(EffectorLayer, atWeightZeroNothingChangesButAPickedColorAndTheFrontKey) {
   constexpr uint32_t seed = 4711;
   RandomEffectors random(seed);
   const TypeParam clear{0, 0, 1, 0};

@@ -236,7 +236,7 @@ TEST(LayerTiling, positionsBeyond32BitsAndNoNumbersAreHarmless) {
   }
 }
 
-TEST(LayerColour, aPositionOutsideGivesTheFallbackWhateverTheTiling) {
+TEST(LayerColor, aPositionOutsideGivesTheFallbackWhateverTheTiling) {
   const Pixel16 fallback{9, 8, 7, 6};
   for (const Tiling tiling : {none, repeat, mirror, extend, unknown}) {
     const TenBySix ten(tiling);
@@ -282,7 +282,7 @@ TYPED_TEST(LayerMemory, aLayerOfOnePixelIsReadUnderEveryTiling) {
   }
 }
 
-TYPED_TEST(LayerMemory, withoutALayerThereIsNoWeightAndNoColour) {
+TYPED_TEST(LayerMemory, withoutALayerThereIsNoWeightAndNoColor) {
   const TypeParam fallback{1, 0, 1, 0};
   const LayerView<TypeParam> noLayer;
   for (const Tiling tiling : {none, repeat, mirror, extend, unknown}) {

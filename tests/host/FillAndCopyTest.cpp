@@ -33,7 +33,7 @@ int32_t redAt(const Image& image, int32_t x, int32_t y) {
   return image.at<PF_Pixel>(x, y).red;
 }
 
-TEST(Fill, aColourGoesIntoTheRectangleOnly) {
+TEST(Fill, aColorGoesIntoTheRectangleOnly) {
   Image image(Depth::k8, 4, 4, 4);
   PF_EffectWorld world = image.view();
   const PF_Rect rect{1, 2, 3, 9};
@@ -177,7 +177,7 @@ TEST(CopyHq, doubleSizeMixesByQuarters) {
   EXPECT_EQ(target.at<PF_Pixel>(2, 0).alpha, 255);
 }
 
-TEST(CopyHq, aTransparentNeighbourGivesAlphaButNoColour) {
+TEST(CopyHq, aTransparentNeighbourGivesAlphaButNoColor) {
   Image source(Depth::k16, 2, 1);
   source.at<PF_Pixel16>(0, 0) = {0, 32768, 32768, 32768};
   source.at<PF_Pixel16>(1, 0) = {32768, 1000, 2000, 3000};

@@ -272,7 +272,7 @@ TEST_F(Services, theEightBitFillGoesByTheWorldsDepth) {
   EXPECT_EQ(real.at<PF_PixelFloat>(0, 1).alpha, 1.0F);
 }
 
-TEST_F(Services, aNullColourClears) {
+TEST_F(Services, aNullColorClears) {
   Image image(Depth::k32, 2, 1, 0, 0x3C);
   PF_EffectWorld world = host.lendWorld(image, "picture");
   EXPECT_EQ(host.utils()->fill(host.effectRef(), nullptr, nullptr, &world), PF_Err_NONE);

@@ -204,7 +204,7 @@ TEST_F(Suites, memoryOfTheGeneralSuiteKeepsItsHandleWhenItIsResized) {
   EXPECT_EQ(host.books().complaintCount(Matter::kBadHandle), 2) << report();
 }
 
-TEST_F(Suites, premultiplyTakesColoursToAlphaAndBack) {
+TEST_F(Suites, premultiplyTakesColorsToAlphaAndBack) {
   Image image(Depth::k8, 3, 1);
   image.at<PF_Pixel>(0, 0) = {128, 200, 255, 1};
   image.at<PF_Pixel>(1, 0) = {0, 9, 9, 9};
@@ -231,7 +231,7 @@ TEST_F(Suites, premultiplyTakesColoursToAlphaAndBack) {
   EXPECT_EQ(int{image.at<PF_Pixel>(0, 0).green}, 0);
 }
 
-TEST_F(Suites, blendWeighsColoursByTheirAlpha) {
+TEST_F(Suites, blendWeighsColorsByTheirAlpha) {
   Image one(Depth::k16, 1, 1);
   Image other(Depth::k16, 1, 1);
   one.at<PF_Pixel16>(0, 0) = {32768, 1000, 0, 0};
@@ -345,7 +345,7 @@ TEST_F(Suites, samplesMixFourPixelsByAlphaAndAreClearOutside) {
   EXPECT_EQ(host.renderClassic(frame, host.defaults()).error, PF_Err_NONE);
 }
 
-TEST_F(Suites, coloursGoToHueAndBackAtThreeDepths) {
+TEST_F(Suites, colorsGoToHueAndBackAtThreeDepths) {
   const auto* colors = suite<PF_ColorSuite>(kPFColorSuite, 1);
   PF_Pixel orange{77, 255, 128, 0};
   PF_Fixed hls[3];

@@ -73,7 +73,7 @@ TEST(Transfer, halfOpaqueBlackOverWhiteIsGrey) {
   expectPixel(transferred({128, 0, 0, 0}, {255, 255, 255, 255}, modeOf(PF_Xfer_IN_FRONT)), {255, 127, 127, 127});
 }
 
-TEST(Transfer, overNothingTheSourceKeepsItsColourAndAlpha) {
+TEST(Transfer, overNothingTheSourceKeepsItsColorAndAlpha) {
   expectPixel(transferred({40, 10, 20, 30}, {0, 9, 9, 9}, modeOf(PF_Xfer_IN_FRONT)), {40, 10, 20, 30});
 }
 
@@ -110,7 +110,7 @@ TEST(Transfer, rgbOnlyKeepsTheTargetsAlpha) {
   expectPixel(transferred({255, 10, 20, 30}, {40, 1, 2, 3}, mode), {40, 10, 20, 30});
 }
 
-TEST(Transfer, theMasksAlphaHoldsBackAndItsColourDoesNotCount) {
+TEST(Transfer, theMasksAlphaHoldsBackAndItsColorDoesNotCount) {
   const Image mask = onePixel({128, 255, 255, 255});
   expectPixel(transferred({255, 0, 0, 0}, {255, 255, 255, 255}, modeOf(PF_Xfer_IN_FRONT), maskOf(mask)),
               {255, 127, 127, 127});
@@ -125,7 +125,7 @@ TEST(Transfer, anInvertedMaskLetsThroughWhatTheMaskHolds) {
               {255, 9, 9, 9});
 }
 
-TEST(Transfer, aLuminanceMaskGoesByColourTimesAlpha) {
+TEST(Transfer, aLuminanceMaskGoesByColorTimesAlpha) {
   // Pure green of full alpha: 0.587 * 255 = 149.685, to nearest 150.
   const Image mask = onePixel({255, 0, 255, 0});
   TransferMask through = maskOf(mask);

@@ -39,7 +39,7 @@ TEST(BlendNormal, anOpaqueSourceIsCopiedAndTheAlphaStays) {
   EXPECT_EQ((blended(Pixel16{77, 10, 20, 30}, Pixel16{32768, 200, 100, 50}, normalBlend)), (Pixel16{77, 200, 100, 50}));
 }
 
-TEST(NormalOver, theOldColourWeighsWhatTheSourceLeavesOfIt) {
+TEST(NormalOver, theOldColorWeighsWhatTheSourceLeavesOfIt) {
   // i = (255 - 128) * 255 >> 8 = 126, t = 254: (200 * 128 + 10 * 126) / 254 = 26860 / 254 = 105.7
   Pixel8 pixel{255, 10, 0, 255};
   normalOver(pixel, Pixel8{128, 200, 255, 0});
@@ -66,7 +66,7 @@ TEST(NormalOver, theAlphaOfThePixelIsNeverRaised) {
   EXPECT_EQ(pixel.alpha, 100);
 }
 
-TEST(NormalOver, overbrightFloatColourIsKept) {
+TEST(NormalOver, overbrightFloatColorIsKept) {
   Pixel32 pixel{1.0F, 0.5F, 0.5F, 0.5F};
   normalOver(pixel, Pixel32{1.0F, 2.5F, -1.0F, 0.0F});
   EXPECT_EQ(pixel, (Pixel32{1.0F, 2.5F, -1.0F, 0.0F}));
@@ -279,7 +279,7 @@ TEST(BlendAll, aCodeOutsideTheTwelveReplacesThePixelAlphaIncluded) {
   }
 }
 
-TEST(BlendAll, theOldColourIsWeighedAgainstTheResultOfTheMode) {
+TEST(BlendAll, theOldColorIsWeighedAgainstTheResultOfTheMode) {
   // Difference 10 and 250 is 240; i = (127 * 255) >> 8 = 126, t = 254: (240 * 128 + 10 * 126) / 254 = 125.9
   EXPECT_EQ((blended(Pixel8{255, 10, 10, 10}, Pixel8{128, 250, 250, 250}, differenceBlend).red), 125);
 }

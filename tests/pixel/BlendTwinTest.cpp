@@ -113,7 +113,7 @@ TEST(BlendSoftLight8, agreesWithItsTwinForAllPairsOfChannels) {
   }
 }
 
-TEST(NormalOver8, agreesWithItsTwinForAllColoursAndSourceAlphas) {
+TEST(NormalOver8, agreesWithItsTwinForAllColorsAndSourceAlphas) {
   for (const int P : {0, 1, 128, 254, 255}) {
     for (int a = 1; a < 255; ++a) {
       const int64_t i = floorDivide(int64_t{255 - a} * P, 256);

@@ -15,7 +15,7 @@ namespace {
 
 constexpr double sixth = 0.166666666666667;  // as the hue is scaled, not the true sixth
 
-TEST(RgbToHsv, theSixCornersOfTheColourWheelHaveTheirHues) {
+TEST(RgbToHsv, theSixCornersOfTheColorWheelHaveTheirHues) {
   const auto hueOf = [](uint8_t red, uint8_t green, uint8_t blue) { return rgbToHsv(Pixel8{0, red, green, blue}).hue; };
   EXPECT_EQ(hueOf(255, 0, 0), 0.0);
   EXPECT_EQ(hueOf(255, 255, 0), 1.0 * sixth);
@@ -165,7 +165,7 @@ TEST(HsvRoundTrip, theScaleOfTheHueCostsMixedPrimariesALevel) {
   EXPECT_EQ(hsvToRgb<Pixel16>(rgbToHsv(Pixel16{32768, 32768, 32768, 0})), (Pixel16{32768, 32767, 32768, 0}));
 }
 
-TEST(HsvRoundTrip, randomColoursNeverMoveByMoreThanALevel) {
+TEST(HsvRoundTrip, randomColorsNeverMoveByMoreThanALevel) {
   constexpr unsigned seed = 20417;
   std::mt19937 random(seed);
   for (int round = 0; round < 20000; ++round) {

@@ -24,7 +24,7 @@ TYPED_TEST_SUITE(DrawDotAtDepth, AllPixels);
 TYPED_TEST(DrawDotAtDepth, aDotWithoutWidthOrHeightDrawsNothingAndTouchesNothing) {
   TestCanvas<TypeParam> canvas(8, 8);
   const TypeParam before{1, 0, 1, 0};
-  canvas.context.colour = before;
+  canvas.context.color = before;
   for (int32_t shape = circleShape; shape <= diamondShape; ++shape) {
     EXPECT_EQ(drawDot(canvas.context, dot<TypeParam>(shape, 4, 4, 0.0, 5.0)), 0);
     EXPECT_EQ(drawDot(canvas.context, dot<TypeParam>(shape, 4, 4, 5.0, 0.0)), 0);
@@ -32,7 +32,7 @@ TYPED_TEST(DrawDotAtDepth, aDotWithoutWidthOrHeightDrawsNothingAndTouchesNothing
   }
   EXPECT_EQ(canvas.paintedPixels(), 0);
   EXPECT_EQ(canvas.context.matrix, PathMatrix{});
-  EXPECT_EQ(canvas.context.colour, before);
+  EXPECT_EQ(canvas.context.color, before);
 }
 
 TYPED_TEST(DrawDotAtDepth, everyShapePaintsItsMiddleAndNotItsSurroundings) {
@@ -42,7 +42,7 @@ TYPED_TEST(DrawDotAtDepth, everyShapePaintsItsMiddleAndNotItsSurroundings) {
     EXPECT_EQ(canvas.at(14, 14), opaqueRed<TypeParam>()) << shape;
     EXPECT_EQ(canvas.at(0, 0), TypeParam{}) << shape;
     EXPECT_EQ(canvas.context.matrix, PathMatrix{}) << shape;
-    EXPECT_EQ(canvas.context.colour, opaqueRed<TypeParam>()) << shape;
+    EXPECT_EQ(canvas.context.color, opaqueRed<TypeParam>()) << shape;
     EXPECT_TRUE(canvas.guardsAreWhole()) << shape;
   }
 }
@@ -102,7 +102,7 @@ TYPED_TEST(DrawDotAtDepth, anUnknownShapeDrawsNothing) {
     EXPECT_EQ(drawDot(canvas.context, dot<TypeParam>(shape, 4, 4, 6, 6, 0.7)), 0);
     EXPECT_EQ(canvas.paintedPixels(), 0) << shape;
     EXPECT_EQ(canvas.context.matrix, PathMatrix{}) << shape;
-    EXPECT_EQ(canvas.context.colour, opaqueRed<TypeParam>()) << shape;
+    EXPECT_EQ(canvas.context.color, opaqueRed<TypeParam>()) << shape;
   }
 }
 

@@ -11,10 +11,10 @@ namespace {
 
 /// Sends any outline through the general filler.
 template <class Pixel>
-void fill(TestCanvas<Pixel>& canvas, const Points& points, const Pixel& colour) {
+void fill(TestCanvas<Pixel>& canvas, const Points& points, const Pixel& color) {
   canvas.setOutline(points);
   fillGeneral(canvas.rasterizer.edges, *canvas.rasterizer.coverage, canvas.rasterizer.vertices, canvas.context.canvas,
-              colour);
+              color);
 }
 
 template <class Pixel>

@@ -162,7 +162,7 @@ TYPED_TEST(RowPainterAtDepth, paintsAsPaintPixelDoesAndNothingBeside) {
   std::mt19937 random(seed);
   for (int round = 0; round < 30000; ++round) {
     const bool legal = round % 3 != 0;
-    const auto colour = anyPixel<TypeParam>(random, legal);
+    const auto color = anyPixel<TypeParam>(random, legal);
     TypeParam pixels[40], expected[40];
     for (TypeParam& p : pixels) {
       p = anyPixel<TypeParam>(random, legal);
@@ -171,13 +171,13 @@ TYPED_TEST(RowPainterAtDepth, paintsAsPaintPixelDoesAndNothingBeside) {
     std::copy(pixels, pixels + 40, expected);
     int16_t counts[16];
     for (int16_t& c : counts) c = static_cast<int16_t>(random() % 3 == 0 ? 64 : random() % 65);
-    RowPainter<TypeParam> painter(colour);
+    RowPainter<TypeParam> painter(color);
     const auto n = static_cast<int32_t>(random() % 16 + 1);
     painter.paint(pixels + 1, n, lanes::Counts::of(counts));
-    for (int32_t i = 0; i < n; ++i) paintPixel(expected[1 + i], colour, counts[i]);
+    for (int32_t i = 0; i < n; ++i) paintPixel(expected[1 + i], color, counts[i]);
     const auto whole = static_cast<int32_t>(random() % 20);
     painter.paintWhole(pixels + 19, whole);
-    for (int32_t i = 0; i < whole; ++i) paintPixel(expected[19 + i], colour, 64);
+    for (int32_t i = 0; i < whole; ++i) paintPixel(expected[19 + i], color, 64);
     for (int32_t i = 0; i < 40; ++i) {
       ASSERT_TRUE(sameValue(pixels[i], expected[i])) << "seed " << seed << ", round " << round << ", pixel " << i
                                                      << ": " << text(pixels[i]) << ", should be " << text(expected[i]);

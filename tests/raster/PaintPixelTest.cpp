@@ -10,8 +10,8 @@ namespace vindrel {
 namespace {
 
 template <class Pixel>
-Pixel painted(Pixel pixel, const Pixel& colour, int32_t count) {
-  paintPixel(pixel, colour, count);
+Pixel painted(Pixel pixel, const Pixel& color, int32_t count) {
+  paintPixel(pixel, color, count);
   return pixel;
 }
 
@@ -29,14 +29,14 @@ TYPED_TEST(PaintPixelAtDepth, aCountOfZeroPaintsNothing) {
   EXPECT_EQ(painted(old, opaqueRed<TypeParam>(), 0), old);
 }
 
-TYPED_TEST(PaintPixelAtDepth, aColourWithoutOpacityPaintsNothing) {
+TYPED_TEST(PaintPixelAtDepth, aColorWithoutOpacityPaintsNothing) {
   const TypeParam old{1, 1, 0, 1};
   TypeParam clear = opaqueRed<TypeParam>();
   clear.alpha = 0;
   EXPECT_EQ(painted(old, clear, 64), old);
 }
 
-TYPED_TEST(PaintPixelAtDepth, theColourOfAnEmptyPixelNeverEnters) {
+TYPED_TEST(PaintPixelAtDepth, theColorOfAnEmptyPixelNeverEnters) {
   TypeParam expected = opaqueRed<TypeParam>();
   expected.alpha = static_cast<decltype(expected.alpha)>(expected.alpha / 2);  // 127, 16384, 0.5
   EXPECT_EQ(painted(TypeParam{0, 0, 1, 1}, opaqueRed<TypeParam>(), 32), expected);
@@ -97,13 +97,13 @@ TEST(PaintPixel16, theOpacityIsCutToALevel) {
   EXPECT_EQ(painted(Pixel16{20000, 0, 0, 0}, Pixel16{1000, 0, 0, 0}, 21).alpha, 20127);
 }
 
-TEST(PaintPixel32, coloursBeyondTheRangeGoThrough) {
+TEST(PaintPixel32, colorsBeyondTheRangeGoThrough) {
   EXPECT_EQ(painted(Pixel32{1.0F, 0.5F, -1.0F, 0.0F}, Pixel32{0.5F, 2.5F, -3.0F, 1.0F}, 64),
             (Pixel32{1.0F, 1.5F, -2.0F, 0.5F}));
 }
 
 // a = 0.25, i = 0.75 * 0.5, t = 0.625; red (0.25 * 1 + 0.375 * 0) / 0.625.
-TEST(PaintPixel32, coloursStayStraightByTheNewWeight) {
+TEST(PaintPixel32, colorsStayStraightByTheNewWeight) {
   EXPECT_EQ(painted(Pixel32{0.5F, 0.0F, 0.0F, 0.0F}, Pixel32{0.5F, 1.0F, 0.0F, 0.0F}, 32),
             (Pixel32{0.625F, 0.25F / 0.625F, 0.0F, 0.0F}));
 }

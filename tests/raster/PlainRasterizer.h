@@ -108,34 +108,34 @@ inline Runs intersected(const Runs& a, const Runs& b) {
 }
 
 template <class Pixel>
-void paint(Pixel& pixel, const Pixel& colour, int32_t count) {
+void paint(Pixel& pixel, const Pixel& color, int32_t count) {
   const int64_t full = PixelTraits<Pixel>::fullScale;
   const int64_t lowBits = sizeof(pixel.alpha) == 1 ? 255 : 65535;
-  const int64_t product = wrap(int64_t{colour.alpha} * count);
+  const int64_t product = wrap(int64_t{color.alpha} * count);
   const int64_t a = trunc32(static_cast<double>(product) * 0.015625) & lowBits;
   using Channel = decltype(pixel.alpha);
   if (a == 0) return;
   if (pixel.alpha == 0 || a == full) {
-    pixel.red = colour.red;
-    pixel.green = colour.green;
-    pixel.blue = colour.blue;
+    pixel.red = color.red;
+    pixel.green = color.green;
+    pixel.blue = color.blue;
     pixel.alpha = static_cast<Channel>(a);
     return;
   }
   const int64_t i = ((full - a) * pixel.alpha) >> (full == 255 ? 8 : 15);
   const int64_t t = (a + i) & lowBits;
-  pixel.red = static_cast<Channel>(wrap(colour.red * a + pixel.red * i) / t);
-  pixel.green = static_cast<Channel>(wrap(colour.green * a + pixel.green * i) / t);
-  pixel.blue = static_cast<Channel>(wrap(colour.blue * a + pixel.blue * i) / t);
+  pixel.red = static_cast<Channel>(wrap(color.red * a + pixel.red * i) / t);
+  pixel.green = static_cast<Channel>(wrap(color.green * a + pixel.green * i) / t);
+  pixel.blue = static_cast<Channel>(wrap(color.blue * a + pixel.blue * i) / t);
   pixel.alpha = static_cast<Channel>(t);
 }
 
-inline void paint(Pixel32& pixel, const Pixel32& colour, int32_t count) {
-  const float product = static_cast<float>(count) * colour.alpha;
+inline void paint(Pixel32& pixel, const Pixel32& color, int32_t count) {
+  const float product = static_cast<float>(count) * color.alpha;
   const float a = static_cast<float>(static_cast<double>(product) * 0.015625);
   if (a == 0.0F) return;
   if (pixel.alpha == 0.0F || a == 1.0F) {
-    pixel = colour;
+    pixel = color;
     pixel.alpha = a;
     return;
   }
@@ -143,11 +143,11 @@ inline void paint(Pixel32& pixel, const Pixel32& colour, int32_t count) {
   const float i = rest * pixel.alpha;
   const float t = i + a;
   float* const channels[] = {&pixel.red, &pixel.green, &pixel.blue};
-  const float sources[] = {colour.red, colour.green, colour.blue};
+  const float sources[] = {color.red, color.green, color.blue};
   for (int n = 0; n < 3; ++n) {
-    const float fromColour = a * sources[n];
+    const float fromColor = a * sources[n];
     const float fromOld = i * *channels[n];
-    const float sum = fromColour + fromOld;
+    const float sum = fromColor + fromOld;
     *channels[n] = sum / t;
   }
   pixel.alpha = t;
@@ -173,7 +173,7 @@ class Rasterizer {
   Pixel* pixels;
   int32_t width, height, rowBytes;
   PathMatrix matrix{};
-  Pixel colour{};
+  Pixel color{};
   std::vector<Vertex> vertices{};
   int32_t smallestCount = 0, largestCount = 0;
   int32_t convexFills = 0, generalFills = 0;
@@ -364,7 +364,7 @@ class Rasterizer {
 
   void drawDot(const DotRecord<Pixel>& dot) {
     if (dot.width == 0.0 || dot.height == 0.0) return;
-    colour = dot.color;
+    color = dot.color;
     PathMatrix& m = matrix;
     m.f = dot.x * m.d + dot.y * m.e + m.f;
     m.c = dot.y * m.b + dot.x * m.a + m.c;
@@ -560,7 +560,7 @@ class Rasterizer {
       if (count > largestCount) largestCount = count;
     }
     auto* const bytes = reinterpret_cast<std::byte*>(pixels) + std::ptrdiff_t{rowBytes} * row;
-    paint(reinterpret_cast<Pixel*>(bytes)[column], colour, count);
+    paint(reinterpret_cast<Pixel*>(bytes)[column], color, count);
   }
 
   Run rows[8]{};

@@ -43,7 +43,7 @@ struct Scene {
   std::vector<Stroke> strokes;
 };
 
-Pixel32 randomColour(Dice& dice) {
+Pixel32 randomColor(Dice& dice) {
   const auto channel = [&dice] { return static_cast<float>(dice.number(0.0, 1.0)); };
   const int kind = dice.pick(0, 5);
   const float alpha = kind <= 1 ? 1.0F : kind == 2 ? 1.0F / 255.0F : channel();
@@ -101,7 +101,7 @@ DotRecord<Pixel32> randomDot(Dice& dice, double width, double height, int shapes
   return {-1.0,
           whole ? std::floor(x) : x,
           whole ? std::floor(y) : y,
-          randomColour(dice),
+          randomColor(dice),
           whole ? std::ceil(w) : w,
           whole ? std::ceil(h) : h,
           dice.oneIn(3) ? quarter : dice.number(-7.0, 7.0),
@@ -152,7 +152,7 @@ void scatterPixels(TestCanvas<Pixel>& canvas, uint64_t seed) {
   Dice dice(seed + 1);
   for (int32_t y = 0; y < canvas.height; ++y) {
     for (int32_t x = 0; x < canvas.width; ++x) {
-      if (!dice.oneIn(3)) canvas.at(x, y) = atDepth<Pixel>(randomColour(dice));
+      if (!dice.oneIn(3)) canvas.at(x, y) = atDepth<Pixel>(randomColor(dice));
     }
   }
 }
@@ -191,7 +191,7 @@ TYPED_TEST(RandomOutlines, areDrawnAsThePlainRasteriserDrawsThem) {
         plain.drawDot(dot);
       } else {
         shipped.fill(stroke.points, dot.color);
-        plain.colour = dot.color;
+        plain.color = dot.color;
         plain.vertices.clear();
         for (const auto& [x, y] : stroke.points) plain.add(x, y);
         plain.finishPath();
@@ -265,7 +265,7 @@ TYPED_TEST(RandomOutlines, beyondTheTableAreDrawnAsThePlainRasteriserDrawsThem) 
     for (const Stroke& stroke : scene.strokes) {
       const DotRecord<TypeParam> dot = dotAtDepth<TypeParam>(stroke.dot);
       shipped.fill(stroke.points, dot.color);
-      plain.colour = dot.color;
+      plain.color = dot.color;
       plain.vertices.clear();
       for (const auto& [x, y] : stroke.points) plain.add(x, y);
       plain.finishPath();
@@ -355,7 +355,7 @@ TYPED_TEST(RandomOutlines, ofHugeCirclesAreDrawnAsThePlainRasteriserDrawsThem) {
     const DotRecord<Pixel32> d{-1.0,
                                25.0 - (x * std::cos(turn) - y * std::sin(turn)) + dice.number(-30.0, 30.0),
                                10.0 - (x * std::sin(turn) + y * std::cos(turn)) + dice.number(-30.0, 30.0),
-                               randomColour(dice),
+                               randomColor(dice),
                                w,
                                h,
                                turn,
@@ -376,7 +376,7 @@ TYPED_TEST(RandomOutlines, ofLargeDotsFarOutAreDrawnAsThePlainRasteriserDrawsThe
     const DotRecord<Pixel32> d{-1.0,
                                dice.number(-far, far),
                                dice.number(-far, far),
-                               randomColour(dice),
+                               randomColor(dice),
                                dice.number(-2.0 * far, 2.0 * far),
                                dice.number(-2.0 * far, 2.0 * far),
                                dice.number(-4.0, 4.0),

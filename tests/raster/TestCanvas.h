@@ -120,10 +120,10 @@ class TestCanvas {
     }
   }
 
-  void fill(const Points& points, const Pixel& colour) {
-    context.colour = colour;
+  void fill(const Points& points, const Pixel& color) {
+    context.color = color;
     setOutline(points);
-    rasterizer.finishPath(context.canvas, context.matrix, colour);
+    rasterizer.finishPath(context.canvas, context.matrix, color);
   }
 
   int32_t width, height;
