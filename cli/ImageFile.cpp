@@ -132,10 +132,14 @@ Image onFullImage(const PictureLayout& layout, std::span<const uint8_t> samples)
   return image;
 }
 
+bool swapsSides(int orientation) {
+  return orientation > 4 && orientation <= 8;
+}
+
 /// Turns a picture as the camera was held. `orientation` is 1 to 8; above 4, rows and columns change places.
 Image upright(Image image, int orientation) {
   if (orientation <= 1 || orientation > 8) return image;
-  const bool turned = orientation > 4;
+  const bool turned = swapsSides(orientation);
   const bool fromRight = orientation == 2 || orientation == 3 || orientation == 7 || orientation == 8;
   const bool fromBottom = orientation == 3 || orientation == 4 || orientation == 6 || orientation == 7;
   Image result(image.depth(), turned ? image.height() : image.width(), turned ? image.width() : image.height());
@@ -151,6 +155,22 @@ Image upright(Image image, int orientation) {
     }
   });
   return result;
+}
+
+/// Does the work with the file's reader, whose header has been found to be one that can be rendered.
+template <class Work>
+auto withReader(const fs::path& file, uint64_t mostMemory, const Work& work) {
+  const std::vector<uint8_t> bytes = readFile(file, "picture", mostMemory);
+  try {
+    const std::unique_ptr<PictureReader> reader = readerFor(bytes);
+    if (!reader) throw OtherPicture("is no picture that can be read; PNG, TIFF, EXR and JPEG can");
+    checkSize(reader->layout(), file, mostMemory);
+    return work(*reader);
+  } catch (const OtherPicture& other) {
+    throw UserError(quoted(file) + " " + other.what());
+  } catch (const BrokenPicture& broken) {
+    throw UserError("can't read " + quoted(file) + ": " + broken.what());
+  }
 }
 
 // ---- writing
@@ -214,23 +234,24 @@ std::vector<uint8_t> packed(const Image& image, bool associate) {
 
 }  // namespace
 
+PictureSize pictureSize(const fs::path& file, uint64_t mostMemory) {
+  return withReader(file, mostMemory, [](PictureReader& reader) {
+    const PictureLayout& layout = reader.layout();
+    const auto width = static_cast<int32_t>(layout.fullWidth);
+    const auto height = static_cast<int32_t>(layout.fullHeight);
+    return swapsSides(layout.orientation) ? PictureSize{height, width} : PictureSize{width, height};
+  });
+}
+
 Image readPicture(const fs::path& file, uint64_t mostMemory) {
-  const std::vector<uint8_t> bytes = readFile(file, "picture", mostMemory);
-  try {
-    const std::unique_ptr<PictureReader> reader = readerFor(bytes);
-    if (!reader) throw OtherPicture("is no picture that can be read; PNG, TIFF, EXR and JPEG can");
-    const PictureLayout& layout = reader->layout();
-    checkSize(layout, file, mostMemory);
+  return withReader(file, mostMemory, [](PictureReader& reader) {
+    const PictureLayout& layout = reader.layout();
     std::vector<uint8_t> samples(static_cast<std::size_t>(layout.bytes()));
-    reader->read(samples);
+    reader.read(samples);
     return upright(
         standin::withPixelOf(layout.depth, [&](auto pixel) { return onFullImage<decltype(pixel)>(layout, samples); }),
         layout.orientation);
-  } catch (const OtherPicture& other) {
-    throw UserError(quoted(file) + " " + other.what());
-  } catch (const BrokenPicture& broken) {
-    throw UserError("can't read " + quoted(file) + ": " + broken.what());
-  }
+  });
 }
 
 void checkWritable(const fs::path& file, Depth depth) {

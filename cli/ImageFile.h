@@ -37,6 +37,16 @@ inline constexpr uint64_t usualMemoryLimit = 4'500'000'000;
 ///         RGBA, a pixel type between the depths, larger than the host's 30000 pixels or than mostMemory
 standin::Image readPicture(const std::filesystem::path& file, uint64_t mostMemory = usualMemoryLimit);
 
+struct PictureSize {
+  int32_t width = 0;
+  int32_t height = 0;
+  bool operator==(const PictureSize&) const = default;
+};
+
+/// The size that readPicture gives the picture, from its header.
+/// @throws UserError as readPicture does, but for what only the pixels show
+PictureSize pictureSize(const std::filesystem::path& file, uint64_t mostMemory = usualMemoryLimit);
+
 /// Checks, before any work is done, that a picture of this depth can be written to the file: its ending, its folder,
 /// what stands in its place.
 /// @throws UserError naming the file and what would be right

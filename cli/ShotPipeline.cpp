@@ -92,8 +92,9 @@ bool standsWhole(const std::filesystem::path& file, uint64_t mostMemory) {
 /// Reads frames; a still that serves all of them is read once.
 class Source {
  public:
-  Source(const std::vector<ShotFrame>& frames, const Arguments& arguments, const FrameDrawer& drawer)
-      : frames_(frames), arguments_(arguments), drawer_(drawer) {}
+  Source(const std::vector<ShotFrame>& frames, const Arguments& arguments, const FrameDrawer& drawer,
+         const std::optional<PictureSize>& size)
+      : frames_(frames), arguments_(arguments), drawer_(drawer), size_(size) {}
 
   Traveller next(std::size_t index) {
     Traveller traveller;
@@ -105,7 +106,9 @@ class Source {
         return;
       }
       if (last_ == nullptr || lastFile_ != frame.input) {
-        last_ = std::make_shared<const Image>(drawer_.read(frame.input));
+        auto picture = std::make_shared<const Image>(drawer_.read(frame.input));
+        checkSize({picture->width(), picture->height()});
+        last_ = std::move(picture);
         lastFile_ = frame.input;
       }
       traveller.picture = last_;
@@ -114,9 +117,18 @@ class Source {
   }
 
  private:
+  /// A stray frame is told rather than rendered with dots in other places.
+  void checkSize(PictureSize size) const {
+    if (!size_ || size == *size_) return;
+    throw UserError("it is " + std::to_string(size.width) + " x " + std::to_string(size.height) +
+                    " pixels, and the first frame is " + std::to_string(size_->width) + " x " +
+                    std::to_string(size_->height));
+  }
+
   const std::vector<ShotFrame>& frames_;
   const Arguments& arguments_;
   const FrameDrawer& drawer_;
+  const std::optional<PictureSize>& size_;
   std::filesystem::path lastFile_;
   std::shared_ptr<const Image> last_;
 };
@@ -134,26 +146,19 @@ void write(Traveller& traveller, const ShotFrame& frame, const FrameDrawer& draw
   traveller.picture.reset();
 }
 
-/// Frames of a sequence are of one size; a stray one is told rather than rendered with dots in other places.
-class SizeCheck {
- public:
-  void check(Traveller& traveller) {
-    if (traveller.picture == nullptr) return;
-    const std::pair size(traveller.picture->width(), traveller.picture->height());
-    if (!first_) first_ = size;
-    if (size == *first_) return;
-    traveller.result.kind = FrameResult::Kind::failed;
-    traveller.result.message = "it is " + std::to_string(size.first) + " x " + std::to_string(size.second) +
-                               " pixels, and the first frame is " + std::to_string(first_->first) + " x " +
-                               std::to_string(first_->second);
-    traveller.picture.reset();
-  }
-
- private:
-  std::optional<std::pair<int32_t, int32_t>> first_;
-};
-
 }  // namespace
+
+std::optional<PictureSize> sizeOfShot(const std::vector<ShotFrame>& frames, uint64_t mostMemory) {
+  for (const ShotFrame& frame : frames) {
+    try {
+      return pictureSize(frame.input, mostMemory);
+    } catch (const UserError&) {
+      // The frame fails by name when its turn comes; the next one tells the size.
+      continue;
+    }
+  }
+  return std::nullopt;
+}
 
 void runPipeline(const std::vector<ShotFrame>& frames, const Arguments& arguments, FrameDrawer& drawer,
                  const std::function<void(const FrameResult&)>& take) {
@@ -175,17 +180,15 @@ void runPipeline(const std::vector<ShotFrame>& frames, const Arguments& argument
   Queue toDraw;
   Queue toWrite;
   std::jthread reader([&] {
-    Source source(frames, arguments, drawer);
-    SizeCheck sizes;
+    const std::optional<PictureSize> size = sizeOfShot(frames, arguments.mostMemory);
+    Source source(frames, arguments, drawer, size);
     for (std::size_t i = 0; i < frames.size(); ++i) {
       {
         std::unique_lock lock(mutex);
         freed.wait(lock, [&] { return travelling < most; });
         ++travelling;
       }
-      Traveller traveller = source.next(i);
-      sizes.check(traveller);
-      toDraw.push(std::move(traveller));
+      toDraw.push(source.next(i));
     }
     toDraw.close();
   });
@@ -210,8 +213,8 @@ void runPipeline(const std::vector<ShotFrame>& frames, const Arguments& argument
 }
 
 FrameResult renderFrame(const std::vector<ShotFrame>& frames, std::size_t index, const Arguments& arguments,
-                        FrameDrawer& drawer) {
-  Source source(frames, arguments, drawer);
+                        FrameDrawer& drawer, const std::optional<PictureSize>& size) {
+  Source source(frames, arguments, drawer, size);
   Traveller traveller = source.next(index);
   if (traveller.picture != nullptr) draw(traveller, frames[index], drawer);
   if (traveller.picture != nullptr) write(traveller, frames[index], drawer);

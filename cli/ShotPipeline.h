@@ -3,9 +3,11 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <vector>
 
 #include "cli/FrameDrawer.h"
+#include "cli/ImageFile.h"
 #include "cli/Shot.h"
 
 namespace cli {
@@ -14,8 +16,12 @@ namespace cli {
 void runPipeline(const std::vector<ShotFrame>& frames, const Arguments& arguments, FrameDrawer& drawer,
                  const std::function<void(const FrameResult&)>& take);
 
+/// The size of the first frame that can be read; nothing when none can.
+std::optional<PictureSize> sizeOfShot(const std::vector<ShotFrame>& frames, uint64_t mostMemory);
+
 /// The whole way of one frame on this thread. Never throws; a failure is in the result.
+/// @param size  that the picture must have; none: any
 FrameResult renderFrame(const std::vector<ShotFrame>& frames, std::size_t index, const Arguments& arguments,
-                        FrameDrawer& drawer);
+                        FrameDrawer& drawer, const std::optional<PictureSize>& size);
 
 }  // namespace cli

@@ -59,14 +59,14 @@ FrameResult unpacked(const Answer& answer) {
 
 /// The life of a worker: indices come in, answers go out, until the other end is closed.
 [[noreturn]] void work(const OpenFile& channel, const std::vector<ShotFrame>& frames, const Arguments& arguments,
-                       FrameDrawer& drawer, pid_t parent) {
+                       FrameDrawer& drawer, const std::optional<PictureSize>& size, pid_t parent) {
   // When the first process is killed, nobody waits for the frames any more.
   prctl(PR_SET_PDEATHSIG, SIGTERM);
   heedInterrupts();
   if (getppid() != parent) _exit(1);
   uint64_t index = 0;
   while (recv(channel.number(), &index, sizeof index, 0) == static_cast<ssize_t>(sizeof index)) {
-    const Answer answer = packed(renderFrame(frames, index, arguments, drawer));
+    const Answer answer = packed(renderFrame(frames, index, arguments, drawer, size));
     if (send(channel.number(), &answer, sizeof answer, MSG_NOSIGNAL) != static_cast<ssize_t>(sizeof answer)) break;
   }
   // The module is the first process's as well; its end is not for here.
@@ -84,7 +84,12 @@ class Foreman {
  public:
   Foreman(const std::vector<ShotFrame>& frames, const Arguments& arguments, FrameDrawer& drawer,
           const std::function<void(const FrameResult&)>& take)
-      : frames_(frames), arguments_(arguments), drawer_(drawer), take_(take), tries_(frames.size()) {
+      : frames_(frames),
+        arguments_(arguments),
+        drawer_(drawer),
+        take_(take),
+        size_(sizeOfShot(frames, arguments.mostMemory)),
+        tries_(frames.size()) {
     for (std::size_t i = 0; i < frames.size(); ++i) waiting_.push_back(i);
   }
   Foreman(const Foreman&) = delete;
@@ -118,7 +123,7 @@ class Foreman {
       ours = OpenFile();
       // The other workers' channels must not be held open from here.
       for (Worker& worker : workers_) worker.channel = OpenFile();
-      work(theirs, frames_, arguments_, drawer_, parent);
+      work(theirs, frames_, arguments_, drawer_, size_, parent);
     }
     workers_.push_back({process, std::move(ours), std::nullopt, {}});
   }
@@ -202,6 +207,7 @@ class Foreman {
   const Arguments& arguments_;
   FrameDrawer& drawer_;
   const std::function<void(const FrameResult&)>& take_;
+  std::optional<PictureSize> size_;
   std::deque<std::size_t> waiting_;
   std::vector<int32_t> tries_;
   std::vector<Worker> workers_;

@@ -146,6 +146,8 @@ PF_Err checkoutParam(PF_ProgPtr ref, PF_ParamIndex index, A_long time, A_long ti
     const std::shared_ptr<const Image> picture = host->layerPictureAt(index, time, timeScale);
     if (picture != nullptr) param->u.ld = host->lend(picture, name, false);
   }
+  // Once the books are written off, nobody is asked for those records any more; over a shot they would pile up.
+  if (host->books.openCount(Matter::kParameter) == 0) host->openParams.clear();
   // Records get copied on their way; this mark, in a field without a use, tells at check-in which one came back.
   param->unused = host->books.lend(Matter::kParameter, text + ", " + name, host->running);
   host->openParams[param->unused] = index;

@@ -147,10 +147,15 @@ TEST_F(AnimationTest, aLayerMayBeARowOfFiles) {
     cli::writePicture(folder_ / ("mask." + std::to_string(i) + ".png"), mask);
   }
   const std::vector<std::string> layer = {"--set", "Mask=Layer", "--layer", "Mask Target Layer=" + path("mask.#.png")};
-  const Outcome outcome = shot("1-3", layer);
-  EXPECT_EQ(outcome.exitCode, 1);
-  EXPECT_EQ(outcome.err, "vindrel: frame 3: no file '" + path("mask.3.png") + "'; did you mean 'mask.1.png'?\n" +
-                             "vindrel: 1 of 3 frames failed: 3\n");
+  for (const char* jobs : {"1", "2"}) {
+    std::vector<std::string> more = layer;
+    more.insert(more.end(), {"--jobs", jobs});
+    const Outcome outcome = shot("1-3", more);
+    EXPECT_EQ(outcome.exitCode, 1);
+    EXPECT_EQ(outcome.err, "vindrel: frame 3: no file '" + path("mask.3.png") + "'; did you mean 'mask.1.png'?\n" +
+                               "vindrel: 1 of 3 frames failed: 3\n");
+    EXPECT_FALSE(std::filesystem::exists(folder_ / "out.3.png"));
+  }
   for (int32_t i = 1; i <= 2; ++i) {
     ASSERT_EQ(runCommandLine({"render", path("in.png"), path("one.png"), "--set", "Mask=Layer", "--layer",
                               "Mask Target Layer=" + path("mask." + std::to_string(i) + ".png")})
@@ -164,6 +169,8 @@ TEST_F(AnimationTest, aLayerMayBeARowOfFiles) {
 TEST_F(AnimationTest, wrongAnimationsAreRefusedBeforeAnythingIsWritten) {
   expectRefused(R"({"Dot Sise": [{"frame": 1, "value": 4}]})", "no control 'Dot Sise'; did you mean 'Dot Size'?");
   expectRefused(R"({"Dot Size": [{"frame": 2, "value": 4}, {"frame": 2, "value": 5}]})",
+                "'Dot Size' has a key at 2 that doesn't come after the one before it");
+  expectRefused(R"({"Dot Size": [{"frame": 5, "value": 4}, {"frame": 2, "value": 5}]})",
                 "'Dot Size' has a key at 2 that doesn't come after the one before it");
   expectRefused(R"({"Dot Size": [{"frame": 1, "value": 4000}]})",
                 "'Dot Size' takes a number from 0 to 1000, not '4000'");

@@ -163,9 +163,23 @@ TEST_F(ShotTest, aFrameThatFailsIsNamedAndTheOthersStand) {
 TEST_F(ShotTest, aFrameOfAnotherSizeIsNamed) {
   inputs(1, 2);
   inputs(3, 3, 20, 10);
-  const Outcome outcome = render("in.####.png", "out.####.png");
-  EXPECT_EQ(outcome.exitCode, 1);
-  EXPECT_TRUE(outcome.err.starts_with("vindrel: frame 3: it is 20 x 10 pixels, and the first frame is 48 x 32\n"))
+  for (const char* jobs : {"1", "2", "3"}) {
+    const Outcome outcome = render("in.####.png", "out.####.png", {"--jobs", jobs});
+    EXPECT_EQ(outcome.exitCode, 1) << jobs;
+    EXPECT_EQ(outcome.err,
+              "vindrel: frame 3: it is 20 x 10 pixels, and the first frame is 48 x 32\n"
+              "vindrel: 1 of 3 frames failed: 3\n")
+        << jobs;
+    EXPECT_FALSE(outputs().contains("0003.png")) << jobs;
+  }
+}
+
+TEST_F(ShotTest, theSizeOfTheShotIsThatOfItsFirstFrameAlsoWhenThatIsLeftOut) {
+  inputs(1, 2);
+  ASSERT_EQ(render("in.####.png", "out.####.png", {"--frames", "1"}).exitCode, 0);
+  inputs(2, 2, 20, 10);
+  const Outcome outcome = render("in.####.png", "out.####.png", {"--skip-existing"});
+  EXPECT_TRUE(outcome.err.starts_with("vindrel: frame 2: it is 20 x 10 pixels, and the first frame is 48 x 32\n"))
       << outcome.err;
 }
 
@@ -183,6 +197,11 @@ TEST_F(ShotTest, wrongSequencesAreRefusedBeforeAnythingIsWritten) {
                 "frame 1 lies before --start 2");
   expectRefused(render("in.####.png", "nowhere/out.####.png", {"--frames", "1-2"}),
                 "can't write '" + path("nowhere/out.0001.png") + "': no folder '" + path("nowhere") + "'");
+  expectRefused(render("in.%s.png", "out.####.png"), "no file '" + path("in.%s.png") + "'");
+  expectRefused(render("in.%x04d.png", "out.####.png"),
+                "no file '" + path("in.%x04d.png") + "'; did you mean 'in.0001.png'?");
+  expectRefused(render("in.####.png", "out.%d.####.png", {"--frames", "1-2"}),
+                "'" + path("out.%d.####.png") + "' has two places for a number; it must have one");
   expectRefused(render("in.##.##.png", "out.####.png"),
                 "'" + path("in.##.##.png") + "' has two places for a number; it must have one");
   expectRefused(render("in.####.png", "out.####.png", {"--chunk", "3/2"}),

@@ -225,6 +225,71 @@ TEST_F(Parameters, aSecondCheckinOfOneCheckoutIsAComplaint) {
   EXPECT_EQ(host.books().complaintCount(Matter::kStrayCheckin), 1) << report();
 }
 
+TEST_F(Parameters, aRecordWhoseDebtWasWrittenOffIsForgotten) {
+  PF_ParamDef first{};
+  effect.on[PF_Cmd_RENDER] = [&](const Call& call) { return call.checkout(1, &first); };
+  EXPECT_EQ(host.renderClassic(frameOf(4, 4), host.defaults()).error, PF_Err_NONE);
+  host.books().clear();
+  effect.on[PF_Cmd_RENDER] = [&](const Call& call) {
+    PF_ParamDef second{};
+    EXPECT_EQ(call.checkout(2, &second), PF_Err_NONE);
+    call.in->inter.checkin_param(call.in->effect_ref, &first);
+    return call.in->inter.checkin_param(call.in->effect_ref, &second);
+  };
+  EXPECT_EQ(host.renderClassic(frameOf(4, 4), host.defaults()).error, PF_Err_NONE);
+  EXPECT_EQ(host.books().complaintCount(Matter::kStrayCheckin), 1) << report();
+}
+
+class ValuesOverTime : public Parameters {
+ protected:
+  // What is asked for at `time` in 1/scale seconds, while frame 5 of 10 a second is drawn.
+  PF_ParamDef fetchedAt(PF_ParamIndex index, A_long time, A_u_long scale) {
+    PF_ParamDef def{};
+    effect.on[PF_Cmd_RENDER] = [&](const Call& call) {
+      const PF_Err err = call.in->inter.checkout_param(call.in->effect_ref, index, time, 1, scale, &def);
+      PF_ParamDef copy = def;
+      call.in->inter.checkin_param(call.in->effect_ref, &copy);
+      return err;
+    };
+    FrameRequest frame = frameOf(4, 4);
+    frame.currentTime = 5;
+    frame.timeScale = 10;
+    EXPECT_EQ(host.renderClassic(frame, host.defaults()).error, PF_Err_NONE);
+    return def;
+  }
+};
+
+TEST_F(ValuesOverTime, aControlAskedForAtAnotherTimeGetsItsValueOfThatTime) {
+  host.valueAt = [](int32_t index, A_long time, A_u_long timeScale) {
+    EXPECT_EQ(index, 1);
+    return ParameterValues::Value(100.0 + static_cast<double>(time) / static_cast<double>(timeScale));
+  };
+  EXPECT_EQ(fetchedAt(1, 3, 4).u.fs_d.value, 100.75);
+  EXPECT_EQ(fetchedAt(1, -2, 1).u.fs_d.value, 98.0);
+}
+
+TEST_F(ValuesOverTime, theFramesOwnTimeHasTheFramesOwnValuesHoweverItIsWritten) {
+  host.valueAt = [](int32_t, A_long, A_u_long) {
+    ADD_FAILURE() << "asked for the frame's own time";
+    return ParameterValues::Value(0.0);
+  };
+  EXPECT_EQ(fetchedAt(1, 5, 10).u.fs_d.value, 12.5);
+  EXPECT_EQ(fetchedAt(1, 1, 2).u.fs_d.value, 12.5);
+  EXPECT_EQ(fetchedAt(1, 2147483645, 4294967290U).u.fs_d.value, 12.5) << "a product of more than 32 bits";
+}
+
+TEST_F(ValuesOverTime, withoutAnAnswererTheFramesValuesHoldAtAllTimes) {
+  EXPECT_EQ(fetchedAt(1, 3, 4).u.fs_d.value, 12.5);
+}
+
+TEST_F(ValuesOverTime, aLayerMayBeAnotherPictureAtAnotherTime) {
+  host.valueAt = [](int32_t, A_long, A_u_long) {
+    return ParameterValues::Value(LayerValue::of(Image(Depth::k8, 7, 3)));
+  };
+  EXPECT_EQ(fetchedAt(8, 6, 10).u.ld.width, 7);
+  EXPECT_EQ(fetchedAt(8, 5, 10).u.ld.width, 0) << "none at the frame's own time";
+}
+
 TEST_F(Parameters, aCheckoutIntoTheCommandsOwnArrayIsAComplaint) {
   effect.on[PF_Cmd_RENDER] = [](const Call& call) {
     call.checkout(1, call.params[1]);
