@@ -7,8 +7,8 @@
 
 #include <cstdint>
 
-#include "effect/dots/CollectDots.h"
 #include "effect/dots/Grid.h"
+#include "effect/dots/RenderDotField.h"
 #include "effect/params/Choices.h"
 #include "effect/pixel/Pixel.h"
 #include "tests/dots/Frames.h"

@@ -5,8 +5,8 @@
 #pragma once
 
 #include <cstdint>
-
-#include "effect/dots/SharedCount.h"
+#include <new>
+#include <type_traits>
 
 namespace vindrel {
 
@@ -23,7 +23,7 @@ class BaseEffectMap {
   virtual double Evaluate(double x, double y) const noexcept = 0;
 
  protected:
-  // Maps are freed without a destructor (see SharedCount.h), so none is virtual and nobody destroys one by its base.
+  // Maps are freed without a destructor (see EffectMapPtr), so none is virtual and nobody destroys one by its base.
   BaseEffectMap() = default;
   BaseEffectMap(const BaseEffectMap&) = default;
   BaseEffectMap& operator=(const BaseEffectMap&) = default;
@@ -72,6 +72,80 @@ class RadialEffectMap final : public BaseEffectMap {
   double reach_;        ///< pixels
   double fadeLength_;   ///< pixels over which the weight fades
   double solidLength_;  ///< pixels of full weight
+};
+
+// A map is held by a reference-counted pointer of two words: the object and a count object beside it. Counts are plain
+// 32-bit integers without atomic operations, since only the thread of the render touches them. The last owner frees the
+// object's memory without running a destructor, so only objects that own nothing may be held.
+
+/// The count that all copies of one pointer share. Starts at 1; at 0 it disposes of the object and of itself.
+class SharedCountBase {
+ public:
+  SharedCountBase() noexcept = default;
+  SharedCountBase(const SharedCountBase&) = delete;
+  SharedCountBase& operator=(const SharedCountBase&) = delete;
+  virtual ~SharedCountBase() = default;
+
+  /// Frees the object that is counted; called once, when the last owner has gone.
+  virtual void Dispose() noexcept = 0;
+
+  void AddOwner() noexcept { ++useCount_; }
+
+  /// The caller gives its share back and must not touch the count again.
+  void Release() noexcept {
+    if (--useCount_ != 0) return;
+    Dispose();
+    delete this;
+  }
+
+ private:
+  int32_t useCount_ = 1;
+};
+
+/// The count of an object held by a pointer to T, which is where its memory begins.
+template <class T>
+class SharedCountImpl_P final : public SharedCountBase {
+ public:
+  explicit SharedCountImpl_P(T* pointer) noexcept : pointer_(pointer) {}
+
+  void Dispose() noexcept override { ::operator delete(static_cast<void*>(pointer_)); }
+
+ private:
+  T* pointer_;
+};
+
+/// One share in an object. Copying adds an owner. Never empty, and never given another object.
+template <class T>
+class SharedPointer {
+ public:
+  /// Takes over an object made by the global `new`, which is freed if there is no memory for its count.
+  template <class Derived>
+  explicit SharedPointer(Derived* object) : pointer_(object), count_(makeCount(object)) {
+    static_assert(std::is_base_of_v<T, Derived>);
+    static_assert(std::is_trivially_destructible_v<Derived>, "no destructor runs, so the object must own nothing");
+  }
+
+  SharedPointer(const SharedPointer& other) noexcept : pointer_(other.pointer_), count_(other.count_) {
+    count_->AddOwner();
+  }
+  SharedPointer& operator=(const SharedPointer&) = delete;
+  ~SharedPointer() { count_->Release(); }
+
+  T& operator*() const noexcept { return *pointer_; }
+  T* operator->() const noexcept { return pointer_; }
+
+ private:
+  static SharedCountBase* makeCount(T* object) {
+    try {
+      return new SharedCountImpl_P<T>(object);
+    } catch (...) {
+      ::operator delete(static_cast<void*>(object));
+      throw;
+    }
+  }
+
+  T* pointer_;
+  SharedCountBase* count_;
 };
 
 using EffectMapPtr = SharedPointer<BaseEffectMap>;

@@ -46,7 +46,7 @@ class BaseFilter {
   virtual PF_Err SmartPreRender(PF_InData* in_data, PF_OutData* out_data, PF_PreRenderExtra* extra);
   virtual PF_Err SmartRender(PF_InData* in_data, PF_OutData* out_data, PF_SmartRenderExtra* extra);
 
-  // What an instance remembers (SequenceData.cpp).
+  // What an instance remembers (effect/params/SequenceRecord.h).
 
   /// Makes a new record; its handle is out_data->sequence_data. 4 when there is no memory, 512 when it can't be locked.
   virtual PF_Err SequenceSetup(PF_InData* in_data, PF_OutData* out_data);
@@ -54,13 +54,13 @@ class BaseFilter {
   /// Disposes of in_data->sequence_data, if there is one. Always 0.
   virtual PF_Err SequenceSetdown(PF_InData* in_data, PF_OutData* out_data);
 
-  /// Puts the stored form of out_data->sequence_data into a new handle, which takes its place; the old handle is not
-  /// disposed of. The record has nothing yet that is worth storing, so the form is always the same. 512 without a
+  /// Puts the flat form of out_data->sequence_data into a new handle, which takes its place; the old handle is not
+  /// disposed of. The record has nothing yet that is worth storing, so it is always the same. 512 without a
   /// handle that can be locked, 4 when there is no memory.
   virtual PF_Err SequenceFlatten(PF_InData* in_data, PF_OutData* out_data);
 
-  /// Makes a new record out of the stored form in in_data->sequence_data, which is not disposed of. Anything that isn't
-  /// the stored form, or is missing, gives the record of a new instance, without an error. 4 and 512 as at the set-up;
+  /// Makes a new record out of the flat form in in_data->sequence_data, which is not disposed of. Anything that isn't
+  /// the flat form, or is missing, gives the record of a new instance, without an error. 4 and 512 as at the set-up;
   /// a new handle that can't be locked stays with the host.
   virtual PF_Err SequenceResetup(PF_InData* in_data, PF_OutData* out_data);
 

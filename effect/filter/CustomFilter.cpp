@@ -7,7 +7,7 @@
 #include "effect/filter/EntryPoint.h"
 #include "effect/filter/FrameRecord.h"
 #include "effect/filter/Roads.h"
-#include "effect/params/ControlIds.h"
+#include "effect/params/ParamObjects.h"
 #include "effect/params/ParamTable.h"
 #include "effect/pixel/Pixel.h"
 

@@ -5,8 +5,8 @@
 
 #include "ae/Constants.h"
 #include "effect/filter/BaseFilter.h"
-#include "effect/options/LanguageOptions.h"
-#include "effect/params/ParamTable.h"
+#include "effect/options/Messages.h"
+#include "effect/params/ParamObjects.h"
 #include "effect/share/util/Errors.h"
 #include "effect/share/util/SuiteCache.h"
 

@@ -1,7 +1,7 @@
 #include "effect/params/ParamGetter.h"
 
 #include "ae/Constants.h"
-#include "effect/params/BaseParam.h"
+#include "effect/params/ParamClasses.h"
 
 namespace vindrel {
 namespace {

@@ -5,7 +5,7 @@
 #include "ae/Constants.h"
 #include "ae/Suites.h"
 #include "effect/params/Choices.h"
-#include "effect/params/ControlIds.h"
+#include "effect/params/ParamObjects.h"
 #include "effect/params/ParamTable.h"
 #include "effect/params/SequenceRecord.h"
 #include "effect/share/util/HostMemory.h"

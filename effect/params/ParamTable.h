@@ -1,61 +1,106 @@
-// All controls of the effect: their declaration, and the passes over them.
+// The effect's whole vocabulary of controls as a table: one row is one control, row order is screen order.
 //
-// Built from the rows of ControlRows.h at the first entry into the module and shared by all instances. A control has
-// two numbers: its id, kept by the host in projects, and its host index, its place in the list.
-//
-// Threads: nothing here is locked. The table itself changes at the first call and at the set-down alone, while no frame
-// is drawn. FetchAll and ReleaseAll run on any number of threads at once, each with a record and definitions of its
-// own; AddAll, SaveAll and a fetch without a record come on the host's main thread while no frame is drawn.
+// Names are the keys of the settings file and ids are what saved projects hold, so both stay as they are for ever; an
+// id that has fallen out of use is never given again. A group runs from its row to the next endGroup row. The ids that
+// code asks for have names here, and the rows use them; all other ids stand in the rows alone. The items of the popups
+// stand in Choices.h.
 #pragma once
 
+#include <array>
 #include <cstdint>
+#include <span>
 
-#include "ae/InOutData.h"
+#include "ae/Pixels.h"
 #include "ae/Scalars.h"
-#include "effect/params/BaseParam.h"
-#include "effect/params/ParamGetter.h"
 
 namespace vindrel {
 
-inline constexpr int32_t paramSlots = 256;
+inline constexpr int effectorCount = 3;
 
-/// The owners, by id; null where no control has that id.
-extern BaseParam* byId[paramSlots];
+namespace controlId {
 
-/// The same objects in the order of the host's list, from entry 1 on without gaps; entry 0 and the rest are null.
-extern BaseParam* byIndex[paramSlots + 1];
+inline constexpr int32_t dotSize = 3;
+inline constexpr int32_t distanceBetween = 8;
+inline constexpr int32_t dotDistanceX = 9;
+inline constexpr int32_t dotDistanceY = 10;
+inline constexpr int32_t mask = 14;
+inline constexpr int32_t maskTargetLayer = 15;
+inline constexpr int32_t invertMask = 16;
+inline constexpr int32_t randomInterval = 20;
 
-/// Host index of the next object made. Starts at 1 when the module is loaded and is never set back: the objects of a
-/// second life, after a global set-down, go on counting.
-extern int32_t nextHostIndex;
+/// An id of an effector group, for N = 1, 2 or 3. The first controls of the groups got their ids group by group, with
+/// 30 from one group to the next; those that came later got them control by control.
+struct OfEffector {
+  int32_t first;
+  int32_t step;
+  constexpr int32_t operator()(int n) const { return first + step * (n - 1); }
+};
 
-/// Deletes what byId holds and makes all controls anew. An exception in between leaves the objects made so far in byId,
-/// with every group that was begun also ended.
-void DeclareParams(PF_InData* in_data);
+inline constexpr OfEffector enableEffector{37, 30};
+inline constexpr OfEffector angle{40, 30};
+inline constexpr OfEffector position{41, 30};
+inline constexpr OfEffector size{42, 30};
+inline constexpr OfEffector falloff{43, 30};
+inline constexpr OfEffector customMapLayer{45, 30};
+inline constexpr OfEffector absolute{46, 30};
+inline constexpr OfEffector absSize{47, 30};
+inline constexpr OfEffector absAspect{48, 30};
+inline constexpr OfEffector absRotation{49, 30};
+inline constexpr OfEffector absOpacity{50, 30};
+inline constexpr OfEffector color{61, 30};
+inline constexpr OfEffector blendMode{62, 30};
+inline constexpr OfEffector blendColor{63, 30};
+inline constexpr OfEffector shiftHue{64, 30};
+inline constexpr OfEffector centerDotToFront{126, 1};
+inline constexpr OfEffector pickSourceColor{129, 1};
+inline constexpr OfEffector tiling{133, 1};
+inline constexpr OfEffector effectMap{136, 1};
+inline constexpr OfEffector fitToLayer{139, 1};
 
-/// Deletes every object and nulls all of byId and byIndex.
-void DropParams();
+}  // namespace controlId
 
-/// Place in the host's list of the control with this id, or 0 when there is none. The 0 is no error value: callers
-/// use it as an index, so that an empty id addresses the layer itself.
-/// @param id  0 to 255
-int32_t HostIndexOf(int32_t id);
+/// One for each class of ParamClasses.h.
+enum class ControlKind : uint8_t { color, slider, floatSlider, checkbox, angle, popup, layer, point, group, endGroup };
 
-/// True when the host is After Effects and nobody sits at its screen. Throws a bare long 516 when After Effects does
-/// not lend "PF AE App Suite" 6.
-bool IsRenderEngine(PF_InData* in_data);
+/// Which of the three definitions the control starts from.
+enum class ControlTemplate : uint8_t {
+  plain,
+  supervised,  ///< the host reports the user's changes
+  stepped      ///< no interpolation between keyframes
+};
 
-/// Adds every control to the host, in order, and stops at the first error, which it returns.
-PF_Err AddAll(PF_InData* in_data, const char* settingsPath);
+/// Both ends inclusive.
+struct ControlRange {
+  double least = 0.0;
+  double greatest = 0.0;
+};
 
-/// Fetches every control into the record at `target` (null: only into the objects) and stops at the first error.
-/// What lies behind the failing control keeps what the record held.
-PF_Err FetchAll(void* target, ParamGetter& getter);
+/// Where the value of a control goes: `size` bytes at `offset` from the start of a RenderParams.
+/// A control without a value (a group) has size 0.
+struct ParamTarget {
+  uint32_t offset = 0;  ///< bytes
+  uint32_t size = 0;    ///< bytes
+};
 
-/// Gives every control's value back and stops at the first error.
-PF_Err ReleaseAll(ParamGetter& getter);
+/// What a row can say; a kind reads the fields that its class has and leaves the others at zero.
+struct ControlRow {  // NOLINT(clang-analyzer-optin.performance.Padding): the order of reading, for eight bytes
+  ControlKind kind = ControlKind::endGroup;
+  std::array<char, 32> name{};  ///< zero-ended; empty for the end of a group
+  int32_t id = 0;               ///< of an end: unused, since a group with id S ends with id S + 1
+  ParamTarget target{};
+  ControlTemplate definition = ControlTemplate::plain;
+  PF_Pixel color{};              ///< colour only
+  ControlRange valid{};          ///< what can be typed; both kinds of sliders
+  ControlRange slider{};         ///< ends of the track; both kinds of sliders
+  double defaultValue = 0.0;     ///< sliders; a popup's item from 1; degrees; 0 or 1; a layer's PF_LayerDefault_*
+  int16_t precision = 0;         ///< decimals shown; float slider only
+  int16_t displayFlags = 0;      ///< PF_ValueDisplayFlag_*; float slider only
+  int16_t choiceCount = 0;       ///< popup only
+  const char* choices = "";      ///< popup only: items with | between, "(-" is a separator line and counts
+  PF_FixedPoint pointDefault{};  ///< point only: percent of the layer, 16.16
+};
 
-/// Writes the value that each object holds into the settings file.
-void SaveAll(const char* settingsPath);
+/// All rows. They live as long as the module.
+std::span<const ControlRow> controlRows();
 
 }  // namespace vindrel

@@ -9,7 +9,7 @@
 
 #include "ae/Constants.h"
 #include "effect/params/ParamGetter.h"
-#include "effect/params/ParamTable.h"
+#include "effect/params/ParamObjects.h"
 #include "effect/share/util/Identity.h"
 #include "platform/ProfileFile.h"
 

@@ -5,6 +5,8 @@ namespace vindrel {
 
 /// 2 to the power -16: makes a double of a 16.16 number, and a share of the whole of a draw of 16 bits.
 inline constexpr double twoToMinus16 = 1.52587890625e-05;
+/// The other way round: a number of a control's own unit becomes 16.16.
+inline constexpr double twoTo16 = 65536.0;
 
 inline constexpr double radiansPerDegree = 0.017453292519943295;
 inline constexpr double quarterTurn = 1.5707963267948966;  ///< radians

@@ -1,4 +1,4 @@
-#include "effect/dots/CollectDots.h"
+#include "effect/dots/RenderDotField.h"
 
 #include <gtest/gtest.h>
 

@@ -4,7 +4,6 @@
 
 #include <vector>
 
-#include "effect/dots/CollectDots.h"
 #include "effect/pixel/Pixel.h"
 #include "tests/dots/DrawnCanvas.h"
 #include "tests/dots/Frames.h"

@@ -1,5 +1,5 @@
 // The shared pointer of the effect maps: who frees what, and when. Memory is counted by operators of our own.
-#include "effect/dots/SharedCount.h"
+#include "effect/dots/EffectMap.h"
 
 #include <gtest/gtest.h>
 

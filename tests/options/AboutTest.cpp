@@ -5,7 +5,6 @@
 #include <cstdio>
 #include <string>
 
-#include "effect/options/LanguageOptions.h"
 #include "effect/options/Messages.h"
 #include "tests/options/FakeSystem.h"
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "effect/options/LanguageOptions.h"
+#include "effect/options/Messages.h"
 
 namespace {
 

@@ -4,7 +4,6 @@
 
 #include <string>
 
-#include "effect/options/LanguageOptions.h"
 #include "tests/options/FakeSystem.h"
 
 namespace {

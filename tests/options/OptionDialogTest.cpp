@@ -10,7 +10,6 @@
 
 #include "ae/Constants.h"
 #include "ae/Suites.h"
-#include "effect/options/LanguageOptions.h"
 #include "effect/options/Messages.h"
 #include "effect/params/StoredDefaults.h"
 #include "tests/options/FakeSystem.h"

@@ -3,7 +3,7 @@
 
 #include <new>
 
-#include "effect/params/ParamTable.h"
+#include "effect/params/ParamObjects.h"
 #include "tests/params/PlainHost.h"
 #include "tests/params/ScarceOperators.h"
 

@@ -6,7 +6,7 @@
 #include <cstdio>
 
 #include "ae/Constants.h"
-#include "effect/params/ParamTable.h"
+#include "effect/params/ParamObjects.h"
 #include "tests/params/PlainHost.h"
 
 namespace vindrel {

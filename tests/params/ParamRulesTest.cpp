@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "ae/Constants.h"
-#include "effect/params/ParamTable.h"
+#include "effect/params/ParamObjects.h"
 #include "effect/params/SequenceRecord.h"
 #include "effect/share/util/SuiteCache.h"
 #include "tests/params/GreyingTwin.h"

@@ -2,404 +2,313 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstddef>
-#include <cstring>
+#include <iterator>
+#include <map>
 #include <set>
+#include <string>
 #include <vector>
 
 #include "ae/Constants.h"
 #include "effect/params/RenderParams.h"
-#include "effect/share/util/SuiteCache.h"
-#include "tests/params/PlainHost.h"
 
 namespace vindrel {
 namespace {
 
-using test::PlainHost;
+std::string nameOf(const ControlRow& row) {
+  return row.name.data();
+}
 
-class ParamTable : public testing::Test {
- protected:
-  void SetUp() override {
-    nextHostIndex = 1;
-    DeclareParams(&host.inData);
+std::string nameOfId(int32_t id) {
+  for (const ControlRow& row : controlRows()) {
+    if (row.kind != ControlKind::endGroup && row.id == id) return nameOf(row);
   }
-  void TearDown() override {
-    DropParams();
-    AEUtil::closeGlobalSuites();
-  }
+  return "none";
+}
 
-  /// A value of a float slider, as the host would hand it out.
-  static PF_ParamDef number(double value) {
-    PF_ParamDef def = zeroedDef();
-    def.u.fs_d.value = value;
-    return def;
-  }
+TEST(ParamTable, thereAreOneHundredAndTwentyTwo) {
+  EXPECT_EQ(controlRows().size(), 122U);
+}
 
-  PlainHost host;
-};
-
-TEST_F(ParamTable, anEmptySlotHasHostIndexZero) {
-  for (const int32_t id : {0, 28, 38, 51, 56, 116, 142, 255}) {
-    EXPECT_EQ(HostIndexOf(id), 0) << id;
-    EXPECT_EQ(byId[id], nullptr) << id;
+TEST(ParamTable, noIdIsGivenTwice) {
+  std::map<int32_t, std::string> ids;
+  int32_t group = 0;
+  for (const ControlRow& row : controlRows()) {
+    if (row.kind == ControlKind::group) group = row.id;
+    const int32_t id = row.kind == ControlKind::endGroup ? group + 1 : row.id;
+    EXPECT_TRUE(ids.emplace(id, nameOf(row)).second) << id << " is " << ids[id] << " and " << nameOf(row);
+    EXPECT_GE(id, 1);
+    EXPECT_LE(id, 255);
   }
 }
 
-TEST_F(ParamTable, lateIdsStandInTheMiddleOfTheList) {
-  EXPECT_EQ(HostIndexOf(125), 12);   // Center Dot to Front
-  EXPECT_EQ(HostIndexOf(12), 13);    // Global Rotation
-  EXPECT_EQ(HostIndexOf(132), 21);   // Random Array
-  EXPECT_EQ(HostIndexOf(136), 39);   // Effect Map 1
-  EXPECT_EQ(HostIndexOf(141), 101);  // Fit to Layer 3
-  ASSERT_NE(byIndex[12], nullptr);
-  EXPECT_EQ(byIndex[12]->id, 125);
-  EXPECT_STREQ(byIndex[12]->name, "Center Dot to Front");
+TEST(ParamTable, idsThatFellOutOfUseStayEmpty) {
+  std::set<int32_t> expectedEmpty = {0, 28, 29, 30, 31, 38, 39, 44, 51, 56, 68, 69, 74, 81, 86, 98, 99, 104, 111, 116};
+  for (int32_t id = 142; id < 256; ++id) expectedEmpty.insert(id);
+  std::set<int32_t> empty;
+  for (int32_t id = 0; id < 256; ++id) empty.insert(id);
+  for (const ControlRow& row : controlRows()) {
+    if (row.kind == ControlKind::endGroup) continue;
+    empty.erase(row.id);
+    if (row.kind == ControlKind::group) empty.erase(row.id + 1);
+  }
+  EXPECT_EQ(empty, expectedEmpty);
 }
 
-TEST_F(ParamTable, theListHasAllObjectsInOrderAndAnEmptyEntryBeforeThem) {
-  EXPECT_EQ(byIndex[0], nullptr);
-  for (int32_t index = 1; index <= 122; ++index) {
-    ASSERT_NE(byIndex[index], nullptr) << index;
-    EXPECT_EQ(byIndex[index]->hostIndex, index);
-    EXPECT_EQ(byId[byIndex[index]->id], byIndex[index]);
-  }
-  for (int32_t index = 123; index <= 256; ++index) {
-    EXPECT_EQ(byIndex[index], nullptr) << index;
-  }
-  EXPECT_EQ(nextHostIndex, 123);
-}
-
-TEST_F(ParamTable, aWalkVisitsEachObjectOnce) {
-  struct Counting final : ParamGetter {
-    PF_Err Get(int32_t index, PF_ParamDef* /*def*/) override {
-      gets.push_back(index);
-      return PF_Err_NONE;
+TEST(ParamTable, namesAreKeysAndSoAreUniqueAndFitTheHostsField) {
+  std::set<std::string> names;
+  for (const ControlRow& row : controlRows()) {
+    if (row.kind == ControlKind::endGroup) {
+      EXPECT_EQ(nameOf(row), "");
+      continue;
     }
-    PF_Err Checkin(PF_ParamDef* /*def*/) override { return PF_Err_NONE; }
-    bool DeferLayers() override { return false; }
-    bool IsEnabled(int32_t /*index*/) override { return true; }
-    std::vector<int32_t> gets;
-  } getter;
-  ASSERT_EQ(FetchAll(nullptr, getter), PF_Err_NONE);
-  // 122 without the four groups' starts and ends.
-  const std::set<int32_t> withoutValue = {19, 32, 33, 62, 63, 92, 93, 122};
-  std::vector<int32_t> expected;
-  for (int32_t index = 1; index <= 122; ++index) {
-    if (withoutValue.count(index) == 0) expected.push_back(index);
+    EXPECT_TRUE(names.insert(nameOf(row)).second) << nameOf(row);
+    EXPECT_FALSE(nameOf(row).empty());
+    EXPECT_EQ(row.name.back(), '\0') << nameOf(row);
   }
-  EXPECT_EQ(getter.gets, expected);
-  ASSERT_EQ(AddAll(&host.inData, nullptr), PF_Err_NONE);
-  EXPECT_EQ(host.added.size(), 122U);
 }
 
-TEST_F(ParamTable, aGroupMakesNoHostCallInAWalk) {
-  RenderParams record{};
-  GetParamByCheckout getter(&host.inData, nullptr, false);
-  for (const int32_t index : {19, 32}) {
-    EXPECT_EQ(byIndex[index]->Fetch(&record, getter), PF_Err_NONE);
-    EXPECT_EQ(byIndex[index]->Release(getter), PF_Err_NONE);
+TEST(ParamTable, everyGroupIsClosedAndNoneStandsInAnother) {
+  int open = 0, groups = 0;
+  for (const ControlRow& row : controlRows()) {
+    if (row.kind == ControlKind::group) {
+      ++open;
+      ++groups;
+    }
+    if (row.kind == ControlKind::endGroup) --open;
+    EXPECT_TRUE(open == 0 || open == 1) << nameOf(row);
   }
-  EXPECT_TRUE(host.checkouts.empty());
-  EXPECT_EQ(host.checkins, 0);
+  EXPECT_EQ(open, 0);
+  EXPECT_EQ(groups, 4);
 }
 
-TEST_F(ParamTable, aSecondDeclarationDeletesTheFirstAndGoesOnCounting) {
-  struct Watched final : BaseParam {
-    explicit Watched(bool* flag) : BaseParam("", ParamTarget{}, zeroedDef()), gone(flag) {}
-    ~Watched() override { *gone = true; }
-    PF_Err Add(PF_InData* /*in_data*/, int32_t /*paramId*/, const char* /*settingsPath*/) override { return 0; }
-    bool* gone;
-  };
-  bool gone = false;
-  byId[200] = new Watched(&gone);  // takes host index 123
-  DeclareParams(&host.inData);
-  EXPECT_TRUE(gone);
-  EXPECT_EQ(byId[200], nullptr);
-  EXPECT_EQ(nextHostIndex, 246);
-  EXPECT_EQ(HostIndexOf(1), 124);
-  EXPECT_EQ(HostIndexOf(51), 0);
-  for (int32_t entry = 1; entry <= 122; ++entry) {
-    ASSERT_NE(byIndex[entry], nullptr);
-    EXPECT_EQ(byIndex[entry]->hostIndex, 123 + entry);
+TEST(ParamTable, everyDefaultLiesInItsRangeAndTheTrackLiesInsideIt) {
+  for (const ControlRow& row : controlRows()) {
+    if (row.kind != ControlKind::slider && row.kind != ControlKind::floatSlider) continue;
+    EXPECT_LT(row.valid.least, row.valid.greatest) << nameOf(row);
+    EXPECT_LT(row.slider.least, row.slider.greatest) << nameOf(row);
+    EXPECT_LE(row.valid.least, row.slider.least) << nameOf(row);
+    EXPECT_GE(row.valid.greatest, row.slider.greatest) << nameOf(row);
+    EXPECT_GE(row.defaultValue, row.valid.least) << nameOf(row);
+    EXPECT_LE(row.defaultValue, row.valid.greatest) << nameOf(row);
   }
-  EXPECT_EQ(byIndex[123], nullptr);
 }
 
-TEST_F(ParamTable, aSecondLifeAddsAsManyControlsAsTheFirst) {
-  DropParams();
-  DeclareParams(&host.inData);
-  EXPECT_EQ(nextHostIndex, 245);
-  ASSERT_EQ(AddAll(&host.inData, nullptr), PF_Err_NONE);
-  ASSERT_EQ(host.added.size(), 122U);
-  EXPECT_EQ(host.added.front().uu.id, 1);
-  EXPECT_EQ(host.added.back().uu.id, 96);
-}
-
-TEST_F(ParamTable, droppingLeavesNoPointer) {
-  DropParams();
-  for (const BaseParam* param : byId) EXPECT_EQ(param, nullptr);
-  for (const BaseParam* param : byIndex) EXPECT_EQ(param, nullptr);
-}
-
-TEST_F(ParamTable, addingStopsAtTheFirstErrorAndTellsIt) {
-  host.addErrorAt = 5;
-  EXPECT_EQ(AddAll(&host.inData, nullptr), PF_Err_INVALID_CALLBACK);
-  EXPECT_EQ(host.added.size(), 5U);
-}
-
-TEST_F(ParamTable, everyControlIsAppendedToTheHostsList) {
-  ASSERT_EQ(AddAll(&host.inData, nullptr), PF_Err_NONE);
-  EXPECT_EQ(host.addedAt, std::vector<int32_t>(122, -1));
-}
-
-TEST_F(ParamTable, aFetchWithoutARecordRefreshesTheObjectOnly) {
-  host.values[3] = number(33.5);
-  GetParamByCheckout getter(&host.inData, nullptr, false);
-  ASSERT_EQ(byId[3]->Fetch(nullptr, getter), PF_Err_NONE);
-  EXPECT_EQ(byId[3]->def.u.fs_d.value, 33.5);
-}
-
-TEST_F(ParamTable, aFetchChecksOutAtTheCurrentTime) {
-  GetParamByCheckout getter(&host.inData, nullptr, false);
-  ASSERT_EQ(byId[125]->Fetch(nullptr, getter), PF_Err_NONE);
-  ASSERT_EQ(host.checkouts.size(), 1U);
-  EXPECT_EQ(host.checkouts[0].index, 12);
-  EXPECT_EQ(host.checkouts[0].time, 700);
-  EXPECT_EQ(host.checkouts[0].timeStep, 100);
-  EXPECT_EQ(host.checkouts[0].timeScale, 3000U);
-}
-
-TEST_F(ParamTable, eachKindOfValueIsCopiedUnconverted) {
-  PF_ParamDef popup = zeroedDef();
-  popup.u.pd.value = 5;
-  host.values[1] = popup;
-  PF_ParamDef color = zeroedDef();
-  color.u.cd.value = {1, 2, 3, 4};
-  host.values[2] = color;
-  host.values[4] = number(250.0);  // beyond the control's limit: whoever reads the record clamps
-  PF_ParamDef angle = zeroedDef();
-  angle.u.ad.value = -2949121;
-  host.values[5] = angle;
-  PF_ParamDef point = zeroedDef();
-  point.u.td.x_value = 11;
-  point.u.td.y_value = -22;
-  host.values[11] = point;
-  PF_ParamDef box = zeroedDef();
-  box.u.bd.value = 0x1FE;  // only the low byte is taken
-  host.values[12] = box;
-  PF_ParamDef whole = zeroedDef();
-  whole.u.sd.value = 123456;
-  host.values[20] = whole;
-  host.values[106] = number(7.25);  // ABS Size 3
-  RenderParams record{};
-  GetParamByCheckout getter(&host.inData, nullptr, false);
-  ASSERT_EQ(FetchAll(&record, getter), PF_Err_NONE);
-  EXPECT_EQ(record.dotShape, 5);
-  EXPECT_EQ(record.dotColor.alpha, 1);
-  EXPECT_EQ(record.dotColor.red, 2);
-  EXPECT_EQ(record.dotColor.green, 3);
-  EXPECT_EQ(record.dotColor.blue, 4);
-  EXPECT_EQ(record.dotAspect, 250.0);
-  EXPECT_EQ(record.dotRotation, -2949121);
-  EXPECT_EQ(record.centerPosition.x, 11);
-  EXPECT_EQ(record.centerPosition.y, -22);
-  EXPECT_EQ(record.centerDotToFront, 0xFE);
-  EXPECT_EQ(record.randomInterval, 123456);
-  EXPECT_EQ(record.effector[2].absSize, 7.25);
-}
-
-TEST_F(ParamTable, aFailingCheckoutZeroesTheObjectAndStopsTheWalk) {
-  host.checkoutErrors[5] = PF_Err_OUT_OF_MEMORY;
-  RenderParams record;
-  std::memset(&record, 0x11, sizeof record);
-  GetParamByCheckout getter(&host.inData, nullptr, false);
-  EXPECT_EQ(FetchAll(&record, getter), PF_Err_OUT_OF_MEMORY);
-  EXPECT_EQ(host.checkouts.size(), 5U);
-  EXPECT_EQ(record.dotAspect, 0.0);
-  // The failing control and those behind it keep what the record held.
-  EXPECT_EQ(record.dotRotation, 0x11111111);
-  EXPECT_EQ(record.rotationType, 0x11111111);
-  EXPECT_TRUE(test::sameBytes(byId[5]->def, zeroedDef()));
-}
-
-TEST_F(ParamTable, aReleaseChecksInEveryControlWithAValue) {
-  GetParamByCheckout getter(&host.inData, nullptr, false);
-  ASSERT_EQ(ReleaseAll(getter), PF_Err_NONE);
-  EXPECT_EQ(host.checkins, 114);  // 122 without 8 starts and ends of groups
-}
-
-TEST_F(ParamTable, aFailingCheckinStopsTheWalk) {
-  host.checkinErrors[3] = PF_Err_INVALID_INDEX;
-  GetParamByCheckout getter(&host.inData, nullptr, false);
-  EXPECT_EQ(ReleaseAll(getter), PF_Err_INVALID_INDEX);
-  EXPECT_EQ(host.checkins, 3);
-}
-
-/// An array as a command gets it: 123 records, all zero.
-struct CommandParams {
-  CommandParams() : defs(123, zeroedDef()) {
-    for (PF_ParamDef& def : defs) pointers.push_back(&def);
-    pointers.push_back(nullptr);
+TEST(ParamTable, theDefaultOfAPopupIsAnItemAndNoSeparator) {
+  for (const ControlRow& row : controlRows()) {
+    if (row.kind != ControlKind::popup) continue;
+    std::vector<std::string> items(1);
+    for (const char* at = row.choices; *at != '\0'; ++at) {
+      if (*at == '|') {
+        items.emplace_back();
+      } else {
+        items.back() += *at;
+      }
+    }
+    ASSERT_GE(row.defaultValue, 1.0) << nameOf(row);
+    ASSERT_LE(row.defaultValue, static_cast<double>(items.size())) << nameOf(row);
+    EXPECT_NE(items[static_cast<size_t>(row.defaultValue) - 1], "(-") << nameOf(row);
+    EXPECT_GE(static_cast<size_t>(row.choiceCount), items.size()) << nameOf(row);
   }
-  std::vector<PF_ParamDef> defs;
-  std::vector<PF_ParamDef*> pointers;
+}
+
+TEST(ParamTable, theChoiceCountsOfTwoPopupsAreLargerThanTheirLists) {
+  std::map<std::string, std::pair<int, int>> unlike;
+  for (const ControlRow& row : controlRows()) {
+    if (row.kind != ControlKind::popup) continue;
+    const std::string choices = row.choices;
+    const auto items = static_cast<int>(std::count(choices.begin(), choices.end(), '|')) + 1;
+    if (items != row.choiceCount) unlike[nameOf(row)] = {row.choiceCount, items};
+  }
+  const std::map<std::string, std::pair<int, int>> expected = {{"Rotation Type", {6, 3}}, {"Distance Between", {6, 2}}};
+  EXPECT_EQ(unlike, expected);
+}
+
+uint32_t sizeOfValue(ControlKind kind) {
+  switch (kind) {
+    case ControlKind::checkbox:
+      return 1;
+    case ControlKind::floatSlider:
+    case ControlKind::point:
+    case ControlKind::layer:
+      return 8;
+    case ControlKind::group:
+    case ControlKind::endGroup:
+      return 0;
+    default:
+      return 4;
+  }
+}
+
+TEST(ParamTable, targetSizesFollowTheKind) {
+  for (const ControlRow& row : controlRows()) {
+    EXPECT_EQ(row.target.size, sizeOfValue(row.kind)) << nameOf(row);
+  }
+}
+
+TEST(ParamTable, everyFieldOfTheRecordIsFilledOnce) {
+  std::vector<std::string> owner(sizeof(RenderParams));
+  for (const ControlRow& row : controlRows()) {
+    ASSERT_LE(row.target.offset + row.target.size, sizeof(RenderParams)) << nameOf(row);
+    for (uint32_t byte = row.target.offset; byte < row.target.offset + row.target.size; ++byte) {
+      EXPECT_EQ(owner[byte], "") << "byte " << byte << " belongs to " << nameOf(row) << " too";
+      owner[byte] = nameOf(row);
+    }
+  }
+  const auto filled = static_cast<size_t>(
+      std::count_if(owner.begin(), owner.end(), [](const std::string& name) { return !name.empty(); }));
+  // Counted over the lists of fields in RenderParams.h.
+  const size_t mainPart = 4 * (/*popups*/ 5 + /*colour*/ 1 + /*angles*/ 3 + /*whole*/ 3) +
+                          8 * (/*sliders*/ 5 + /*random*/ 8 + /*point*/ 1 + /*layer*/ 1) + /*boxes*/ 3;
+  const size_t group = 4 * (/*popups*/ 3 + /*angles*/ 4 + /*colour*/ 1) +
+                       8 * (/*sliders*/ 2 + /*ABS*/ 3 + /*ratio*/ 4 + /*offset*/ 3 + /*point*/ 1 + /*layer*/ 1) +
+                       /*boxes*/ 6;
+  EXPECT_EQ(filled, mainPart + 3 * group);
+}
+
+/// A field of a record, and the control whose value it is.
+struct FieldOfControl {
+  const char* control;
+  size_t offset;  ///< bytes from the start of its record
 };
 
-TEST_F(ParamTable, aGreyedLayerIsNotCheckedOutAndGivesNull) {
-  CommandParams params;
-  params.defs[40].ui_flags = PF_PUI_DISABLED;
-  RenderParams record{};
-  PF_EffectWorld other{};
-  record.effector[0].customMapLayer = &other;
-  GetParamByCheckout getter(&host.inData, params.pointers.data(), false);
-  ASSERT_EQ(byId[45]->Fetch(&record, getter), PF_Err_NONE);
-  EXPECT_EQ(record.effector[0].customMapLayer, nullptr);
-  EXPECT_TRUE(host.checkouts.empty());
-}
+// In the order of the fields.
+constexpr FieldOfControl mainFields[] = {
+    {"Dot Shape", offsetof(RenderParams, dotShape)},
+    {"Dot Color", offsetof(RenderParams, dotColor)},
+    {"Dot Size", offsetof(RenderParams, dotSize)},
+    {"Dot Aspect", offsetof(RenderParams, dotAspect)},
+    {"Dot Rotation", offsetof(RenderParams, dotRotation)},
+    {"Rotation Type", offsetof(RenderParams, rotationType)},
+    {"Dot Opacity", offsetof(RenderParams, dotOpacity)},
+    {"Distance Between", offsetof(RenderParams, distanceBetween)},
+    {"Dot Distance X", offsetof(RenderParams, dotDistanceX)},
+    {"Dot Distance Y", offsetof(RenderParams, dotDistanceY)},
+    {"Center Position", offsetof(RenderParams, centerPosition)},
+    {"Center Dot to Front", offsetof(RenderParams, centerDotToFront)},
+    {"Global Rotation", offsetof(RenderParams, globalRotation)},
+    {"Global Rotation Center", offsetof(RenderParams, globalRotationCenter)},
+    {"Mask", offsetof(RenderParams, mask)},
+    {"Mask Target Layer", offsetof(RenderParams, maskTargetLayer)},
+    {"Invert Mask", offsetof(RenderParams, invertMask)},
+    {"Clear Background", offsetof(RenderParams, clearBackground)},
+    {"Random Interval", offsetof(RenderParams, randomInterval)},
+    {"Random Array", offsetof(RenderParams, randomArray)},
+    {"Random Seed", offsetof(RenderParams, randomSeed)},
+    {"Size", offsetof(RenderParams, randomSize)},
+    {"Aspect", offsetof(RenderParams, randomAspect)},
+    {"Rotation", offsetof(RenderParams, randomRotation)},
+    {"Opacity", offsetof(RenderParams, randomOpacity)},
+    {"Distance X", offsetof(RenderParams, randomDistanceX)},
+    {"Distance Y", offsetof(RenderParams, randomDistanceY)},
+    {"H", offsetof(RenderParams, randomHue)},
+    {"S", offsetof(RenderParams, randomSaturation)},
+    {"V", offsetof(RenderParams, randomValue)},
+};
 
-TEST_F(ParamTable, aLayerThatIsFreeGivesTheImageInsideItsObject) {
-  CommandParams params;
-  PF_ParamDef layer = zeroedDef();
-  layer.u.ld.width = 64;
-  host.values[40] = layer;
-  RenderParams record{};
-  GetParamByCheckout getter(&host.inData, params.pointers.data(), false);
-  ASSERT_EQ(byId[45]->Fetch(&record, getter), PF_Err_NONE);
-  ASSERT_EQ(record.effector[0].customMapLayer, &byId[45]->def.u.ld);
-  EXPECT_EQ(record.effector[0].customMapLayer->width, 64);
-}
+// In the order of the fields; the number of the effector follows the name.
+constexpr FieldOfControl effectorFields[] = {
+    {"Enable Effector", offsetof(EffectorParams, enabled)},
+    {"Effect Map", offsetof(EffectorParams, effectMap)},
+    {"Angle", offsetof(EffectorParams, angle)},
+    {"Position", offsetof(EffectorParams, position)},
+    {"Center Dot to Front", offsetof(EffectorParams, centerDotToFront)},
+    {"Size", offsetof(EffectorParams, size)},
+    {"Falloff", offsetof(EffectorParams, falloff)},
+    {"Custom Map Layer", offsetof(EffectorParams, customMapLayer)},
+    {"Fit to Layer", offsetof(EffectorParams, fitToLayer)},
+    {"Pick Source Color", offsetof(EffectorParams, pickSourceColor)},
+    {"Tiling", offsetof(EffectorParams, tiling)},
+    {"Absolute", offsetof(EffectorParams, absolute)},
+    {"ABS Size", offsetof(EffectorParams, absSize)},
+    {"ABS Aspect", offsetof(EffectorParams, absAspect)},
+    {"ABS Rotation", offsetof(EffectorParams, absRotation)},
+    {"ABS Opacity", offsetof(EffectorParams, absOpacity)},
+    {"Ratio Size", offsetof(EffectorParams, ratioSize)},
+    {"Ratio Aspect", offsetof(EffectorParams, ratioAspect)},
+    {"Ratio Rotation", offsetof(EffectorParams, ratioRotation)},
+    {"Ratio Opacity", offsetof(EffectorParams, ratioOpacity)},
+    {"Offset Size", offsetof(EffectorParams, offsetSize)},
+    {"Offset Aspect", offsetof(EffectorParams, offsetAspect)},
+    {"Offset Rotation", offsetof(EffectorParams, offsetRotation)},
+    {"Offset Opacity", offsetof(EffectorParams, offsetOpacity)},
+    {"Color", offsetof(EffectorParams, color)},
+    {"Blend Mode", offsetof(EffectorParams, blendMode)},
+    {"Blend Color", offsetof(EffectorParams, blendColor)},
+    {"Shift Hue", offsetof(EffectorParams, shiftHue)},
+};
 
-TEST_F(ParamTable, aFrameKeepsItsLayerWhenAnotherFetchesTheSameControl) {
-  CommandParams params;
-  PF_ParamDef layer = zeroedDef();
-  layer.u.ld.width = 64;
-  host.values[40] = layer;
-  RenderParams record{};
-  FrameDefinitions definitions;
-  GetParamByCheckout getter(&host.inData, params.pointers.data(), false, &definitions);
-  ASSERT_EQ(byId[45]->Fetch(&record, getter), PF_Err_NONE);
-  EXPECT_EQ(byId[45]->def.u.ld.width, 64) << "the object holds what the host returned last";
-
-  host.values[40].u.ld.width = 99;
-  RenderParams otherRecord{};
-  FrameDefinitions otherDefinitions;
-  GetParamByCheckout otherGetter(&host.inData, params.pointers.data(), false, &otherDefinitions);
-  ASSERT_EQ(byId[45]->Fetch(&otherRecord, otherGetter), PF_Err_NONE);
-  EXPECT_EQ(byId[45]->def.u.ld.width, 99);
-  EXPECT_EQ(record.effector[0].customMapLayer->width, 64);
-}
-
-TEST_F(ParamTable, theDefinitionsOfAFrameBeginAsThoseOfTheControls) {
-  const FrameDefinitions definitions;
-  EXPECT_TRUE(test::sameBytes(definitions.byId[8], byId[8]->def));
-  EXPECT_EQ(definitions.byId[8].flags, PF_ParamFlag_COLLAPSE_TWIRLY | PF_ParamFlag_SUPERVISE);
-  EXPECT_TRUE(test::sameBytes(definitions.byId[51], zeroedDef())) << "no control has this id";
-}
-
-TEST_F(ParamTable, everyIdHasItsPlaceAmongTheDefinitionsOfAFrame) {
-  for (int32_t id = FrameDefinitions::count; id < paramSlots; ++id) EXPECT_EQ(byId[id], nullptr) << id;
-}
-
-TEST_F(ParamTable, aLayerThatCannotBeCheckedOutIsNull) {
-  host.checkoutErrors[16] = PF_Err_OUT_OF_MEMORY;
-  RenderParams record{};
-  PF_EffectWorld other{};
-  record.maskTargetLayer = &other;
-  GetParamByCheckout getter(&host.inData, nullptr, false);
-  EXPECT_EQ(byId[15]->Fetch(&record, getter), PF_Err_OUT_OF_MEMORY);
-  EXPECT_EQ(record.maskTargetLayer, nullptr);
-}
-
-TEST_F(ParamTable, deferredLayersAreNullAndCostNoCall) {
-  RenderParams record{};
-  PF_EffectWorld other{};
-  record.maskTargetLayer = &other;
-  GetParamByCheckout getter(&host.inData, nullptr, true);
-  ASSERT_EQ(FetchAll(&record, getter), PF_Err_NONE);
-  EXPECT_EQ(record.maskTargetLayer, nullptr);
-  EXPECT_EQ(host.checkouts.size(), 110U);  // 114 with a value, less 4 layers
-}
-
-TEST_F(ParamTable, aLayerIsFetchedIntoItsObjectWithoutARecordToo) {
-  PF_ParamDef layer = zeroedDef();
-  layer.u.ld.width = 64;
-  host.values[16] = layer;
-  GetParamByCheckout getter(&host.inData, nullptr, false);
-  ASSERT_EQ(byId[15]->Fetch(nullptr, getter), PF_Err_NONE);
-  EXPECT_EQ(byId[15]->def.u.ld.width, 64);
-}
-
-TEST_F(ParamTable, theArrayGivesWholeRecordsAndTakesNothingBack) {
-  CommandParams params;
-  params.defs[3].u.fs_d.value = 12.0;
-  params.defs[3].ui_flags = PF_PUI_DISABLED | PF_PUI_CONTROL;
-  params.defs[3].uu.change_flags = 77;
-  GetParamFromArray getter(params.pointers.data());
-  PF_ParamDef def = zeroedDef();
-  EXPECT_EQ(getter.Get(3, &def), PF_Err_NONE);
-  EXPECT_TRUE(test::sameBytes(def, params.defs[3]));
-  EXPECT_EQ(getter.Checkin(&def), PF_Err_NONE);
-  EXPECT_FALSE(getter.DeferLayers());
-  EXPECT_FALSE(getter.IsEnabled(3));
-  EXPECT_TRUE(getter.IsEnabled(4));
-  EXPECT_TRUE(host.checkouts.empty());
-  EXPECT_EQ(host.checkins, 0);
-}
-
-TEST_F(ParamTable, onlyTheGreyedBitMakesAControlDisabled) {
-  CommandParams params;
-  params.defs[16].ui_flags = ~PF_PUI_DISABLED;
-  GetParamByCheckout withArray(&host.inData, params.pointers.data(), false);
-  EXPECT_TRUE(withArray.IsEnabled(16));
-  params.defs[16].ui_flags = PF_PUI_DISABLED;
-  EXPECT_FALSE(withArray.IsEnabled(16));
-  GetParamByCheckout withoutArray(&host.inData, nullptr, false);
-  EXPECT_TRUE(withoutArray.IsEnabled(16));
-}
-
-// The render engine.
-
-TEST_F(ParamTable, aHostThatIsNotAfterEffectsIsNoRenderEngine) {
-  host.renderEngine = true;
-  AEUtil::openGlobalSuites(&host.basic);
-  EXPECT_FALSE(IsRenderEngine(&host.inData));
-  EXPECT_TRUE(host.suites.empty());
-}
-
-TEST_F(ParamTable, afterEffectsIsAskedWhetherItIsARenderEngine) {
-  host.inData.appl_id = kAppIdAfterEffects;
-  AEUtil::openGlobalSuites(&host.basic);
-  EXPECT_FALSE(IsRenderEngine(&host.inData));
-  host.renderEngine = true;
-  EXPECT_TRUE(IsRenderEngine(&host.inData));
-  // Cached in the global record: asked for once, given back with the record.
-  const std::vector<PlainHost::SuiteUse> once = {{true, kPFAppSuite, 6}};
-  EXPECT_EQ(host.suites, once);
-  AEUtil::closeGlobalSuites();
-  EXPECT_EQ(host.held(kPFAppSuite), 0);
-}
-
-TEST_F(ParamTable, aMissingAppSuiteIsThrownAsABareNumber) {
-  host.inData.appl_id = kAppIdAfterEffects;
-  host.withoutAppSuite = true;
-  AEUtil::openGlobalSuites(&host.basic);
-  long thrown = 0;
-  try {
-    IsRenderEngine(&host.inData);
-  } catch (long code) {
-    thrown = code;
+TEST(ParamTable, eachControlFillsTheFieldOfItsOwnName) {
+  std::map<std::string, size_t> expected, targets;
+  for (const FieldOfControl& field : mainFields) expected[field.control] = field.offset;
+  for (size_t n = 1; n <= 3; ++n) {
+    const size_t group = offsetof(RenderParams, effector) + (n - 1) * sizeof(EffectorParams);
+    for (const FieldOfControl& field : effectorFields) {
+      expected[std::string(field.control) + " " + std::to_string(n)] = group + field.offset;
+    }
   }
-  EXPECT_EQ(thrown, 516);
+  for (const ControlRow& row : controlRows()) {
+    if (row.target.size != 0) targets[nameOf(row)] = row.target.offset;
+  }
+  EXPECT_EQ(targets, expected);
 }
 
-TEST_F(ParamTable, inARenderEngineEveryControlButTheGroupEndsStartsGreyed) {
-  host.inData.appl_id = kAppIdAfterEffects;
-  host.renderEngine = true;
-  AEUtil::openGlobalSuites(&host.basic);
-  DeclareParams(&host.inData);
-  for (int32_t entry = 1; entry <= 122; ++entry) {
-    const bool end = byIndex[entry]->name[0] == '\0';
-    EXPECT_EQ(byIndex[entry]->def.ui_flags, end ? 0 : PF_PUI_DISABLED) << byIndex[entry]->name;
+TEST(ParamTable, fieldsKeepTheirOrderInTheRecord) {
+  const auto comesBefore = [](const FieldOfControl& left, const FieldOfControl& right) {
+    return left.offset < right.offset;
+  };
+  EXPECT_TRUE(std::is_sorted(std::begin(mainFields), std::end(mainFields), comesBefore));
+  EXPECT_TRUE(std::is_sorted(std::begin(effectorFields), std::end(effectorFields), comesBefore));
+  EXPECT_LT(std::prev(std::end(mainFields))->offset, offsetof(RenderParams, effector));
+}
+
+TEST(ParamTable, fieldsOfAnEffectorLieInItsOwnElement) {
+  for (const ControlRow& row : controlRows()) {
+    const std::string name = nameOf(row);
+    const bool numbered = name.size() > 2 && name[name.size() - 2] == ' ' && name.back() >= '1' && name.back() <= '3';
+    if (row.target.size == 0) continue;
+    const size_t first = offsetof(RenderParams, effector);
+    if (!numbered) {
+      EXPECT_LT(row.target.offset, first) << name;
+      continue;
+    }
+    ASSERT_GE(row.target.offset, first) << name;
+    EXPECT_EQ((row.target.offset - first) / sizeof(EffectorParams), static_cast<size_t>(name.back() - '1')) << name;
+  }
+}
+
+TEST(ParamTable, idsThatCodeAsksForBearTheNamesThatItMeans) {
+  EXPECT_EQ(nameOfId(controlId::dotSize), "Dot Size");
+  EXPECT_EQ(nameOfId(controlId::distanceBetween), "Distance Between");
+  EXPECT_EQ(nameOfId(controlId::dotDistanceX), "Dot Distance X");
+  EXPECT_EQ(nameOfId(controlId::dotDistanceY), "Dot Distance Y");
+  EXPECT_EQ(nameOfId(controlId::mask), "Mask");
+  EXPECT_EQ(nameOfId(controlId::maskTargetLayer), "Mask Target Layer");
+  EXPECT_EQ(nameOfId(controlId::invertMask), "Invert Mask");
+  EXPECT_EQ(nameOfId(controlId::randomInterval), "Random Interval");
+  for (int n = 1; n <= 3; ++n) {
+    const std::string digit = std::to_string(n);
+    EXPECT_EQ(nameOfId(controlId::enableEffector(n)), "Enable Effector " + digit);
+    EXPECT_EQ(nameOfId(controlId::angle(n)), "Angle " + digit);
+    EXPECT_EQ(nameOfId(controlId::position(n)), "Position " + digit);
+    EXPECT_EQ(nameOfId(controlId::size(n)), "Size " + digit);
+    EXPECT_EQ(nameOfId(controlId::falloff(n)), "Falloff " + digit);
+    EXPECT_EQ(nameOfId(controlId::customMapLayer(n)), "Custom Map Layer " + digit);
+    EXPECT_EQ(nameOfId(controlId::absolute(n)), "Absolute " + digit);
+    EXPECT_EQ(nameOfId(controlId::absSize(n)), "ABS Size " + digit);
+    EXPECT_EQ(nameOfId(controlId::absAspect(n)), "ABS Aspect " + digit);
+    EXPECT_EQ(nameOfId(controlId::absRotation(n)), "ABS Rotation " + digit);
+    EXPECT_EQ(nameOfId(controlId::absOpacity(n)), "ABS Opacity " + digit);
+    EXPECT_EQ(nameOfId(controlId::color(n)), "Color " + digit);
+    EXPECT_EQ(nameOfId(controlId::blendMode(n)), "Blend Mode " + digit);
+    EXPECT_EQ(nameOfId(controlId::blendColor(n)), "Blend Color " + digit);
+    EXPECT_EQ(nameOfId(controlId::shiftHue(n)), "Shift Hue " + digit);
+    EXPECT_EQ(nameOfId(controlId::centerDotToFront(n)), "Center Dot to Front " + digit);
+    EXPECT_EQ(nameOfId(controlId::pickSourceColor(n)), "Pick Source Color " + digit);
+    EXPECT_EQ(nameOfId(controlId::tiling(n)), "Tiling " + digit);
+    EXPECT_EQ(nameOfId(controlId::effectMap(n)), "Effect Map " + digit);
+    EXPECT_EQ(nameOfId(controlId::fitToLayer(n)), "Fit to Layer " + digit);
   }
 }
 

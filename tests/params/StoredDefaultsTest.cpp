@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "ae/Constants.h"
-#include "effect/params/ParamTable.h"
+#include "effect/params/ParamObjects.h"
 #include "tests/params/PlainHost.h"
 #include "tests/support/TemporaryFolder.h"
 
