@@ -6,6 +6,7 @@ include(CTest)
 option(VINDREL_BUILD_CLI "Build the command line (needs CLI11, libpng, libtiff, libjpeg and OpenEXR)" ON)
 option(VINDREL_BUILD_BENCH "Build the benchmarks (needs Google Benchmark)" OFF)
 option(VINDREL_BUILD_FUZZ "Build the fuzz targets (needs clang)" OFF)
+option(VINDREL_COVERAGE "Count the lines and branches that run, for ./dev coverage" OFF)
 set(VINDREL_SANITIZE "" CACHE STRING "Sanitizers for the whole tree, as in -fsanitize=")
 
 set(CMAKE_CXX_STANDARD 20)
@@ -34,11 +35,24 @@ if(VINDREL_SANITIZE)
     "-fsanitize=${VINDREL_SANITIZE}" -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(vindrel_common INTERFACE "-fsanitize=${VINDREL_SANITIZE}")
 endif()
+if(VINDREL_COVERAGE)
+  target_compile_options(vindrel_common INTERFACE --coverage -fprofile-update=atomic)
+  target_link_options(vindrel_common INTERFACE --coverage)
+endif()
+# Files that are handed out are hardened, and two builds of one source are the same file wherever the tree lies: no time and
+# no folder of this machine is written into them. cmake/check-built-file holds it.
+if(NOT VINDREL_SANITIZE AND NOT VINDREL_COVERAGE)
+  # A function with an array notices when it was written past its end.
+  target_compile_options(vindrel_common INTERFACE -fstack-protector-strong "-ffile-prefix-map=${PROJECT_SOURCE_DIR}=.")
+  if(NOT WIN32)
+    # The C library's copies check the sizes that the compiler knows.
+    target_compile_options(vindrel_common INTERFACE $<$<CONFIG:Release>:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=2>)
+  endif()
+endif()
 if(WIN32)
-  # Tests, tools and the module carry their runtime with them. No time is written into a file, and no folder of this
-  # machine into its debug data, so that two builds of one source are the same.
-  target_compile_options(vindrel_common INTERFACE -g "-ffile-prefix-map=${PROJECT_SOURCE_DIR}=.")
-  target_link_options(vindrel_common INTERFACE -static -Wl,--no-insert-timestamp)
+  # Tests, tools and the module carry their runtime with them.
+  target_compile_options(vindrel_common INTERFACE -g)
+  target_link_options(vindrel_common INTERFACE -static -fstack-protector-strong -Wl,--no-insert-timestamp)
 else()
   # What the loader has filled in can't be written to later.
   target_link_options(vindrel_common INTERFACE -Wl,-z,relro,-z,now)
@@ -48,6 +62,11 @@ endif()
 function(vindrel_library name)
   add_library(${name} STATIC ${ARGN})
   target_link_libraries(${name} PUBLIC vindrel_common)
+endfunction()
+
+# vindrel_write_map(<target>): the linker tells what it took, in a file beside the target's own. See cmake/check-notice.
+function(vindrel_write_map target)
+  target_link_options(${target} PRIVATE "-Wl,-Map,$<TARGET_FILE:${target}>.map")
 endfunction()
 
 if(BUILD_TESTING)

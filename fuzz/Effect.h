@@ -1,21 +1,11 @@
 // The effect in the stand-in host for the fuzz targets: started once, its instance fed over and over.
 #pragma once
 
-#include <cstdio>
-#include <cstdlib>
-#include <string>
-
 #include "effect/filter/EntryPoint.h"
+#include "fuzz/Require.h"
 #include "host/StandInHost.h"
 
 namespace fuzz {
-
-/// Ends the run with the reason when something that must hold does not: libFuzzer keeps the input.
-inline void require(bool holds, const std::string& what) {
-  if (holds) return;
-  std::fprintf(stderr, "broken: %s\n", what.c_str());
-  std::abort();
-}
 
 /// The host with the effect set up, without a settings file.
 inline standin::StandInHost& startedHost() {

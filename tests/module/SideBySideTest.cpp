@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <iostream>
 #include <memory>
 #include <random>
 #include <string>
@@ -339,6 +340,8 @@ TEST_F(SideBySide, framesWithoutRandomnessLookAsTheyDoAlone) {
   }
   for (std::thread& thread : running) thread.join();
   for (const std::string& text : wrong) EXPECT_EQ(text, "");
+  std::cout << "side by side: " << threads * static_cast<size_t>(count) << " frames of " << kinds << " kinds drawn by "
+            << threads << " threads\n";
 }
 
 }  // namespace
