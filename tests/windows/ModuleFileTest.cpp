@@ -40,12 +40,54 @@ TEST(ModuleFile, needsNothingThatWindowsDoesNotBring) {
   for (const std::string& library : builtModule().imports) EXPECT_TRUE(systemLibraries.contains(library)) << library;
 }
 
-TEST(ModuleFile, carriesItsThreeResourcesInTheirLanguagesAndNoOther) {
+TEST(ModuleFile, carriesItsFourResourcesInTheirLanguagesAndNoOther) {
   std::set<pe::ResourceKey> keys;
   for (const auto& [key, bytes] : builtModule().resources) keys.insert(key);
-  const std::set<pe::ResourceKey> expected = {
-      {"PIPL", "#16000", englishUnitedStates}, {"#5", "#101", japanese}, {"#2", "#102", japanese}};
+  const std::set<pe::ResourceKey> expected = {{"PIPL", "#16000", englishUnitedStates},
+                                              {"#16", "#1", englishUnitedStates},
+                                              {"#5", "#101", japanese},
+                                              {"#2", "#102", japanese}};
   EXPECT_EQ(keys, expected);
+}
+
+// The version, as the system's file properties and installers read it.
+
+/// The text of a name in the version resource: both stand there as 16-bit letters, the text behind the name's zero, on
+/// the next offset that four divides.
+std::string versionText(const std::string& name) {
+  const pe::Bytes& bytes = resource("#16", "#1", englishUnitedStates);
+  const auto letterAt = [&](size_t at) { return static_cast<char>(pe::read16(bytes, at)); };
+  for (size_t start = 6; start + 2 * name.size() + 2 <= bytes.size(); start += 2) {
+    size_t same = 0;
+    while (same < name.size() && letterAt(start + 2 * same) == name[same]) ++same;
+    if (same < name.size() || pe::read16(bytes, start + 2 * same) != 0) continue;
+    std::string text;
+    for (size_t at = (start + 2 * same + 2 + 3) & ~size_t{3}; pe::read16(bytes, at) != 0; at += 2) text += letterAt(at);
+    return text;
+  }
+  return "no such name";
+}
+
+TEST(ModuleFile, tellsTheSystemItsVersionInNumbers) {
+  // Behind three 16-bit numbers, the name VS_VERSION_INFO with its zero, and two bytes that fill up to a multiple of
+  // four.
+  const pe::Bytes& bytes = resource("#16", "#1", englishUnitedStates);
+  const size_t fixedInfo = 40;
+  EXPECT_EQ(pe::read32(bytes, fixedInfo), 0xFEEF04BDu);
+  EXPECT_EQ(pe::read32(bytes, fixedInfo + 8), 0x00010005u);   // 1.5
+  EXPECT_EQ(pe::read32(bytes, fixedInfo + 12), 0x00010007u);  // .1, build 7
+  EXPECT_EQ(pe::read32(bytes, fixedInfo + 16), 0x00010005u);
+  EXPECT_EQ(pe::read32(bytes, fixedInfo + 20), 0x00010007u);
+}
+
+TEST(ModuleFile, tellsTheSystemWhatItIsAndWhoseItIs) {
+  EXPECT_EQ(versionText("ProductName"), "Vindrel");
+  EXPECT_EQ(versionText("ProductVersion"), "1.5.1");
+  EXPECT_EQ(versionText("FileVersion"), "1.5.1 (build 7)");
+  EXPECT_EQ(versionText("FileDescription"), "Vindrel, a halftone effect for After Effects");
+  EXPECT_EQ(versionText("CompanyName"), "The Vindrel Developers");
+  EXPECT_EQ(versionText("LegalCopyright"), "(c) 2026 The Vindrel Developers");
+  EXPECT_EQ(versionText("OriginalFilename"), "Vindrel.aex");
 }
 
 // The property list.
