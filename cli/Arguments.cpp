@@ -1,10 +1,12 @@
 #include "cli/Arguments.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cmath>
 
 #include "cli/CommandWords.h"
+#include "cli/ControlValue.h"
 #include "cli/FramePattern.h"
 #include "cli/NearestName.h"
 #include "cli/UserError.h"
@@ -114,6 +116,48 @@ void takeShot(const CLI::App& command, const Words& words, Arguments& arguments)
   arguments.valueTable = words.valueTable;
 }
 
+/// One of several words, in any case.
+std::string oneOf(const std::string& option, const std::string& text, const std::vector<std::string>& choices) {
+  for (const std::string& choice : choices) {
+    if (equalIgnoringCase(choice, text)) return choice;
+  }
+  throw UserError(option + " takes " + listed(choices) + ", not '" + text + "'" + suggestion(text, choices));
+}
+
+std::array<uint8_t, 3> matteFrom(const std::string& text) {
+  const auto color = readColor(text);
+  if (!color) throw UserError("--matte takes a colour such as #ff7d14, not '" + text + "'");
+  return {color->red, color->green, color->blue};
+}
+
+void takeFileForms(const CLI::App& command, const Words& words, Arguments& arguments) {
+  WriteChoices& choices = arguments.writeChoices;
+  if (command.count("--png-level") > 0) {
+    choices.pngLevel = wholeFrom(words.pngLevel, 0, 9, "--png-level takes a whole number from 0 to 9");
+  }
+  if (command.count("--exr-type") > 0) {
+    const bool half = oneOf("--exr-type", words.exrType, {"half", "float"}) == "half";
+    choices.exrType = half ? ExrType::half : ExrType::float32;
+  }
+  if (command.count("--exr-compression") > 0) {
+    choices.exrCompression = oneOf("--exr-compression", words.exrCompression, exrCompressions());
+  }
+  if (command.count("--tiff-compression") > 0) {
+    choices.tiffCompression = oneOf("--tiff-compression", words.tiffCompression, tiffCompressions());
+  }
+  if (command.count("--jpeg-quality") > 0) {
+    choices.jpegQuality = wholeFrom(words.jpegQuality, 1, 100, "--jpeg-quality takes a whole number from 1 to 100");
+  }
+  if (command.count("--channels") > 0) {
+    choices.alpha = oneOf("--channels", words.channels, {"rgb", "rgba"}) == "rgba";
+  }
+  if (command.count("--matte") > 0) choices.matte = matteFrom(words.matte);
+  if (command.count("--other-channels") > 0) {
+    const bool keeps = oneOf("--other-channels", words.otherChannels, {"keep", "drop"}) == "keep";
+    arguments.otherChannels = keeps ? OtherChannels::keep : OtherChannels::leave;
+  }
+}
+
 void takeRender(const CLI::App& command, const Words& words, Arguments& arguments) {
   if (words.input.empty()) {
     throw UserError("render needs a picture to read and one to write: vindrel render IN OUT");
@@ -134,9 +178,7 @@ void takeRender(const CLI::App& command, const Words& words, Arguments& argument
   }
   takeShot(command, words, arguments);
   if (command.count("--fps") > 0) arguments.frameRate = frameRateFrom(words.framesPerSecond);
-  if (command.count("--png-level") > 0) {
-    arguments.writeChoices.pngLevel = wholeFrom(words.pngLevel, 0, 9, "--png-level takes a whole number from 0 to 9");
-  }
+  takeFileForms(command, words, arguments);
   if (command.count("--road") > 0) arguments.road = roadFrom(words.road);
 }
 

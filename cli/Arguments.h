@@ -47,6 +47,7 @@ struct Arguments {
   Road road = Road::asModuleSays;
 
   WriteChoices writeChoices;
+  OtherChannels otherChannels = OtherChannels::keep;  ///< of an EXR in an EXR
   bool storedDefaults = false;
   PathsOfPreset pathsOfPreset = PathsOfPreset::besideIt;
   uint64_t mostMemory = usualMemoryLimit;  ///< bytes

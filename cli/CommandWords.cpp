@@ -47,6 +47,26 @@ void addShot(CLI::App& app, Words& words) {
   app.add_option("--log", words.log, "A line a frame on the output: text or json")->type_name("FORM");
 }
 
+void addFileForms(CLI::App& app, Words& words) {
+  app.add_option("--png-level", words.pngLevel, "Compression of PNG files, 0 to 9 for the smallest (default: 1)")
+      ->type_name("N");
+  app.add_option("--exr-type", words.exrType,
+                 "half or float samples in EXR files (default: as IN has them, else float)")
+      ->type_name("TYPE");
+  app.add_option("--exr-compression", words.exrCompression,
+                 "none, rle, zips, zip, piz, pxr24, b44, b44a, dwaa or dwab (default: that of IN, else zip)")
+      ->type_name("NAME");
+  app.add_option("--tiff-compression", words.tiffCompression, "none, zip, lzw or packbits (default: zip)")
+      ->type_name("NAME");
+  app.add_option("--jpeg-quality", words.jpegQuality, "1 to 100 for JPEG files (default: 90)")->type_name("N");
+  app.add_option("--channels", words.channels, "rgba, or rgb to lay the picture over --matte (default: rgba)")
+      ->type_name("WHICH");
+  app.add_option("--matte", words.matte, "The colour behind a picture without alpha, as #ff7d14 (default: #000000)")
+      ->type_name("COLOUR");
+  app.add_option("--other-channels", words.otherChannels, "keep or drop further channels of an EXR (default: keep)")
+      ->type_name("WHAT");
+}
+
 void addLimits(CLI::App& app, Words& words) {
   app.add_option("--limit-memory", words.limitMemory,
                  "Refuse pictures that take more: megabytes, or gigabytes as in 8G (default: 4500)")
@@ -72,7 +92,7 @@ void declareCommands(CLI::App& app, Words& words) {
   render->add_option("IN", words.input, "The picture to read, or numbered ones: in.####.exr, in.%04d.exr")
       ->type_name("")
       ->multi_option_policy(CLI::MultiOptionPolicy::Throw);
-  render->add_option("OUT", words.output, "The picture to write: .png, .tif, .tiff or .exr")
+  render->add_option("OUT", words.output, "The picture to write: .png, .tif, .tiff, .exr, .jpg or .jpeg")
       ->type_name("")
       ->multi_option_policy(CLI::MultiOptionPolicy::Throw);
   addValues(*render, words);
@@ -90,8 +110,7 @@ void declareCommands(CLI::App& app, Words& words) {
   render->add_option("--downsample", words.downsample, "1, 2 or 4: draw at 1/1, 1/2 or 1/4 of the size (default: 1)")
       ->type_name("N");
   render->add_option("--road", words.road, "classic or smart (default: smart if the module can)")->type_name("ROAD");
-  render->add_option("--png-level", words.pngLevel, "Compression of PNG files, 0 to 9 for the smallest (default: 1)")
-      ->type_name("N");
+  addFileForms(*render, words);
   render->add_flag("--stamp", words.stamp,
                    "Put the time of day into OUT; without it, the same picture is the same file");
   render->add_flag("--stored-defaults", words.storedDefaults,

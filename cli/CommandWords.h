@@ -31,6 +31,13 @@ struct Words {
   std::string animation;
   std::string valueTable;
   std::string pngLevel;
+  std::string exrType;
+  std::string exrCompression;
+  std::string tiffCompression;
+  std::string jpegQuality;
+  std::string channels;
+  std::string matte;
+  std::string otherChannels;
   std::string log;
   bool skipExisting = false;
   bool stamp = false;

@@ -46,20 +46,6 @@ std::optional<int32_t> readHexDigit(char letter) {
   return std::nullopt;
 }
 
-std::optional<Color> readColor(std::string_view text) {
-  text = trimmed(text);
-  if (!text.starts_with('#') || (text.size() != 7 && text.size() != 4)) return std::nullopt;
-  const bool isShort = text.size() == 4;
-  uint8_t channels[3] = {};
-  for (std::size_t i = 0; i < 3; ++i) {
-    const auto high = readHexDigit(text[isShort ? 1 + i : 1 + 2 * i]);
-    const auto low = readHexDigit(text[isShort ? 1 + i : 2 + 2 * i]);
-    if (!high || !low) return std::nullopt;
-    channels[i] = static_cast<uint8_t>(*high * 16 + *low);
-  }
-  return Color{channels[0], channels[1], channels[2]};
-}
-
 std::optional<Place> readPlace(std::string_view text) {
   const std::size_t comma = text.find(',');
   if (comma == std::string_view::npos) return std::nullopt;
@@ -127,6 +113,20 @@ double readInRange(const ControlFacts& control, std::string_view digits, const s
 }
 
 }  // namespace
+
+std::optional<Color> readColor(std::string_view text) {
+  text = trimmed(text);
+  if (!text.starts_with('#') || (text.size() != 7 && text.size() != 4)) return std::nullopt;
+  const bool isShort = text.size() == 4;
+  uint8_t channels[3] = {};
+  for (std::size_t i = 0; i < 3; ++i) {
+    const auto high = readHexDigit(text[isShort ? 1 + i : 1 + 2 * i]);
+    const auto low = readHexDigit(text[isShort ? 1 + i : 2 + 2 * i]);
+    if (!high || !low) return std::nullopt;
+    channels[i] = static_cast<uint8_t>(*high * 16 + *low);
+  }
+  return Color{channels[0], channels[1], channels[2]};
+}
 
 ControlValue parseControlValue(const ControlFacts& control, const std::string& text) {
   std::string_view rest = trimmed(text);

@@ -4,7 +4,9 @@
 /// two coordinates, both in pixels of the full-size layer or both in percent of it.
 #pragma once
 
+#include <optional>
 #include <string>
+#include <string_view>
 #include <variant>
 
 #include "cli/ControlFacts.h"
@@ -21,6 +23,9 @@ struct Place {
 
 /// double: number, and degrees of an angle; int32_t: whole number, check box (0 or 1), item of a choice (from 1).
 using ControlValue = std::variant<double, int32_t, Color, Place>;
+
+/// "#ff7d14" or "#f80"; nothing for other texts.
+std::optional<Color> readColor(std::string_view text);
 
 /// Reads `text` as a value for the control.
 /// @throws UserError naming the control, what it takes and what was given; for layers and groups, too

@@ -17,11 +17,13 @@ namespace fs = std::filesystem;
 using standin::FrameRequest;
 using standin::Image;
 
-FrameRequest requestFor(const Arguments& arguments, const Image& picture, const fs::path& file, int32_t number) {
+FrameRequest requestFor(const Arguments& arguments, const FilePicture& picture, const fs::path& file, int32_t number) {
   FrameRequest request;
-  request.layerWidth = picture.width();
-  request.layerHeight = picture.height();
-  request.input = shrunk(picture, arguments.downsample);
+  // Effects draw nothing beyond their layer; so what is stored beyond the full image makes the layer larger.
+  request.layerWidth = picture.image.width();
+  request.layerHeight = picture.image.height();
+  request.input = shrunk(picture.image, arguments.downsample);
+  request.input.originX = request.input.originY = 0;
   if (request.input.empty()) {
     throw UserError("'" + file.string() + "' is too small for --downsample " + std::to_string(arguments.downsample));
   }
@@ -34,25 +36,35 @@ FrameRequest requestFor(const Arguments& arguments, const Image& picture, const 
   return request;
 }
 
-/// The drawn part in its place on the whole layer, clear around it.
-Image onWholeLayer(const Image& drawn, const FrameRequest& request) {
-  const PF_LRect layer = request.layerRect();
-  const bool isWhole =
-      drawn.originX == 0 && drawn.originY == 0 && drawn.width() == layer.right && drawn.height() == layer.bottom;
+/// The drawn part in its place among what the effect was given, clear around it.
+Image onWholePicture(Image drawn, const Image& given) {
+  const bool isWhole = drawn.originX == given.originX && drawn.originY == given.originY &&
+                       drawn.width() == given.width() && drawn.height() == given.height();
   if (isWhole) return drawn;
-  Image whole(drawn.depth(), layer.right, layer.bottom);
+  Image whole(drawn.depth(), given.width(), given.height());
+  whole.originX = given.originX;
+  whole.originY = given.originY;
   standin::withPixelOf(drawn.depth(), [&](auto pixel) {
     using Pixel = decltype(pixel);
     for (int32_t y = 0; y < drawn.height(); ++y) {
       for (int32_t x = 0; x < drawn.width(); ++x) {
-        const int32_t toX = x + drawn.originX;
-        const int32_t toY = y + drawn.originY;
+        const int32_t toX = x + drawn.originX - whole.originX;
+        const int32_t toY = y + drawn.originY - whole.originY;
         if (toX < 0 || toY < 0 || toX >= whole.width() || toY >= whole.height()) continue;
         whole.at<Pixel>(toX, toY) = drawn.at<Pixel>(x, y);
       }
     }
   });
   return whole;
+}
+
+/// What is known of a picture that was drawn smaller: its windows are the new size, and other channels don't fit it.
+std::shared_ptr<const PictureFacts> factsOfSmaller(const PictureFacts& facts, const Image& drawn) {
+  auto smaller = std::make_shared<PictureFacts>(facts);
+  smaller->display = {0, 0, drawn.width(), drawn.height()};
+  smaller->data = smaller->display;
+  smaller->storedPixels.clear();
+  return smaller;
 }
 
 bool takesSmartRoad(Road road, const EffectSession& session) {
@@ -120,21 +132,16 @@ Animation animationOf(const Arguments& arguments, const EffectSession& session) 
 
 }  // namespace
 
-FrameDrawer::FrameDrawer(const Arguments& arguments)
+FrameDrawer::FrameDrawer(const Arguments& arguments, const FramePictures& pictures)
     : arguments_(arguments),
+      pictures_(pictures),
       session_(arguments.module, arguments.storedDefaults ? Defaults::stored : Defaults::builtIn),
       animation_(animationOf(arguments, session_)),
       warnings_(missingLayers(session_.controls(), animation_.base())),
       smart_(takesSmartRoad(arguments.road, session_)) {}
 
-Image FrameDrawer::read(const fs::path& file) const {
-  Image picture = readPicture(file, arguments_.mostMemory);
-  const standin::Depth depth = arguments_.depth.value_or(picture.depth());
-  return picture.depth() == depth ? picture : picture.converted(depth);
-}
-
-Image FrameDrawer::draw(const Image& picture, const fs::path& file, int32_t number,
-                        const std::function<void(int32_t, int32_t)>& progress) {
+FilePicture FrameDrawer::draw(const FilePicture& picture, const fs::path& file, int32_t number,
+                              const std::function<void(int32_t, int32_t)>& progress) {
   standin::StandInHost& host = session_.host();
   const FrameRequest request = requestFor(arguments_, picture, file, number);
   host.onProgress = [&](A_long done, A_long total) {
@@ -154,7 +161,7 @@ Image FrameDrawer::draw(const Image& picture, const fs::path& file, int32_t numb
     };
   }
   const standin::ParameterValues values = animation_.moves() ? animation_.at(number) : animation_.base();
-  const standin::RenderResult result = smart_ ? host.renderSmart(request, values) : host.renderClassic(request, values);
+  standin::RenderResult result = smart_ ? host.renderSmart(request, values) : host.renderClassic(request, values);
   host.onProgress = nullptr;
   host.valueAt = nullptr;
   // Notes of single calls are for tests; over a long shot they would pile up.
@@ -163,11 +170,12 @@ Image FrameDrawer::draw(const Image& picture, const fs::path& file, int32_t numb
   if (!missing.empty()) throw UserError(missing);
   session_.check(result.error, "while drawing");
   if (!result.rendered) throw EffectError("the effect drew nothing");
-  return onWholeLayer(result.output, request);
-}
-
-void FrameDrawer::write(const fs::path& file, const Image& picture) const {
-  writePicture(file, picture, arguments_.writeChoices);
+  FilePicture drawn;
+  drawn.image = onWholePicture(std::move(result.output), request.input);
+  drawn.image.originX = picture.image.originX;
+  drawn.image.originY = picture.image.originY;
+  drawn.facts = arguments_.downsample == 1 ? picture.facts : factsOfSmaller(*picture.facts, drawn.image);
+  return drawn;
 }
 
 }  // namespace cli

@@ -1,5 +1,6 @@
 #include "cli/Commands.h"
 #include "cli/FrameDrawer.h"
+#include "cli/FramePictures.h"
 #include "cli/ImageFile.h"
 #include "cli/ProgressBar.h"
 #include "cli/Shot.h"
@@ -8,19 +9,18 @@ namespace cli {
 namespace {
 
 void renderStill(const Arguments& arguments, const Surroundings& surroundings) {
-  const standin::Image original = readPicture(arguments.input, arguments.mostMemory);
-  checkWritable(arguments.output, arguments.depth.value_or(original.depth()));
-  FrameDrawer drawer(arguments);
+  const FramePictures pictures(arguments);
+  const FilePicture picture = pictures.read(arguments.input);
+  checkWritable(arguments.output, picture.image.depth());
+  FrameDrawer drawer(arguments, pictures);
   for (const std::string& line : drawer.warnings()) surroundings.err << "vindrel: warning: " << line << '\n';
-  const standin::Image picture =
-      arguments.depth.value_or(original.depth()) == original.depth() ? original : original.converted(*arguments.depth);
-  standin::Image drawn;
+  FilePicture drawn;
   {
     ProgressBar bar(surroundings.err, surroundings.errIsTerminal, "Drawing");
     drawn = drawer.draw(picture, arguments.input, arguments.frame + arguments.start,
                         [&bar](int32_t done, int32_t total) { bar.show(done, total); });
   }
-  drawer.write(arguments.output, drawn);
+  pictures.write(arguments.output, drawn);
 }
 
 }  // namespace

@@ -21,7 +21,8 @@ void tidyUp(const std::vector<ShotFrame>& frames) {
 
 int renderShot(const Arguments& arguments, const Surroundings& surroundings) {
   const std::vector<ShotFrame> frames = framesOfShot(arguments);
-  FrameDrawer drawer(arguments);
+  const FramePictures pictures(arguments);
+  FrameDrawer drawer(arguments, pictures);
   for (const std::string& line : drawer.warnings()) surroundings.err << "vindrel: warning: " << line << '\n';
   if (arguments.skipExisting) tidyUp(frames);
 

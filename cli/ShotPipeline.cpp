@@ -18,13 +18,12 @@
 namespace cli {
 namespace {
 
-using standin::Image;
 using Clock = std::chrono::steady_clock;
 
 /// A frame on its way. Without a picture it is done with, and result says how.
 struct Traveller {
   FrameResult result;
-  std::shared_ptr<const Image> picture;
+  std::shared_ptr<const FilePicture> picture;
 };
 
 /// Hands travellers from thread to thread; the order is that of their coming.
@@ -92,9 +91,9 @@ bool standsWhole(const std::filesystem::path& file, uint64_t mostMemory) {
 /// Reads frames; a still that serves all of them is read once.
 class Source {
  public:
-  Source(const std::vector<ShotFrame>& frames, const Arguments& arguments, const FrameDrawer& drawer,
+  Source(const std::vector<ShotFrame>& frames, const Arguments& arguments, const FramePictures& pictures,
          const std::optional<PictureSize>& size)
-      : frames_(frames), arguments_(arguments), drawer_(drawer), size_(size) {}
+      : frames_(frames), arguments_(arguments), pictures_(pictures), size_(size) {}
 
   Traveller next(std::size_t index) {
     Traveller traveller;
@@ -106,8 +105,8 @@ class Source {
         return;
       }
       if (last_ == nullptr || lastFile_ != frame.input) {
-        auto picture = std::make_shared<const Image>(drawer_.read(frame.input));
-        checkSize({picture->width(), picture->height()});
+        auto picture = std::make_shared<const FilePicture>(pictures_.read(frame.input));
+        checkSize({picture->image.width(), picture->image.height()});
         last_ = std::move(picture);
         lastFile_ = frame.input;
       }
@@ -127,31 +126,32 @@ class Source {
 
   const std::vector<ShotFrame>& frames_;
   const Arguments& arguments_;
-  const FrameDrawer& drawer_;
+  const FramePictures& pictures_;
   const std::optional<PictureSize>& size_;
   std::filesystem::path lastFile_;
-  std::shared_ptr<const Image> last_;
+  std::shared_ptr<const FilePicture> last_;
 };
 
 void draw(Traveller& traveller, const ShotFrame& frame, FrameDrawer& drawer) {
-  std::shared_ptr<const Image> drawn;
-  step(traveller.result,
-       [&] { drawn = std::make_shared<const Image>(drawer.draw(*traveller.picture, frame.input, frame.number)); });
+  std::shared_ptr<const FilePicture> drawn;
+  step(traveller.result, [&] {
+    drawn = std::make_shared<const FilePicture>(drawer.draw(*traveller.picture, frame.input, frame.number));
+  });
   traveller.picture = std::move(drawn);
 }
 
 void write(Traveller& traveller, const ShotFrame& frame, const FrameDrawer& drawer) {
-  const bool good = step(traveller.result, [&] { drawer.write(frame.output, *traveller.picture); });
+  const bool good = step(traveller.result, [&] { drawer.pictures().write(frame.output, *traveller.picture); });
   if (good) traveller.result.kind = FrameResult::Kind::done;
   traveller.picture.reset();
 }
 
 }  // namespace
 
-std::optional<PictureSize> sizeOfShot(const std::vector<ShotFrame>& frames, uint64_t mostMemory) {
+std::optional<PictureSize> sizeOfShot(const std::vector<ShotFrame>& frames, const FramePictures& pictures) {
   for (const ShotFrame& frame : frames) {
     try {
-      return pictureSize(frame.input, mostMemory);
+      return pictures.sizeOf(frame.input);
     } catch (const UserError&) {
       // The frame fails by name when its turn comes; the next one tells the size.
       continue;
@@ -180,8 +180,8 @@ void runPipeline(const std::vector<ShotFrame>& frames, const Arguments& argument
   Queue toDraw;
   Queue toWrite;
   std::jthread reader([&] {
-    const std::optional<PictureSize> size = sizeOfShot(frames, arguments.mostMemory);
-    Source source(frames, arguments, drawer, size);
+    const std::optional<PictureSize> size = sizeOfShot(frames, drawer.pictures());
+    Source source(frames, arguments, drawer.pictures(), size);
     for (std::size_t i = 0; i < frames.size(); ++i) {
       {
         std::unique_lock lock(mutex);
@@ -214,7 +214,7 @@ void runPipeline(const std::vector<ShotFrame>& frames, const Arguments& argument
 
 FrameResult renderFrame(const std::vector<ShotFrame>& frames, std::size_t index, const Arguments& arguments,
                         FrameDrawer& drawer, const std::optional<PictureSize>& size) {
-  Source source(frames, arguments, drawer, size);
+  Source source(frames, arguments, drawer.pictures(), size);
   Traveller traveller = source.next(index);
   if (traveller.picture != nullptr) draw(traveller, frames[index], drawer);
   if (traveller.picture != nullptr) write(traveller, frames[index], drawer);

@@ -17,7 +17,7 @@ void runPipeline(const std::vector<ShotFrame>& frames, const Arguments& argument
                  const std::function<void(const FrameResult&)>& take);
 
 /// The size of the first frame that can be read; nothing when none can.
-std::optional<PictureSize> sizeOfShot(const std::vector<ShotFrame>& frames, uint64_t mostMemory);
+std::optional<PictureSize> sizeOfShot(const std::vector<ShotFrame>& frames, const FramePictures& pictures);
 
 /// The whole way of one frame on this thread. Never throws; a failure is in the result.
 /// @param size  that the picture must have; none: any

@@ -88,7 +88,7 @@ class Foreman {
         arguments_(arguments),
         drawer_(drawer),
         take_(take),
-        size_(sizeOfShot(frames, arguments.mostMemory)),
+        size_(sizeOfShot(frames, drawer.pictures())),
         tries_(frames.size()) {
     for (std::size_t i = 0; i < frames.size(); ++i) waiting_.push_back(i);
   }

@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "cli/pictures/PictureFacts.h"
 #include "host/Depth.h"
 
 namespace cli {
@@ -30,6 +31,7 @@ struct PictureLayout {
   standin::Depth depth = standin::Depth::k8;
   bool associated = false;  ///< colour is multiplied by alpha
   int32_t orientation = 1;  ///< 1 to 8, as cameras note it
+  uint64_t otherBytes = 0;  ///< that channels beside those of the picture take
 
   /// Bytes of all samples: 1, 2 or 4 each.
   uint64_t bytes() const {
@@ -49,6 +51,10 @@ class PictureReader {
 
   const PictureLayout& layout() const { return layout_; }
 
+  /// What the header tells beside; of an EXR the other channels, too, once read() was called. The windows and the
+  /// stored pixels are left to whoever places the picture.
+  const PictureFacts& facts() const { return facts_; }
+
   /// All samples, row after row without gaps: uint8_t, uint16_t (0 to 65535) or float in the machine's byte order.
   /// @param samples  layout().bytes() bytes, aligned for float
   /// @throws BrokenPicture
@@ -56,6 +62,7 @@ class PictureReader {
 
  protected:
   PictureLayout layout_;
+  PictureFacts facts_;
 };
 
 /// A file that says it is of this format but can't be read to its end.
@@ -70,29 +77,55 @@ class OtherPicture : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+/// Whether the channels of an EXR that make no picture are read as well, for a file that is to hold them again.
+enum class OtherChannels { leave, keep };
+
 // The readers. The bytes must outlive them. All throw BrokenPicture and OtherPicture.
 std::unique_ptr<PictureReader> openPng(std::span<const uint8_t> file);
 std::unique_ptr<PictureReader> openTiff(std::span<const uint8_t> file);
-std::unique_ptr<PictureReader> openExr(std::span<const uint8_t> file);
+std::unique_ptr<PictureReader> openExr(std::span<const uint8_t> file, OtherChannels others);
 std::unique_ptr<PictureReader> openJpeg(std::span<const uint8_t> file);
+
+enum class SampleType { whole8, whole16, half, float32 };
+
+constexpr std::size_t sampleBytes(SampleType type) {
+  return type == SampleType::whole8 ? 1 : type == SampleType::float32 ? 4 : 2;
+}
 
 /// What is to be written: straight or multiplied samples of three channels or, with alpha, four.
 struct PictureToWrite {
   int32_t width = 0;
   int32_t height = 0;
   int32_t channels = 4;  ///< 3: red, green, blue; 4: and alpha
-  standin::Depth depth = standin::Depth::k8;
-  std::span<const uint8_t> samples;   ///< as PictureReader::read gives them
-  std::optional<std::time_t> madeAt;  ///< goes into the file; none: the same samples are the same file
-  int32_t pngLevel = 1;
+  SampleType type = SampleType::whole8;
+  std::span<const uint8_t> samples;  ///< row after row without gaps; whole16 is 0 to 65535
+  PixelWindow display;               ///< EXR only: the full image
+  PixelWindow data;                  ///< EXR only: the part of the samples that is stored
+  int32_t left = 0;                  ///< EXR only: place of the first sample on the full image
+  int32_t top = 0;
+
+  const PictureFacts* facts = nullptr;  ///< of the picture it was made from; null: nothing is known
+  std::optional<std::time_t> madeAt;    ///< goes into the file; none: the same samples are the same file
+  int32_t pngLevel = 1;                 ///< 0 to 9
+  int32_t jpegQuality = 90;             ///< 1 to 100
+  std::string exrCompression = "zip";   ///< one of exrCompressions()
+  std::string tiffCompression = "zip";  ///< one of tiffCompressions()
 };
+
+/// The names of the ways to compress, in the order to list them.
+const std::vector<std::string>& exrCompressions();
+const std::vector<std::string>& tiffCompressions();
+
+/// The name of the compression that the EXR was stored with.
+std::string compressionOf(const ExrFacts& facts);
 
 /// "2026:03:09 08:05:00" in universal time, as picture files write it.
 std::string stampText(std::time_t time);
 
 // The writers. All throw BrokenPicture when their library fails, and give the whole file.
-std::vector<uint8_t> encodedPng(const PictureToWrite& picture);
-std::vector<uint8_t> encodedTiff(const PictureToWrite& picture);
-std::vector<uint8_t> encodedExr(const PictureToWrite& picture);  ///< float samples only
+std::vector<uint8_t> encodedPng(const PictureToWrite& picture);   ///< whole numbers only
+std::vector<uint8_t> encodedTiff(const PictureToWrite& picture);  ///< no halves
+std::vector<uint8_t> encodedExr(const PictureToWrite& picture);   ///< halves and floats only
+std::vector<uint8_t> encodedJpeg(const PictureToWrite& picture);  ///< three channels of 8 bits only
 
 }  // namespace cli

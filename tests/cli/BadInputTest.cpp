@@ -111,6 +111,19 @@ TEST_F(BadInputTest, aFrameRateOfNothing) {
   expectRenderRefused({"--fps", "fast"}, "--fps takes a number from 1 to 999, or two as in 24000/1001, not 'fast'");
 }
 
+TEST_F(BadInputTest, formsOfFilesThatDoNotExist) {
+  expectRenderRefused({"--exr-type", "halve"}, "--exr-type takes half or float, not 'halve'");
+  expectRenderRefused(
+      {"--exr-compression", "gzip"},
+      "--exr-compression takes none, rle, zips, zip, piz, pxr24, b44, b44a, dwaa or dwab, not 'gzip'; did you "
+      "mean 'zip'?");
+  expectRenderRefused({"--tiff-compression", "best"},
+                      "--tiff-compression takes none, zip, lzw or packbits, not 'best'");
+  expectRenderRefused({"--jpeg-quality", "0"}, "--jpeg-quality takes a whole number from 1 to 100, not '0'");
+  expectRenderRefused({"--channels", "cmyk"}, "--channels takes rgb or rgba, not 'cmyk'");
+  expectRenderRefused({"--matte", "white"}, "--matte takes a colour such as #ff7d14, not 'white'");
+}
+
 TEST_F(BadInputTest, aMisspeltRoad) {
   expectRenderRefused({"--road", "clasic"}, "--road takes classic or smart, not 'clasic'; did you mean 'classic'?");
 }
@@ -147,12 +160,12 @@ TEST_F(BadInputTest, anOutputWithAnUnknownEnding) {
   expectRefused({"render", path("in.png"), path("out.pgn")},
                 "can't write pictures ending in '.pgn'; did you mean '.png'?");
   expectRefused({"render", path("in.png"), path("out.document")},
-                "can't write pictures ending in '.document'; it must be .png, .tif, .tiff or .exr");
+                "can't write pictures ending in '.document'; it must be .png, .tif, .tiff, .exr, .jpg or .jpeg");
 }
 
 TEST_F(BadInputTest, anOutputWithoutAnEnding) {
   expectRefused({"render", path("in.png"), path("out")},
-                quoted("out") + " has no ending; it must be .png, .tif, .tiff or .exr");
+                quoted("out") + " has no ending; it must be .png, .tif, .tiff, .exr, .jpg or .jpeg");
 }
 
 TEST_F(BadInputTest, anOutputInAMissingFolder) {

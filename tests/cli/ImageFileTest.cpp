@@ -1,46 +1,22 @@
 #include "cli/ImageFile.h"
 
-#include <OpenImageIO/imageio.h>
 #include <gtest/gtest.h>
-#include <zlib.h>
 
 #include <chrono>
 #include <thread>
 
 #include "cli/UserError.h"
+#include "tests/cli/ForeignPicture.h"
+#include "tests/cli/PngChunk.h"
 #include "tests/cli/TemporaryFolder.h"
 
 using OIIO::ImageInput;
-using OIIO::ImageOutput;
 using OIIO::ImageSpec;
 using OIIO::TypeDesc;
 using standin::Depth;
 using standin::Image;
 
 namespace {
-
-/// Writes a file with the image library alone, so that what is read back rests on nothing of ours.
-template <class Channel>
-void writeForeign(const std::filesystem::path& file, const ImageSpec& layout, const std::vector<Channel>& channels) {
-  const auto output = ImageOutput::create(file.string());
-  ASSERT_TRUE(output);
-  ASSERT_TRUE(output->open(file.string(), layout)) << output->geterror();
-  ASSERT_TRUE(output->write_image(OIIO::BaseTypeFromC<Channel>::value, channels.data())) << output->geterror();
-  ASSERT_TRUE(output->close());
-}
-
-/// All channels of a file as the library gives them, straight where the file is.
-template <class Channel>
-std::vector<Channel> readForeign(const std::filesystem::path& file, TypeDesc expectedFormat) {
-  ImageSpec wishes;
-  wishes.attribute("oiio:UnassociatedAlpha", 1);
-  const auto input = ImageInput::open(file.string(), &wishes);
-  if (!input) return {};
-  EXPECT_EQ(input->spec().format, expectedFormat);
-  std::vector<Channel> channels(input->spec().image_pixels() * static_cast<std::size_t>(input->spec().nchannels));
-  EXPECT_TRUE(input->read_image(0, 0, 0, -1, OIIO::BaseTypeFromC<Channel>::value, channels.data()));
-  return channels;
-}
 
 std::string refusalToRead(const std::filesystem::path& file) {
   try {
@@ -371,17 +347,6 @@ TEST_F(ImageFileTest, aFileIsReadAsWhatItIsAndNotAsItsNameSays) {
 
 namespace {
 
-std::string bigEndian(uint32_t number) {
-  return {static_cast<char>(number >> 24), static_cast<char>(number >> 16), static_cast<char>(number >> 8),
-          static_cast<char>(number)};
-}
-
-std::string pngChunk(const std::string& kind, const std::string& data) {
-  const std::string body = kind + data;
-  const uLong sum = crc32(0, reinterpret_cast<const Bytef*>(body.data()), static_cast<uInt>(body.size()));
-  return bigEndian(static_cast<uint32_t>(data.size())) + body + bigEndian(static_cast<uint32_t>(sum));
-}
-
 /// The head of a grey PNG and `dataBytes` of something that calls itself its pixels.
 std::string pngThatClaims(uint32_t width, uint32_t height, std::size_t dataBytes) {
   return "\x89PNG\r\n\x1a\n" + pngChunk("IHDR", bigEndian(width) + bigEndian(height) + std::string("\x8\0\0\0\0", 5)) +
@@ -405,7 +370,7 @@ TEST_F(ImageFileTest, aPngThatIsTooShortForItsSizeIsRefusedByItsHeader) {
 }
 
 TEST_F(ImageFileTest, theSamePictureIsTheSameFileAtAnotherTime) {
-  const std::vector<std::string> endings = {".png", ".tif", ".exr"};
+  const std::vector<std::string> endings = {".png", ".tif", ".exr", ".jpg"};
   for (const std::string& ending : endings) cli::writePicture(folder_ / ("a" + ending), everyPair8());
   // Files that hold a time hold it to the second.
   std::this_thread::sleep_for(std::chrono::milliseconds(1100));

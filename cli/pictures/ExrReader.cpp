@@ -1,20 +1,16 @@
-// OpenEXR by its own library.
+// OpenEXR by its own library: reading.
 
-#include <ImfChannelList.h>
-#include <ImfCompression.h>
 #include <ImfFrameBuffer.h>
-#include <ImfHeader.h>
 #include <ImfIO.h>
 #include <ImfInputFile.h>
-#include <ImfOutputFile.h>
 #include <ImfStandardAttributes.h>
+#include <ImfStringAttribute.h>
 
 #include <algorithm>
-#include <array>
 #include <cstring>
 #include <string>
 
-#include "cli/pictures/StoredPicture.h"
+#include "cli/pictures/ExrFacts.h"
 
 namespace cli {
 namespace {
@@ -40,59 +36,22 @@ class BytesIn final : public Imf::IStream {
   std::size_t at_ = 0;
 };
 
-class BytesOut final : public Imf::OStream {
- public:
-  BytesOut() : OStream("the file") {}
-
-  void write(const char* from, int count) override {
-    const auto size = static_cast<std::size_t>(std::max(count, 0));
-    if (file.size() < at_ + size) file.resize(at_ + size);
-    std::memcpy(file.data() + at_, from, size);
-    at_ += size;
-  }
-  uint64_t tellp() override { return at_; }
-  void seekp(uint64_t place) override { at_ = static_cast<std::size_t>(place); }
-
-  std::vector<uint8_t> file;
-
- private:
-  std::size_t at_ = 0;
-};
-
-std::string oneLine(std::string text) {
-  std::replace(text.begin(), text.end(), '\n', ' ');
-  while (!text.empty() && (text.back() == ' ' || text.back() == '.')) text.pop_back();
-  return text;
-}
-
-/// What the library throws becomes one of ours.
-template <class Work>
-auto translated(Work work) {
-  try {
-    return work();
-  } catch (const BrokenPicture&) {
-    throw;
-  } catch (const OtherPicture&) {
-    throw;
-  } catch (const std::bad_alloc&) {
-    throw;
-  } catch (const std::exception& error) {
-    throw BrokenPicture(oneLine(error.what()));
-  }
-}
-
 class ExrReader final : public PictureReader {
  public:
-  explicit ExrReader(std::span<const uint8_t> file) : stream_(file) {
-    translated([&] {
+  ExrReader(std::span<const uint8_t> file, OtherChannels others) : stream_(file) {
+    facts_.kind = FileKind::exr;
+    facts_.exr = own_;
+    withExrErrors([&] {
       file_ = std::make_unique<Imf::InputFile>(stream_, 0);
       takeWindows();
       takeChannels();
+      if (others == OtherChannels::keep) takeOthers();
+      takeFacts();
     });
   }
 
   void read(std::span<uint8_t> samples) override {
-    translated([&] {
+    withExrErrors([&] {
       if (!file_->isComplete()) throw BrokenPicture("the file is cut");
       const Imath::Box2i& window = file_->header().dataWindow();
       const std::size_t pixelBytes = names_.size() * sizeof(float);
@@ -101,6 +60,13 @@ class ExrReader final : public PictureReader {
       for (std::size_t i = 0; i < names_.size(); ++i) {
         char* const first = reinterpret_cast<char*>(samples.data()) + i * sizeof(float);
         buffer.insert(names_[i], Imf::Slice::Make(Imf::FLOAT, first, window, pixelBytes, rowBytes));
+      }
+      for (ExrFacts::Channel& other : own_->others) {
+        const std::size_t size = exrSampleBytes(other.kind.type);
+        const std::size_t otherRow = size * samplesAcross(other.kind);
+        other.samples.resize(otherRow * samplesDown(other.kind));
+        buffer.insert(other.name, Imf::Slice::Make(other.kind.type, reinterpret_cast<char*>(other.samples.data()),
+                                                   window, size, otherRow, other.kind.xSampling, other.kind.ySampling));
       }
       file_->setFrameBuffer(buffer);
       file_->readPixels(window.min.y, window.max.y);
@@ -133,8 +99,9 @@ class ExrReader final : public PictureReader {
       if (has("A")) names_.emplace_back("A");
     } else if (every.size() == 1) {
       names_ = every;
-    } else if (every.size() == 2 && has("Y") && has("A")) {
-      names_ = {"Y", "A"};
+    } else if (has("Y") && !has("RY") && !has("BY") && !has("R") && !has("G") && !has("B")) {
+      names_ = {"Y"};
+      if (has("A")) names_.emplace_back("A");
     } else {
       throw OtherPicture("has the channels " + all + "; grey and RGB, each with or without alpha, can be read");
     }
@@ -156,45 +123,56 @@ class ExrReader final : public PictureReader {
     layout_.depth = Depth::k32;
   }
 
+  // The library holds all windows and samplings to fit each other.
+  std::size_t samplesAcross(const Imf::Channel& kind) const {
+    return static_cast<std::size_t>(layout_.width / kind.xSampling);
+  }
+  std::size_t samplesDown(const Imf::Channel& kind) const {
+    return static_cast<std::size_t>(layout_.height / kind.ySampling);
+  }
+
+  void takeOthers() {
+    const Imf::ChannelList& channels = file_->header().channels();
+    for (auto channel = channels.begin(); channel != channels.end(); ++channel) {
+      const std::string name = channel.name();
+      if (std::find(names_.begin(), names_.end(), name) != names_.end()) continue;
+      const Imf::Channel& kind = channel.channel();
+      own_->others.push_back({name, kind, {}});
+      layout_.otherBytes += exrSampleBytes(kind.type) * samplesAcross(kind) * samplesDown(kind);
+    }
+  }
+
+  void takeFacts() {
+    const Imf::Header& header = file_->header();
+    own_->header = header;
+    facts_.half = std::all_of(names_.begin(), names_.end(), [&](const std::string& name) {
+      return header.channels()[name.c_str()].type == Imf::HALF;
+    });
+    facts_.pixelAspect = double{header.pixelAspectRatio()};
+    if (Imf::hasXDensity(header) && Imf::xDensity(header) > 0.0F) {
+      const double density = double{Imf::xDensity(header)};
+      facts_.density = PixelDensity{density, density * facts_.pixelAspect};
+    }
+    if (Imf::hasChromaticities(header)) {
+      const Imf::Chromaticities& c = Imf::chromaticities(header);
+      facts_.chromaticities = {c.red.x, c.red.y, c.green.x, c.green.y, c.blue.x, c.blue.y, c.white.x, c.white.y};
+    }
+    for (const ExrNote& note : exrNotes) {
+      const auto* const text = header.findTypedAttribute<Imf::StringAttribute>(note.attribute);
+      if (text != nullptr && !text->value().empty()) facts_.texts.push_back({note.key, text->value()});
+    }
+  }
+
   BytesIn stream_;
+  std::shared_ptr<ExrFacts> own_ = std::make_shared<ExrFacts>();
   std::unique_ptr<Imf::InputFile> file_;
   std::vector<std::string> names_;
 };
 
 }  // namespace
 
-std::unique_ptr<PictureReader> openExr(std::span<const uint8_t> file) {
-  return std::make_unique<ExrReader>(file);
-}
-
-std::vector<uint8_t> encodedExr(const PictureToWrite& picture) {
-  return translated([&] {
-    constexpr std::array<const char*, 4> names = {"R", "G", "B", "A"};
-    Imf::Header header(picture.width, picture.height);
-    header.compression() = Imf::ZIP_COMPRESSION;
-    if (picture.madeAt) {
-      Imf::addCapDate(header, stampText(*picture.madeAt));
-      Imf::addUtcOffset(header, 0.0F);
-    }
-    const auto channels = static_cast<std::size_t>(picture.channels);
-    const std::size_t pixelBytes = channels * sizeof(float);
-    const std::size_t rowBytes = pixelBytes * static_cast<std::size_t>(picture.width);
-    Imf::FrameBuffer buffer;
-    for (std::size_t i = 0; i < channels; ++i) {
-      header.channels().insert(names[i], Imf::Channel(Imf::FLOAT));
-      // The library's record is for both ways; a file that is written is only read from.
-      char* const first =
-          reinterpret_cast<char*>(const_cast<uint8_t*>(picture.samples.data())) + i * sizeof(float);  // NOLINT
-      buffer.insert(names[i], Imf::Slice(Imf::FLOAT, first, pixelBytes, rowBytes));
-    }
-    BytesOut stream;
-    {
-      Imf::OutputFile file(stream, header, 0);
-      file.setFrameBuffer(buffer);
-      file.writePixels(picture.height);
-    }
-    return std::move(stream.file);
-  });
+std::unique_ptr<PictureReader> openExr(std::span<const uint8_t> file, OtherChannels others) {
+  return std::make_unique<ExrReader>(file, others);
 }
 
 }  // namespace cli

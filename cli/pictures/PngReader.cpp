@@ -1,35 +1,26 @@
-// PNG by libpng. The library reports errors by a jump over its own frames, so what must outlive a jump lies in the
-// object, and functions that are jumped out of hold nothing that wants to be destroyed.
-
-#include <png.h>
+// PNG by libpng: reading.
 
 #include <algorithm>
 #include <bit>
-#include <cstdio>
 #include <cstring>
 
 #include "cli/pictures/Exif.h"
+#include "cli/pictures/PngErrors.h"
+#include "cli/pictures/PngFacts.h"
 #include "cli/pictures/StoredPicture.h"
+#include "cli/pictures/TextEncoding.h"
 
 namespace cli {
 namespace {
 
 using standin::Depth;
 
-constexpr std::size_t messageSize = 200;
-
-[[noreturn]] void jumpOut(png_structp png, png_const_charp text) {
-  auto* const message = static_cast<char*>(png_get_error_ptr(png));
-  std::snprintf(message, messageSize, "%s", text);
-  png_longjmp(png, 1);
-}
-
-void keepQuiet(png_structp, png_const_charp) {}
-
 class PngReader final : public PictureReader {
  public:
   explicit PngReader(std::span<const uint8_t> file) : rest_(file) {
-    png_ = png_create_read_struct(PNG_LIBPNG_VER_STRING, message_, jumpOut, keepQuiet);
+    facts_.kind = FileKind::png;
+    facts_.png = own_;
+    png_ = png_create_read_struct(PNG_LIBPNG_VER_STRING, message_, pngJumpOut, pngKeepQuiet);
     info_ = png_ == nullptr ? nullptr : png_create_info_struct(png_);
     if (info_ == nullptr) {
       png_destroy_read_struct(&png_, nullptr, nullptr);
@@ -57,6 +48,11 @@ class PngReader final : public PictureReader {
       throw BrokenPicture("its rows have another length than its header says");
     for (std::size_t y = 0; y < rows_.size(); ++y) rows_[y] = samples.data() + y * rowBytes;
     if (!readRows()) throw BrokenPicture(message_);
+    // Notes may stand behind the pixels.
+    takeColors();
+    takeDensity();
+    takeNotes();
+    takeUnknownChunks();
   }
 
  private:
@@ -72,6 +68,7 @@ class PngReader final : public PictureReader {
     png_set_read_fn(png_, &rest_, give);
     // Sizes are held to our own limits, with our own words.
     png_set_user_limits(png_, PNG_UINT_31_MAX, PNG_UINT_31_MAX);
+    png_set_keep_unknown_chunks(png_, PNG_HANDLE_CHUNK_IF_SAFE, nullptr, 0);
     png_read_info(png_, info_);
     png_set_expand(png_);  // palettes, fewer than 8 bits, and a clear colour
     png_set_interlace_handling(png_);
@@ -95,89 +92,85 @@ class PngReader final : public PictureReader {
   bool readRows() {
     if (setjmp(png_jmpbuf(png_)) != 0) return false;
     png_read_image(png_, rows_.data());
-    png_read_end(png_, nullptr);
+    png_read_end(png_, info_);
     return true;
+  }
+
+  void takeColors() {
+    png_charp name = nullptr;
+    int compression = 0;
+    png_bytep profile = nullptr;
+    png_uint_32 size = 0;
+    if (png_get_iCCP(png_, info_, &name, &compression, &profile, &size) != 0) {
+      facts_.iccProfile.assign(profile, profile + size);
+    }
+    std::array<double, 8> places{};
+    if (png_get_cHRM(png_, info_, &places[6], &places[7], &places[0], &places[1], &places[2], &places[3], &places[4],
+                     &places[5]) != 0) {
+      facts_.chromaticities.emplace();
+      std::transform(places.begin(), places.end(), facts_.chromaticities->begin(),
+                     [](double place) { return static_cast<float>(place); });
+    }
+    png_fixed_point gamma = 0;
+    if (png_get_gAMA_fixed(png_, info_, &gamma) != 0) own_->gamma = gamma;
+    int intent = 0;
+    if (png_get_sRGB(png_, info_, &intent) != 0) own_->srgbIntent = intent;
+  }
+
+  void takeDensity() {
+    png_uint_32 x = 0;
+    png_uint_32 y = 0;
+    int unit = 0;
+    if (png_get_pHYs(png_, info_, &x, &y, &unit) == 0 || x == 0 || y == 0) return;
+    facts_.pixelAspect = static_cast<double>(y) / x;
+    constexpr double metresToTheInch = 0.0254;
+    if (unit == PNG_RESOLUTION_METER) {
+      facts_.density = PixelDensity{x * metresToTheInch, y * metresToTheInch};
+    }
+  }
+
+  void takeNotes() {
+    png_textp texts = nullptr;
+    int count = 0;
+    png_get_text(png_, info_, &texts, &count);
+    for (const png_text& text : std::span(texts, static_cast<std::size_t>(std::max(count, 0)))) {
+      if (std::strcmp(text.key, pngXmpKey) == 0) {
+        facts_.xmp = text.text;
+      } else {
+        facts_.texts.push_back({text.key, text.compression > 0 ? text.text : utf8FromLatin1(text.text)});
+      }
+    }
+    png_uint_32 exifSize = 0;
+    png_bytep exif = nullptr;
+    if (png_get_eXIf_1(png_, info_, &exifSize, &exif) != 0) {
+      facts_.exif.assign(exif, exif + exifSize);
+      makeExifUpright(facts_.exif);
+    }
+  }
+
+  void takeUnknownChunks() {
+    png_unknown_chunkp chunks = nullptr;
+    const int count = png_get_unknown_chunks(png_, info_, &chunks);
+    for (const png_unknown_chunk& chunk : std::span(chunks, static_cast<std::size_t>(std::max(count, 0)))) {
+      PngFacts::Chunk& copy = own_->chunks.emplace_back();
+      std::copy(std::begin(chunk.name), std::end(chunk.name), copy.name.begin());
+      copy.data.assign(chunk.data, chunk.data + chunk.size);
+      copy.place = chunk.location;
+    }
   }
 
   std::span<const uint8_t> rest_;
-  char message_[messageSize] = "";
+  std::shared_ptr<PngFacts> own_ = std::make_shared<PngFacts>();
+  char message_[pngMessageSize] = "";
   png_structp png_ = nullptr;
   png_infop info_ = nullptr;
   std::vector<png_bytep> rows_;
-};
-
-class PngWriter {
- public:
-  explicit PngWriter(const PictureToWrite& picture) : picture_(picture) {
-    png_ = png_create_write_struct(PNG_LIBPNG_VER_STRING, message_, jumpOut, keepQuiet);
-    info_ = png_ == nullptr ? nullptr : png_create_info_struct(png_);
-    if (info_ == nullptr) {
-      png_destroy_write_struct(&png_, nullptr);
-      throw std::bad_alloc();
-    }
-  }
-  PngWriter(const PngWriter&) = delete;
-  PngWriter& operator=(const PngWriter&) = delete;
-  ~PngWriter() { png_destroy_write_struct(&png_, &info_); }
-
-  std::vector<uint8_t> file() {
-    if (!write()) throw BrokenPicture(message_);
-    return std::move(file_);
-  }
-
- private:
-  static void take(png_structp png, png_bytep from, std::size_t count) {
-    auto& file = *static_cast<std::vector<uint8_t>*>(png_get_io_ptr(png));
-    try {
-      file.insert(file.end(), from, from + count);
-      return;
-    } catch (const std::bad_alloc&) {
-      // No exception may cross the library; the jump is left to the lines below, outside the handler.
-    }
-    png_error(png, "out of memory");
-  }
-
-  bool write() {
-    if (setjmp(png_jmpbuf(png_)) != 0) return false;
-    png_set_write_fn(png_, &file_, take, nullptr);
-    const bool deep = picture_.depth == Depth::k16;
-    png_set_IHDR(png_, info_, static_cast<png_uint_32>(picture_.width), static_cast<png_uint_32>(picture_.height),
-                 deep ? 16 : 8, picture_.channels == 4 ? PNG_COLOR_TYPE_RGBA : PNG_COLOR_TYPE_RGB, PNG_INTERLACE_NONE,
-                 PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
-    png_set_compression_level(png_, picture_.pngLevel);
-    // Trying all filters on each row costs as much as the compression and gains a fiftieth of the size.
-    png_set_filter(png_, PNG_FILTER_TYPE_BASE, picture_.pngLevel > 1 ? PNG_ALL_FILTERS : PNG_FILTER_PAETH);
-    if (picture_.madeAt) {
-      png_time time{};
-      png_convert_from_time_t(&time, *picture_.madeAt);
-      png_set_tIME(png_, info_, &time);
-    }
-    png_write_info(png_, info_);
-    if (deep && std::endian::native == std::endian::little) png_set_swap(png_);
-    const std::size_t rowBytes =
-        static_cast<std::size_t>(picture_.width) * static_cast<std::size_t>(picture_.channels) * (deep ? 2 : 1);
-    for (int32_t y = 0; y < picture_.height; ++y) {
-      png_write_row(png_, picture_.samples.data() + static_cast<std::size_t>(y) * rowBytes);
-    }
-    png_write_end(png_, info_);
-    return true;
-  }
-
-  const PictureToWrite& picture_;
-  char message_[messageSize] = "";
-  png_structp png_ = nullptr;
-  png_infop info_ = nullptr;
-  std::vector<uint8_t> file_;
 };
 
 }  // namespace
 
 std::unique_ptr<PictureReader> openPng(std::span<const uint8_t> file) {
   return std::make_unique<PngReader>(file);
-}
-
-std::vector<uint8_t> encodedPng(const PictureToWrite& picture) {
-  return PngWriter(picture).file();
 }
 
 }  // namespace cli

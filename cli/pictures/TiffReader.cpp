@@ -1,132 +1,33 @@
-// TIFF by libtiff, which is given the file in memory.
+// TIFF by libtiff: reading.
 
 #include <half.h>
-#include <tiffio.h>
 
 #include <algorithm>
 #include <array>
-#include <cstdarg>
-#include <cstdio>
 #include <cstring>
 #include <string>
 
 #include "cli/pictures/StoredPicture.h"
+#include "cli/pictures/TiffFacts.h"
+#include "cli/pictures/TiffMemory.h"
 
 namespace cli {
 namespace {
 
 using standin::Depth;
 
-/// What the library reads from or writes into, and its last complaint.
-struct Memory {
-  std::span<const uint8_t> in;
-  std::vector<uint8_t> out;
-  bool writing = false;
-  uint64_t at = 0;
-  std::array<char, 300> complaint{};
-
-  uint64_t size() const { return writing ? out.size() : in.size(); }
-};
-
-Memory& memoryOf(thandle_t handle) {
-  return *static_cast<Memory*>(handle);
-}
-
-tmsize_t readBytes(thandle_t handle, void* to, tmsize_t count) {
-  Memory& memory = memoryOf(handle);
-  if (memory.at >= memory.size() || count <= 0) return 0;
-  const uint64_t got = std::min<uint64_t>(static_cast<uint64_t>(count), memory.size() - memory.at);
-  const uint8_t* const from = memory.writing ? memory.out.data() : memory.in.data();
-  std::memcpy(to, from + memory.at, got);
-  memory.at += got;
-  return static_cast<tmsize_t>(got);
-}
-
-tmsize_t writeBytes(thandle_t handle, void* from, tmsize_t count) {
-  Memory& memory = memoryOf(handle);
-  if (!memory.writing || count <= 0) return 0;
-  const uint64_t end = memory.at + static_cast<uint64_t>(count);
-  try {
-    if (memory.out.size() < end) memory.out.resize(end);
-  } catch (const std::bad_alloc&) {
-    return 0;  // the library takes it for a full disk; no exception may cross it
-  }
-  std::memcpy(memory.out.data() + memory.at, from, static_cast<std::size_t>(count));
-  memory.at = end;
-  return count;
-}
-
-toff_t seekTo(thandle_t handle, toff_t offset, int from) {
-  Memory& memory = memoryOf(handle);
-  memory.at = offset + (from == SEEK_CUR ? memory.at : from == SEEK_END ? memory.size() : 0);
-  return memory.at;
-}
-
-int closeNothing(thandle_t) {
-  return 0;
-}
-
-toff_t sizeOf(thandle_t handle) {
-  return memoryOf(handle).size();
-}
-
-int mapNothing(thandle_t, void**, toff_t*) {
-  return 0;
-}
-
-void unmapNothing(thandle_t, void*, toff_t) {}
-
-// The format is the library's own.
-[[gnu::format(printf, 4, 0)]] int keepComplaint(TIFF*, void* to, const char*, const char* format, va_list arguments) {
-  auto& complaint = static_cast<Memory*>(to)->complaint;
-  std::vsnprintf(complaint.data(), complaint.size(), format, arguments);
-  return 1;
-}
-
-int ignoreWarning(TIFF*, void*, const char*, const char*, va_list) {
-  return 1;
-}
-
-struct TiffCloser {
-  void operator()(TIFF* tiff) const { TIFFClose(tiff); }
-};
-using Tiff = std::unique_ptr<TIFF, TiffCloser>;
-
-Tiff openTiff(Memory& memory, const char* mode) {
-  TIFFOpenOptions* const options = TIFFOpenOptionsAlloc();
-  if (options == nullptr) throw std::bad_alloc();
-  TIFFOpenOptionsSetErrorHandlerExtR(options, keepComplaint, &memory);
-  TIFFOpenOptionsSetWarningHandlerExtR(options, ignoreWarning, &memory);
-  Tiff tiff(TIFFClientOpenExt("the file", mode, &memory, readBytes, writeBytes, seekTo, closeNothing, sizeOf,
-                              mapNothing, unmapNothing, options));
-  TIFFOpenOptionsFree(options);
-  return tiff;
-}
-
-std::string complaintOf(const Memory& memory) {
-  std::string text = memory.complaint.data();
-  std::replace(text.begin(), text.end(), '\n', ' ');
-  while (!text.empty() && (text.back() == ' ' || text.back() == '.')) text.pop_back();
-  return text.empty() ? "the file makes no sense" : text;
-}
-
-template <class Number>
-Number field(TIFF* tiff, uint32_t tag, Number otherwise) {
-  Number number = otherwise;
-  return TIFFGetFieldDefaulted(tiff, tag, &number) != 0 ? number : otherwise;
-}
-
 class TiffReader final : public PictureReader {
  public:
   explicit TiffReader(std::span<const uint8_t> file) {
     memory_.in = file;
     // "m": nothing is mapped, since the file lies in memory already.
-    tiff_ = openTiff(memory_, "rm");
-    if (!tiff_) throw BrokenPicture(complaintOf(memory_));
+    tiff_ = openTiffMemory(memory_, "rm");
+    if (!tiff_) throw BrokenPicture(tiffComplaint(memory_));
     takeSize();
     takeSampleType();
     takeChannels();
-    layout_.orientation = field<uint16_t>(tiff_.get(), TIFFTAG_ORIENTATION, 1);
+    layout_.orientation = tiffField<uint16_t>(tiff_.get(), TIFFTAG_ORIENTATION, 1);
+    takeFacts();
   }
 
   void read(std::span<uint8_t> samples) override {
@@ -142,16 +43,16 @@ class TiffReader final : public PictureReader {
 
  private:
   void takeSize() {
-    layout_.width = layout_.fullWidth = field<uint32_t>(tiff_.get(), TIFFTAG_IMAGEWIDTH, 0);
-    layout_.height = layout_.fullHeight = field<uint32_t>(tiff_.get(), TIFFTAG_IMAGELENGTH, 0);
+    layout_.width = layout_.fullWidth = tiffField<uint32_t>(tiff_.get(), TIFFTAG_IMAGEWIDTH, 0);
+    layout_.height = layout_.fullHeight = tiffField<uint32_t>(tiff_.get(), TIFFTAG_IMAGELENGTH, 0);
     if (layout_.width == 0 || layout_.height == 0) throw BrokenPicture("it has no pixels");
-    separate_ = field<uint16_t>(tiff_.get(), TIFFTAG_PLANARCONFIG, PLANARCONFIG_CONTIG) == PLANARCONFIG_SEPARATE;
-    storedChannels_ = field<uint16_t>(tiff_.get(), TIFFTAG_SAMPLESPERPIXEL, 1);
+    separate_ = tiffField<uint16_t>(tiff_.get(), TIFFTAG_PLANARCONFIG, PLANARCONFIG_CONTIG) == PLANARCONFIG_SEPARATE;
+    storedChannels_ = tiffField<uint16_t>(tiff_.get(), TIFFTAG_SAMPLESPERPIXEL, 1);
   }
 
   void takeSampleType() {
-    bits_ = field<uint16_t>(tiff_.get(), TIFFTAG_BITSPERSAMPLE, 1);
-    const auto format = field<uint16_t>(tiff_.get(), TIFFTAG_SAMPLEFORMAT, SAMPLEFORMAT_UINT);
+    bits_ = tiffField<uint16_t>(tiff_.get(), TIFFTAG_BITSPERSAMPLE, 1);
+    const auto format = tiffField<uint16_t>(tiff_.get(), TIFFTAG_SAMPLEFORMAT, SAMPLEFORMAT_UINT);
     const bool isFloat = format == SAMPLEFORMAT_IEEEFP;
     const bool whole = format == SAMPLEFORMAT_UINT || format == SAMPLEFORMAT_VOID;
     if (isFloat && (bits_ == 16 || bits_ == 32 || bits_ == 64)) {
@@ -171,7 +72,7 @@ class TiffReader final : public PictureReader {
   }
 
   void takeChannels() {
-    const auto photometric = field<uint16_t>(tiff_.get(), TIFFTAG_PHOTOMETRIC, PHOTOMETRIC_MINISBLACK);
+    const auto photometric = tiffField<uint16_t>(tiff_.get(), TIFFTAG_PHOTOMETRIC, PHOTOMETRIC_MINISBLACK);
     int32_t colors = 1;
     switch (photometric) {
       case PHOTOMETRIC_MINISWHITE:
@@ -186,7 +87,7 @@ class TiffReader final : public PictureReader {
         colors = 3;
         break;
       case PHOTOMETRIC_YCBCR:
-        if (field<uint16_t>(tiff_.get(), TIFFTAG_COMPRESSION, COMPRESSION_NONE) != COMPRESSION_JPEG) {
+        if (tiffField<uint16_t>(tiff_.get(), TIFFTAG_COMPRESSION, COMPRESSION_NONE) != COMPRESSION_JPEG) {
           throw OtherPicture("holds its colours as luminance and chroma, which can be read in a JPEG only");
         }
         TIFFSetField(tiff_.get(), TIFFTAG_JPEGCOLORMODE, JPEGCOLORMODE_RGB);
@@ -237,6 +138,55 @@ class TiffReader final : public PictureReader {
       palette_.push_back(
           {static_cast<uint8_t>(red[i] >> 8), static_cast<uint8_t>(green[i] >> 8), static_cast<uint8_t>(blue[i] >> 8)});
     }
+  }
+
+  void takeFacts() {
+    facts_.kind = FileKind::tiff;
+    facts_.half = layout_.depth == Depth::k32 && bits_ == 16;
+    TIFF* const tiff = tiff_.get();
+    const auto x = tiffField<float>(tiff, TIFFTAG_XRESOLUTION, 0);
+    const auto y = tiffField<float>(tiff, TIFFTAG_YRESOLUTION, 0);
+    const auto unit = tiffField<uint16_t>(tiff, TIFFTAG_RESOLUTIONUNIT, RESUNIT_INCH);
+    if (x > 0 && y > 0) {
+      facts_.pixelAspect = double{y} / double{x};
+      const double inches = unit == RESUNIT_CENTIMETER ? 2.54 : 1.0;
+      if (unit != RESUNIT_NONE) facts_.density = PixelDensity{double{x} * inches, double{y} * inches};
+    }
+    facts_.iccProfile = block(TIFFTAG_ICCPROFILE);
+    const std::vector<uint8_t> xmp = block(TIFFTAG_XMLPACKET);
+    facts_.xmp.assign(xmp.begin(), xmp.end());
+    float* primaries = nullptr;
+    float* white = nullptr;
+    if (TIFFGetField(tiff, TIFFTAG_PRIMARYCHROMATICITIES, &primaries) != 0 &&
+        TIFFGetField(tiff, TIFFTAG_WHITEPOINT, &white) != 0) {
+      facts_.chromaticities.emplace();
+      std::copy_n(primaries, 6, facts_.chromaticities->begin());
+      std::copy_n(white, 2, facts_.chromaticities->begin() + 6);
+    }
+    for (const TiffNote& note : tiffNotes) {
+      if (const std::string text = textOf(note.tag); !text.empty()) facts_.texts.push_back({note.key, text});
+    }
+    auto own = std::make_shared<TiffFacts>();
+    for (const int tag : {TIFFTAG_MAKE, TIFFTAG_MODEL, TIFFTAG_HOSTCOMPUTER, TIFFTAG_PAGENAME, TIFFTAG_DATETIME}) {
+      const auto number = static_cast<uint32_t>(tag);
+      if (std::string text = textOf(number); !text.empty()) own->texts.emplace_back(number, std::move(text));
+    }
+    if (std::vector<uint8_t> bytes = block(TIFFTAG_PHOTOSHOP); !bytes.empty()) {
+      own->blocks.emplace_back(TIFFTAG_PHOTOSHOP, std::move(bytes));
+    }
+    facts_.tiff = std::move(own);
+  }
+
+  std::string textOf(uint32_t tag) const {
+    char* text = nullptr;
+    return TIFFGetField(tiff_.get(), tag, &text) != 0 && text != nullptr ? text : "";
+  }
+
+  std::vector<uint8_t> block(uint32_t tag) const {
+    uint32_t size = 0;
+    const uint8_t* bytes = nullptr;
+    if (TIFFGetField(tiff_.get(), tag, &size, &bytes) == 0 || bytes == nullptr) return {};
+    return {bytes, bytes + size};
   }
 
   /// A sample of a row as it lies in the file; 8 bits for fewer.
@@ -296,15 +246,15 @@ class TiffReader final : public PictureReader {
     std::vector<uint8_t> row(static_cast<std::size_t>(TIFFScanlineSize64(tiff_.get())));
     for (int64_t y = 0; y < layout_.height; ++y) {
       if (TIFFReadScanline(tiff_.get(), row.data(), static_cast<uint32_t>(y), static_cast<uint16_t>(plane)) != 1) {
-        throw BrokenPicture(complaintOf(memory_));
+        throw BrokenPicture(tiffComplaint(memory_));
       }
       take(row.data(), plane, 0, y, static_cast<std::size_t>(layout_.width), samples);
     }
   }
 
   void readTiles(int plane, std::span<uint8_t> samples) {
-    const int64_t tileWidth = field<uint32_t>(tiff_.get(), TIFFTAG_TILEWIDTH, 0);
-    const int64_t tileHeight = field<uint32_t>(tiff_.get(), TIFFTAG_TILELENGTH, 0);
+    const int64_t tileWidth = tiffField<uint32_t>(tiff_.get(), TIFFTAG_TILEWIDTH, 0);
+    const int64_t tileHeight = tiffField<uint32_t>(tiff_.get(), TIFFTAG_TILELENGTH, 0);
     const auto rowBytes = static_cast<std::size_t>(TIFFTileRowSize64(tiff_.get()));
     if (tileWidth == 0 || tileHeight == 0) throw BrokenPicture("its tiles have no size");
     const uint64_t tileBytes = TIFFTileSize64(tiff_.get());
@@ -316,7 +266,7 @@ class TiffReader final : public PictureReader {
       for (int64_t left = 0; left < layout_.width; left += tileWidth) {
         if (TIFFReadTile(tiff_.get(), tile.data(), static_cast<uint32_t>(left), static_cast<uint32_t>(top), 0,
                          static_cast<uint16_t>(plane)) < 0) {
-          throw BrokenPicture(complaintOf(memory_));
+          throw BrokenPicture(tiffComplaint(memory_));
         }
         const auto columns = static_cast<std::size_t>(std::min(tileWidth, layout_.width - left));
         for (int64_t row = 0; row < std::min(tileHeight, layout_.height - top); ++row) {
@@ -326,7 +276,7 @@ class TiffReader final : public PictureReader {
     }
   }
 
-  Memory memory_;
+  TiffMemory memory_;
   Tiff tiff_;
   bool separate_ = false;
   bool inverted_ = false;
@@ -339,45 +289,6 @@ class TiffReader final : public PictureReader {
 
 std::unique_ptr<PictureReader> openTiff(std::span<const uint8_t> file) {
   return std::make_unique<TiffReader>(file);
-}
-
-std::vector<uint8_t> encodedTiff(const PictureToWrite& picture) {
-  Memory memory;
-  memory.writing = true;
-  {
-    const Tiff tiff = openTiff(memory, "w");
-    if (!tiff) throw BrokenPicture(complaintOf(memory));
-    const bool isFloat = picture.depth == Depth::k32;
-    const std::size_t sampleBytes = static_cast<std::size_t>(picture.depth) / 8;
-    TIFFSetField(tiff.get(), TIFFTAG_IMAGEWIDTH, static_cast<uint32_t>(picture.width));
-    TIFFSetField(tiff.get(), TIFFTAG_IMAGELENGTH, static_cast<uint32_t>(picture.height));
-    TIFFSetField(tiff.get(), TIFFTAG_SAMPLESPERPIXEL, picture.channels);
-    TIFFSetField(tiff.get(), TIFFTAG_BITSPERSAMPLE, static_cast<int>(picture.depth));
-    TIFFSetField(tiff.get(), TIFFTAG_SAMPLEFORMAT, isFloat ? SAMPLEFORMAT_IEEEFP : SAMPLEFORMAT_UINT);
-    TIFFSetField(tiff.get(), TIFFTAG_PHOTOMETRIC, PHOTOMETRIC_RGB);
-    TIFFSetField(tiff.get(), TIFFTAG_PLANARCONFIG, PLANARCONFIG_CONTIG);
-    TIFFSetField(tiff.get(), TIFFTAG_ORIENTATION, ORIENTATION_TOPLEFT);
-    TIFFSetField(tiff.get(), TIFFTAG_COMPRESSION, COMPRESSION_ADOBE_DEFLATE);
-    TIFFSetField(tiff.get(), TIFFTAG_PREDICTOR, isFloat ? PREDICTOR_FLOATINGPOINT : PREDICTOR_HORIZONTAL);
-    TIFFSetField(tiff.get(), TIFFTAG_ROWSPERSTRIP, TIFFDefaultStripSize(tiff.get(), 32));
-    if (picture.channels == 4) {
-      const uint16_t extra = EXTRASAMPLE_UNASSALPHA;
-      TIFFSetField(tiff.get(), TIFFTAG_EXTRASAMPLES, 1, &extra);
-    }
-    if (picture.madeAt) TIFFSetField(tiff.get(), TIFFTAG_DATETIME, stampText(*picture.madeAt).c_str());
-    // The library changes a row on its way out, so it gets a copy.
-    const std::size_t rowBytes =
-        static_cast<std::size_t>(picture.width) * static_cast<std::size_t>(picture.channels) * sampleBytes;
-    std::vector<uint8_t> row(rowBytes);
-    for (int32_t y = 0; y < picture.height; ++y) {
-      std::memcpy(row.data(), picture.samples.data() + static_cast<std::size_t>(y) * rowBytes, rowBytes);
-      if (TIFFWriteScanline(tiff.get(), row.data(), static_cast<uint32_t>(y), 0) != 1) {
-        throw BrokenPicture(complaintOf(memory));
-      }
-    }
-    if (TIFFFlush(tiff.get()) != 1) throw BrokenPicture(complaintOf(memory));
-  }
-  return std::move(memory.out);
 }
 
 }  // namespace cli
