@@ -190,10 +190,30 @@ void takeOptions(const Words& words, Arguments& arguments) {
   arguments.optionsAction = words.save ? OptionsAction::save : OptionsAction::restore;
 }
 
+void takeCheck(const CLI::App& command, const Words& words, Arguments& arguments) {
+  arguments.module = words.checkedModule;
+  std::vector<std::string>& taken = arguments.checkWords;
+  for (const std::string& name : words.only) taken.insert(taken.end(), {"--only", name});
+  const auto value = [&](const char* option, const std::string& text) {
+    if (command.count(option) > 0) taken.insert(taken.end(), {option, text});
+  };
+  value("--seed", words.seed);
+  value("--jobs", words.jobs);
+  value("--time-factor", words.timeFactor);
+  value("--expected", words.expected);
+  const auto flag = [&taken](const char* option, bool given) {
+    if (given) taken.emplace_back(option);
+  };
+  flag("--json", words.json);
+  flag("--list", words.list);
+  flag("--markdown", words.markdown);
+}
+
 Command commandNamed(const std::string& name) {
   if (name == "render") return Command::render;
   if (name == "controls") return Command::controls;
   if (name == "about") return Command::about;
+  if (name == "check") return Command::check;
   return Command::options;
 }
 
@@ -283,6 +303,7 @@ Arguments parseArguments(const std::vector<std::string>& wordsOfCaller) {
   }
   if (arguments.command == Command::render) takeRender(command, given, arguments);
   if (arguments.command == Command::options) takeOptions(given, arguments);
+  if (arguments.command == Command::check) takeCheck(command, given, arguments);
   return arguments;
 }
 

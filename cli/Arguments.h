@@ -14,7 +14,7 @@
 
 namespace cli {
 
-enum class Command { render, controls, about, options, showText };
+enum class Command { render, controls, about, options, check, showText };
 enum class Road { asModuleSays, classic, smart };
 enum class LogForm { none, text, json };
 enum class OptionsAction { save, restore };
@@ -55,6 +55,7 @@ struct Arguments {
   bool json = false;
   std::optional<std::string> describe;  ///< of `controls`: the control to tell about
   OptionsAction optionsAction = OptionsAction::save;
+  std::vector<std::string> checkWords;  ///< of `check`, as its own reader takes them; the module stands in module
 };
 
 /// Reads the words, the program's own name not among them.

@@ -67,6 +67,28 @@ void addFileForms(CLI::App& app, Words& words) {
       ->type_name("WHAT");
 }
 
+void addCheck(CLI::App& check, Words& words) {
+  check.add_option("MODULE", words.checkedModule, "The effect module (default: the one built with this program)")
+      ->type_name("")
+      ->multi_option_policy(CLI::MultiOptionPolicy::Throw);
+  check.add_option("--only", words.only, "A promise by its name; may be repeated (default: all)")
+      ->type_name("NAME")
+      ->expected(1)
+      ->allow_extra_args(false)
+      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+  check.add_option("--seed", words.seed, "Of random frames and values (default: 1)")->type_name("N");
+  check.add_option("--jobs", words.jobs, "Processes at once (default: one for each processor)")->type_name("N");
+  check.add_option("--time-factor", words.timeFactor, "Stretches all time limits (default: 1)")->type_name("F");
+  check
+      .add_option("--expected", words.expected,
+                  "What the module is known to do, or none (default: MODULE's name with the ending .expected, where "
+                  "there is such a file)")
+      ->type_name("FILE");
+  check.add_flag("--json", words.json, "The results as JSON");
+  check.add_flag("--list", words.list, "List the promises");
+  check.add_flag("--markdown", words.markdown, "With --list: as a page");
+}
+
 void addLimits(CLI::App& app, Words& words) {
   app.add_option("--limit-memory", words.limitMemory,
                  "Refuse pictures that take more: megabytes, or gigabytes as in 8G (default: 4500)")
@@ -77,7 +99,7 @@ void addLimits(CLI::App& app, Words& words) {
 }  // namespace
 
 const std::vector<std::string>& commandNames() {
-  static const std::vector<std::string> names = {"render", "controls", "about", "options"};
+  static const std::vector<std::string> names = {"render", "controls", "about", "options", "check"};
   return names;
 }
 
@@ -136,6 +158,9 @@ void declareCommands(CLI::App& app, Words& words) {
   addValues(*options, words);
   addLimits(*options, words);
   addModule(*options, words);
+
+  addCheck(*app.add_subcommand("check", "Try what every effect module promises, each promise in a process of its own"),
+           words);
 
   for (CLI::App* command : app.get_subcommands({})) {
     command->allow_extras();

@@ -39,6 +39,13 @@ struct Words {
   std::string matte;
   std::string otherChannels;
   std::string log;
+  std::string checkedModule;
+  std::vector<std::string> only;
+  std::string seed;
+  std::string timeFactor;
+  std::string expected;
+  bool list = false;
+  bool markdown = false;
   bool skipExisting = false;
   bool stamp = false;
   bool storedDefaults = false;

@@ -22,4 +22,9 @@ void showAbout(const Arguments& arguments, const Surroundings& surroundings);
 /// `vindrel options`: opens the module's dialog and answers it.
 void answerOptions(const Arguments& arguments, const Surroundings& surroundings);
 
+/// `vindrel check`: tries what every effect module promises. The processes run this program, which therefore lies in
+/// the surroundings' folder.
+/// @return an exit code: whether anything failed
+int checkPromises(const Arguments& arguments, const Surroundings& surroundings);
+
 }  // namespace cli

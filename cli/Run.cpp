@@ -24,6 +24,8 @@ int dispatch(Arguments arguments, const Surroundings& surroundings) {
     case Command::options:
       answerOptions(arguments, surroundings);
       break;
+    case Command::check:
+      return checkPromises(arguments, surroundings);
     case Command::showText:
       surroundings.out << arguments.text;
       break;

@@ -6,6 +6,8 @@
 #include <sstream>
 #include <stdexcept>
 
+#include "check/CheckCommand.h"
+#include "check/ChildProcess.h"
 #include "host/LoadedModule.h"
 #include "host/StandInHost.h"
 #include "host/program/RawFrame.h"
@@ -21,7 +23,16 @@ constexpr const char* kHelp =
     "  --road classic|smart                     which way the frame goes; smart where the module offers it\n"
     "  --time FRAME                             the frame's number, 0 without\n"
     "  --set NAME=VALUE                         a control, by its name or by # and its index: a number, the number of\n"
-    "                                           an item, 0 or 1, degrees, #rrggbb, or X,Y in pixels\n";
+    "                                           an item, 0 or 1, degrees, #rrggbb, or X,Y in pixels\n"
+    "vindrel-host check MODULE [WORDS]          tries what every module promises, each promise in a process of its "
+    "own\n"
+    "vindrel-host check --list [--markdown]     lists the promises, as text or as a page\n"
+    "  --only NAME                              one promise; may be repeated\n"
+    "  --seed N                                 of random frames and values, 1 without\n"
+    "  --json                                   the results for programs\n"
+    "  --expected FILE                          what the module is known to do; without it MODULE's own name with\n"
+    "                                           the ending .expected, where there is such a file; none for none\n"
+    "  --jobs N, --time-factor F                processes at once; stretches the time limits\n";
 
 /// What the user got wrong, as opposed to what went wrong.
 struct WrongWords : std::runtime_error {
@@ -173,10 +184,16 @@ int runHostProgram(const std::vector<std::string>& arguments, std::ostream& out,
       list(arguments[1], out);
     } else if (command == "render" && arguments.size() >= 4) {
       render(arguments, err);
+    } else if (command == "check") {
+      const check::CheckWords words = check::readCheckWords({arguments.begin() + 1, arguments.end()});
+      return check::runCheck(words, check::ownProgram(), "vindrel-host check", out);
     } else {
       throw WrongWords("no such command, or not its words; \"vindrel-host help\" tells them");
     }
   } catch (const WrongWords& wrong) {
+    err << "vindrel-host: " << wrong.what() << '\n';
+    return 2;
+  } catch (const check::BadInput& wrong) {
     err << "vindrel-host: " << wrong.what() << '\n';
     return 2;
   } catch (const std::exception& failure) {

@@ -134,6 +134,29 @@ TEST_F(OptionsCommandTest, restoringWhereNothingWasSavedIsNoError) {
   EXPECT_EQ(folder_.names(), std::vector<std::string>{"Copy.so"});
 }
 
+TEST(CheckCommandTest, triesThePromisesAndRepeatsByItsOwnWords) {
+  const Outcome text = runCommandLine({"check", "--only", "depths-agree", "--seed", "3", "--jobs", "1"});
+  EXPECT_EQ(text.exitCode, 0) << text.err;
+  EXPECT_NE(text.out.find("Vindrel.so --only depths-agree --seed 3\n"), std::string::npos) << text.out;
+  const Outcome asJson = runCommandLine({"check", VINDREL_MODULE, "--json", "--only", "ids-are-unique"});
+  const json results = json::parse(asJson.out);
+  EXPECT_EQ(results["pass"], 1);
+  EXPECT_EQ(results["promises"][0]["name"], "ids-are-unique");
+}
+
+TEST(CheckCommandTest, failsWithoutWhatTheModuleIsKnownToDo) {
+  const Outcome outcome = runCommandLine({"check", "--only", "popups-name-their-items", "--expected", "none"});
+  EXPECT_EQ(outcome.exitCode, 1);
+  EXPECT_NE(outcome.out.find("  FAIL  popups-name-their-items\n"), std::string::npos) << outcome.out;
+}
+
+TEST(CheckCommandTest, refusesWrongWordsInOneLine) {
+  EXPECT_EQ(runCommandLine({"check", "--only", "nothing"}).err,
+            "vindrel: there is no promise 'nothing'; --list names them all\n");
+  EXPECT_EQ(runCommandLine({"check", "--seed", "x"}).exitCode, 2);
+  EXPECT_EQ(runCommandLine({"check", "none.so"}).err, "vindrel: no module 'none.so'\n");
+}
+
 TEST(ProgramTest, theProgramFindsItsModuleAndReturnsTheExitCode) {
   const auto runProgram = [](const std::string& words) {
     std::string output;

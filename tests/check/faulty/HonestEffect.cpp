@@ -1,0 +1,4 @@
+// No fault at all.
+#include "Base.h"
+
+PLANT(faulty::Honest)
