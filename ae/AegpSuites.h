@@ -107,7 +107,9 @@ struct AEGP_IterateSuite {
   A_Err (*AEGP_IterateGeneric)(A_long iterationsL, void* refconPV, PF_GenericFunc fn_func);
 };
 
-// Layout, identical on 64-bit Windows and on Linux x86-64. A compiler that disagrees must not build.
+// Layout, identical on 64-bit Windows and on Linux x86-64. A compiler that disagrees must not build. WebAssembly has
+// pointers of 32 bits; there the module and the host are one program, and no saved byte depends on these records.
+#ifndef __wasm32__
 static_assert(sizeof(AEGP_ErrReportState) == 48 && alignof(AEGP_ErrReportState) == 4);
 static_assert(sizeof(A_Matrix4) == 128 && alignof(A_Matrix4) == 8);
 static_assert(sizeof(AEGP_UtilitySuite) == 200 && alignof(AEGP_UtilitySuite) == 8);
@@ -196,3 +198,4 @@ static_assert(offsetof(AEGP_IterateSuite, AEGP_GetNumThreads) == 0 &&
               sizeof(AEGP_IterateSuite::AEGP_GetNumThreads) == 8);
 static_assert(offsetof(AEGP_IterateSuite, AEGP_IterateGeneric) == 8 &&
               sizeof(AEGP_IterateSuite::AEGP_IterateGeneric) == 8);
+#endif

@@ -104,7 +104,9 @@ struct PF_EffectUISuite {
   PF_Err (*PF_SetOptionsButtonName)(PF_ProgPtr effect_ref, const A_char* nameZ);
 };
 
-// Layout, identical on 64-bit Windows and on Linux x86-64. A compiler that disagrees must not build.
+// Layout, identical on 64-bit Windows and on Linux x86-64. A compiler that disagrees must not build. WebAssembly has
+// pointers of 32 bits; there the module and the host are one program, and no saved byte depends on these records.
+#ifndef __wasm32__
 static_assert(sizeof(PF_CustomUIInfo) == 44 && alignof(PF_CustomUIInfo) == 4);
 static_assert(offsetof(PF_CustomUIInfo, events) == 4 && offsetof(PF_CustomUIInfo, comp_ui_alignment) == 16);
 static_assert(offsetof(PF_CustomUIInfo, layer_ui_width) == 20 && offsetof(PF_CustomUIInfo, preview_ui_width) == 32);
@@ -169,3 +171,4 @@ static_assert(offsetof(PF_ParamUtilsSuite3, PF_KeyIndexToTime) == 64 &&
 static_assert(sizeof(PF_EffectUISuite) == 8 && alignof(PF_EffectUISuite) == 8);
 static_assert(offsetof(PF_EffectUISuite, PF_SetOptionsButtonName) == 0 &&
               sizeof(PF_EffectUISuite::PF_SetOptionsButtonName) == 8);
+#endif

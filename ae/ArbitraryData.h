@@ -110,7 +110,9 @@ struct PF_ArbParamsExtra {
   } u;
 };
 
-// Layout, identical on 64-bit Windows and on Linux x86-64. A compiler that disagrees must not build.
+// Layout, identical on 64-bit Windows and on Linux x86-64. A compiler that disagrees must not build. WebAssembly has
+// pointers of 32 bits; there the module and the host are one program, and no saved byte depends on these records.
+#ifndef __wasm32__
 static_assert(sizeof(PF_ArbParamsExtra) == 48 && alignof(PF_ArbParamsExtra) == 8);
 static_assert(offsetof(PF_ArbParamsExtra, id) == 4 && offsetof(PF_ArbParamsExtra, u) == 8);
 static_assert(offsetof(PF_ArbNewParams, refconPV) == 0);
@@ -152,3 +154,4 @@ static_assert(offsetof(PF_ArbScanParams, refconPV) == 0);
 static_assert(offsetof(PF_ArbScanParams, bufPC) == 8);
 static_assert(offsetof(PF_ArbScanParams, bytes_to_scanLu) == 16);
 static_assert(offsetof(PF_ArbScanParams, arbPH) == 24);
+#endif

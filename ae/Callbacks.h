@@ -162,7 +162,9 @@ struct PF_UtilCallbacks {
   A_long reserved[1];
 };
 
-// Layout, identical on 64-bit Windows and on Linux x86-64. A compiler that disagrees must not build.
+// Layout, identical on 64-bit Windows and on Linux x86-64. A compiler that disagrees must not build. WebAssembly has
+// pointers of 32 bits; there the module and the host are one program, and no saved byte depends on these records.
+#ifndef __wasm32__
 static_assert(sizeof(PF_InteractCallbacks) == 176 && alignof(PF_InteractCallbacks) == 8);
 static_assert(offsetof(PF_InteractCallbacks, checkout_param) == 0 && sizeof(PF_InteractCallbacks::checkout_param) == 8);
 static_assert(offsetof(PF_InteractCallbacks, checkin_param) == 8 && sizeof(PF_InteractCallbacks::checkin_param) == 8);
@@ -260,3 +262,4 @@ static_assert(offsetof(PF_UtilCallbacks, iterate_origin_non_clip_src16) == 520 &
 static_assert(offsetof(PF_UtilCallbacks, get_pixel_data8) == 528 && sizeof(PF_UtilCallbacks::get_pixel_data8) == 8);
 static_assert(offsetof(PF_UtilCallbacks, get_pixel_data16) == 536 && sizeof(PF_UtilCallbacks::get_pixel_data16) == 8);
 static_assert(offsetof(PF_UtilCallbacks, reserved) == 544 && sizeof(PF_UtilCallbacks::reserved) == 4);
+#endif

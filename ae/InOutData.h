@@ -76,7 +76,9 @@ struct PF_OutData {
 using PF_EffectEntryPoint = PF_Err (*)(PF_Cmd cmd, PF_InData* in_data, PF_OutData* out_data, PF_ParamDef* params[],
                                        PF_LayerDef* output, void* extra);
 
-// Layout, identical on 64-bit Windows and on Linux x86-64. A compiler that disagrees must not build.
+// Layout, identical on 64-bit Windows and on Linux x86-64. A compiler that disagrees must not build. WebAssembly has
+// pointers of 32 bits; there the module and the host are one program, and no saved byte depends on these records.
+#ifndef __wasm32__
 static_assert(sizeof(PF_InData) == 408 && alignof(PF_InData) == 8);
 static_assert(offsetof(PF_InData, inter) == 0 && sizeof(PF_InData::inter) == 176);
 static_assert(offsetof(PF_InData, utils) == 176 && sizeof(PF_InData::utils) == 8);
@@ -135,3 +137,4 @@ static_assert(offsetof(PF_OutData, start_sampL) == 356 && sizeof(PF_OutData::sta
 static_assert(offsetof(PF_OutData, dur_sampL) == 360 && sizeof(PF_OutData::dur_sampL) == 4);
 static_assert(offsetof(PF_OutData, dest_snd) == 368 && sizeof(PF_OutData::dest_snd) == 32);
 static_assert(offsetof(PF_OutData, out_flags2) == 400 && sizeof(PF_OutData::out_flags2) == 4);
+#endif

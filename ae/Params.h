@@ -170,7 +170,9 @@ struct PF_UserChangedParamExtra {
   PF_ParamIndex param_index;  ///< place in params; 0 is the layer itself
 };
 
-// Layout, identical on 64-bit Windows and on Linux x86-64. A compiler that disagrees must not build.
+// Layout, identical on 64-bit Windows and on Linux x86-64. A compiler that disagrees must not build. WebAssembly has
+// pointers of 32 bits; there the module and the host are one program, and no saved byte depends on these records.
+#ifndef __wasm32__
 static_assert(sizeof(PF_SliderDef) == 88 && alignof(PF_SliderDef) == 4);
 static_assert(offsetof(PF_SliderDef, value) == 0 && sizeof(PF_SliderDef::value) == 4);
 static_assert(offsetof(PF_SliderDef, value_str) == 4 && sizeof(PF_SliderDef::value_str) == 32);
@@ -287,3 +289,4 @@ static_assert(offsetof(PF_ParamDef, u) == 56 && sizeof(PF_ParamDef::u) == 120);
 static_assert(sizeof(PF_UserChangedParamExtra) == 4 && alignof(PF_UserChangedParamExtra) == 4);
 static_assert(offsetof(PF_UserChangedParamExtra, param_index) == 0 &&
               sizeof(PF_UserChangedParamExtra::param_index) == 4);
+#endif

@@ -90,7 +90,9 @@ struct PF_FloatMatrix {
   PF_FpLong mat[3][3];
 };
 
-// Layout, identical on 64-bit Windows and on Linux x86-64. A compiler that disagrees must not build.
+// Layout, identical on 64-bit Windows and on Linux x86-64. A compiler that disagrees must not build. WebAssembly has
+// pointers of 32 bits; there the module and the host are one program, and no saved byte depends on these records.
+#ifndef __wasm32__
 static_assert(sizeof(PF_RationalScale) == 8 && alignof(PF_RationalScale) == 4);
 static_assert(offsetof(PF_RationalScale, num) == 0 && sizeof(PF_RationalScale::num) == 4);
 static_assert(offsetof(PF_RationalScale, den) == 4 && sizeof(PF_RationalScale::den) == 4);
@@ -148,3 +150,4 @@ static_assert(offsetof(PF_CompositeMode, rgb_only) == 9 && sizeof(PF_CompositeMo
 static_assert(offsetof(PF_CompositeMode, opacitySu) == 10 && sizeof(PF_CompositeMode::opacitySu) == 2);
 static_assert(sizeof(PF_FloatMatrix) == 72 && alignof(PF_FloatMatrix) == 8);
 static_assert(offsetof(PF_FloatMatrix, mat) == 0 && sizeof(PF_FloatMatrix::mat) == 72);
+#endif

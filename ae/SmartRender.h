@@ -92,7 +92,9 @@ struct PF_SmartRenderExtra {
   PF_SmartRenderCallbacks* cb;
 };
 
-// Layout, identical on 64-bit Windows and on Linux x86-64. A compiler that disagrees must not build.
+// Layout, identical on 64-bit Windows and on Linux x86-64. A compiler that disagrees must not build. WebAssembly has
+// pointers of 32 bits; there the module and the host are one program, and no saved byte depends on these records.
+#ifndef __wasm32__
 static_assert(sizeof(PF_RenderRequest) == 44 && alignof(PF_RenderRequest) == 4);
 static_assert(offsetof(PF_RenderRequest, rect) == 0 && sizeof(PF_RenderRequest::rect) == 16);
 static_assert(offsetof(PF_RenderRequest, field) == 16 && sizeof(PF_RenderRequest::field) == 4);
@@ -151,3 +153,4 @@ static_assert(offsetof(PF_SmartRenderCallbacks, checkout_output) == 16 &&
 static_assert(sizeof(PF_SmartRenderExtra) == 16 && alignof(PF_SmartRenderExtra) == 8);
 static_assert(offsetof(PF_SmartRenderExtra, input) == 0 && sizeof(PF_SmartRenderExtra::input) == 8);
 static_assert(offsetof(PF_SmartRenderExtra, cb) == 8 && sizeof(PF_SmartRenderExtra::cb) == 8);
+#endif

@@ -69,7 +69,9 @@ struct PF_SoundWorld {
   void* dataP;         ///< owned by the host
 };
 
-// Layout, identical on 64-bit Windows and on Linux x86-64. A compiler that disagrees must not build.
+// Layout, identical on 64-bit Windows and on Linux x86-64. A compiler that disagrees must not build. WebAssembly has
+// pointers of 32 bits; there the module and the host are one program, and no saved byte depends on these records.
+#ifndef __wasm32__
 static_assert(sizeof(PF_LayerDef) == 120 && alignof(PF_LayerDef) == 8);
 static_assert(offsetof(PF_LayerDef, reserved0) == 0 && sizeof(PF_LayerDef::reserved0) == 8);
 static_assert(offsetof(PF_LayerDef, reserved1) == 8 && sizeof(PF_LayerDef::reserved1) == 8);
@@ -132,3 +134,4 @@ static_assert(sizeof(PF_SoundWorld) == 32 && alignof(PF_SoundWorld) == 8);
 static_assert(offsetof(PF_SoundWorld, fi) == 0 && sizeof(PF_SoundWorld::fi) == 16);
 static_assert(offsetof(PF_SoundWorld, num_samples) == 16 && sizeof(PF_SoundWorld::num_samples) == 4);
 static_assert(offsetof(PF_SoundWorld, dataP) == 24 && sizeof(PF_SoundWorld::dataP) == 8);
+#endif

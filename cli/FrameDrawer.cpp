@@ -7,8 +7,8 @@
 
 #include "cli/ImageFile.h"
 #include "cli/LayerWarnings.h"
-#include "cli/ShrinkPicture.h"
 #include "cli/UserError.h"
+#include "host/ShrinkPicture.h"
 
 namespace cli {
 namespace {
@@ -22,7 +22,7 @@ FrameRequest requestFor(const Arguments& arguments, const FilePicture& picture, 
   // Effects draw nothing beyond their layer; so what is stored beyond the full image makes the layer larger.
   request.layerWidth = picture.image.width();
   request.layerHeight = picture.image.height();
-  request.input = shrunk(picture.image, arguments.downsample);
+  request.input = standin::shrunk(picture.image, arguments.downsample);
   request.input.originX = request.input.originY = 0;
   if (request.input.empty()) {
     throw UserError("'" + file.string() + "' is too small for --downsample " + std::to_string(arguments.downsample));

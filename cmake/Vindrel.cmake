@@ -41,7 +41,7 @@ if(VINDREL_COVERAGE)
 endif()
 # Files that are handed out are hardened, and two builds of one source are the same file wherever the tree lies: no time and
 # no folder of this machine is written into them. cmake/check-built-file holds it.
-if(NOT VINDREL_SANITIZE AND NOT VINDREL_COVERAGE)
+if(NOT VINDREL_SANITIZE AND NOT VINDREL_COVERAGE AND NOT EMSCRIPTEN)
   # A function with an array notices when it was written past its end.
   target_compile_options(vindrel_common INTERFACE -fstack-protector-strong "-ffile-prefix-map=${PROJECT_SOURCE_DIR}=.")
   if(NOT WIN32)
@@ -53,6 +53,11 @@ if(WIN32)
   # Tests, tools and the module carry their runtime with them.
   target_compile_options(vindrel_common INTERFACE -g)
   target_link_options(vindrel_common INTERFACE -static -fstack-protector-strong -Wl,--no-insert-timestamp)
+elseif(EMSCRIPTEN)
+  # Exceptions are the engine's own. Vector instructions are those of SSE2 by way of WebAssembly's.
+  target_compile_options(vindrel_common INTERFACE -fwasm-exceptions -msimd128 -msse2)
+  target_include_directories(vindrel_common SYSTEM BEFORE INTERFACE "${PROJECT_SOURCE_DIR}/cmake/wasm-library")
+  target_link_options(vindrel_common INTERFACE -fwasm-exceptions)
 else()
   # What the loader has filled in can't be written to later.
   target_link_options(vindrel_common INTERFACE -Wl,-z,relro,-z,now)

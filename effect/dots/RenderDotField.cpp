@@ -4,6 +4,7 @@
 #include <array>
 
 #include "effect/dots/EffectMap.h"
+#include "effect/dots/SortInOrder.h"
 #include "effect/pixel/Pixel.h"
 #include "effect/raster/DrawDot.h"
 
@@ -118,10 +119,10 @@ template <class Pixel>
 void SortDots(std::vector<FinishedDot<Pixel>>& records, DotOrder order) {
   using Dot = FinishedDot<Pixel>;
   if (order == DotOrder::nearestOnTop) {
-    std::sort(records.begin(), records.end(), [](const Dot& a, const Dot& b) { return a.frontKey < b.frontKey; });
+    sortInOrder(records.begin(), records.end(), [](const Dot& a, const Dot& b) { return a.frontKey < b.frontKey; });
   } else {
-    std::sort(records.begin(), records.end(),
-              [](const Dot& a, const Dot& b) { return a.y < b.y || (a.y == b.y && a.x < b.x); });
+    sortInOrder(records.begin(), records.end(),
+                [](const Dot& a, const Dot& b) { return a.y < b.y || (a.y == b.y && a.x < b.x); });
   }
 }
 

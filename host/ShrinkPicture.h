@@ -3,7 +3,7 @@
 
 #include "host/Image.h"
 
-namespace cli {
+namespace standin {
 
 /// The picture at 1/factor of its size, width and height rounded to the nearest with halves up, as the host rounds the
 /// size of a layer. Each new pixel is the mean of the factor x factor block that it covers, at the right and lower edge
@@ -11,6 +11,6 @@ namespace cli {
 /// weighted by their alpha, so that the colour under clear pixels doesn't bleed; where all of a block is clear, they
 /// are plain means. Channels of whole numbers are rounded to the nearest. A picture of less than half a block is empty.
 /// @param factor  1 or more; 1 gives the picture as it is
-standin::Image shrunk(const standin::Image& picture, int32_t factor);
+Image shrunk(const Image& picture, int32_t factor);
 
-}  // namespace cli
+}  // namespace standin

@@ -1,13 +1,11 @@
-#include "cli/ShrinkPicture.h"
+#include "host/ShrinkPicture.h"
 
 #include <algorithm>
 #include <cmath>
 #include <type_traits>
 
-namespace cli {
+namespace standin {
 namespace {
-
-using standin::Image;
 
 /// Sums over one block.
 struct BlockSums {
@@ -40,7 +38,7 @@ Channel rounded(double value) {
 
 template <class Pixel>
 Pixel blockMean(const Image& picture, int32_t left, int32_t top, int32_t factor) {
-  using Channel = typename standin::PixelFacts<Pixel>::Channel;
+  using Channel = typename PixelFacts<Pixel>::Channel;
   const int32_t right = std::min(left + factor, picture.width());
   const int32_t bottom = std::min(top + factor, picture.height());
   BlockSums sums;
@@ -60,9 +58,8 @@ Pixel blockMean(const Image& picture, int32_t left, int32_t top, int32_t factor)
 Image shrunk(const Image& picture, int32_t factor) {
   if (factor == 1) return picture;
   const PF_RationalScale scale{1, static_cast<A_u_long>(factor)};
-  Image result(picture.depth(), standin::scaledLength(picture.width(), scale),
-               standin::scaledLength(picture.height(), scale));
-  standin::withPixelOf(picture.depth(), [&](auto pixel) {
+  Image result(picture.depth(), scaledLength(picture.width(), scale), scaledLength(picture.height(), scale));
+  withPixelOf(picture.depth(), [&](auto pixel) {
     using Pixel = decltype(pixel);
     for (int32_t y = 0; y < result.height(); ++y) {
       for (int32_t x = 0; x < result.width(); ++x) {
@@ -73,4 +70,4 @@ Image shrunk(const Image& picture, int32_t factor) {
   return result;
 }
 
-}  // namespace cli
+}  // namespace standin
