@@ -56,7 +56,9 @@ struct Studio {
   std::vector<double> table;
   std::vector<uint8_t> greyed;
   std::map<int32_t, Slot> slots;
-  std::vector<uint8_t> pixels;  ///< of the last frame: red, green, blue, alpha, bytes or floats
+  standin::FrameRequest request;
+  std::shared_ptr<const Image> requested;  ///< the picture of which the request has a copy
+  std::vector<uint8_t> pixels;             ///< of the last frame: red, green, blue, alpha, bytes or floats
   int32_t width = 0;
   int32_t height = 0;
 
@@ -290,10 +292,15 @@ STUDIO_CALL(frame) int32_t frame(int32_t downsample, int32_t depth, int32_t time
   const auto source = s.slots.find(0);
   if (source == s.slots.end()) return nothingDrawn;
   try {
-    standin::FrameRequest request;
+    standin::FrameRequest& request = s.request;
     request.layerWidth = source->second.width;
     request.layerHeight = source->second.height;
-    request.input = *pictureOf(source->second, depth == 32 ? Depth::k32 : Depth::k8, downsample);
+    const auto wanted = pictureOf(source->second, depth == 32 ? Depth::k32 : Depth::k8, downsample);
+    if (s.requested != wanted) {
+      s.requested = nullptr;
+      request.input = *wanted;
+      s.requested = wanted;
+    }
     if (request.input.empty()) return nothingDrawn;
     request.downsampleX = {1, static_cast<A_u_long>(downsample)};
     request.downsampleY = request.downsampleX;
