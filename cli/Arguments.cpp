@@ -112,6 +112,7 @@ void takeShot(const CLI::App& command, const Words& words, Arguments& arguments)
   }
   if (command.count("--log") > 0) arguments.log = logFormFrom(words.log);
   arguments.skipExisting = words.skipExisting;
+  arguments.checkOnly = words.checkOnly;
   arguments.animation = words.animation;
   arguments.valueTable = words.valueTable;
 }

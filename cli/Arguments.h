@@ -42,6 +42,7 @@ struct Arguments {
   int32_t chunk = 1;            ///< this part of
   int32_t chunks = 1;           ///< so many
   bool skipExisting = false;
+  bool checkOnly = false;  ///< nothing is drawn; frames that don't stand whole are told
   LogForm log = LogForm::none;
   int32_t downsample = 1;  ///< 1, 2 or 4
   Road road = Road::asModuleSays;

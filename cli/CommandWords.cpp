@@ -44,6 +44,7 @@ void addShot(CLI::App& app, Words& words) {
       ->type_name("SECONDS");
   app.add_option("--chunk", words.chunk, "Only the K-th of N parts of the frames")->type_name("K/N");
   app.add_flag("--skip-existing", words.skipExisting, "Leave out frames whose files stand there whole");
+  app.add_flag("--check", words.checkOnly, "Draw nothing; name the frames whose files don't stand there whole");
   app.add_option("--log", words.log, "A line a frame on the output: text or json")->type_name("FORM");
 }
 

@@ -47,6 +47,7 @@ struct Words {
   bool list = false;
   bool markdown = false;
   bool skipExisting = false;
+  bool checkOnly = false;
   bool stamp = false;
   bool storedDefaults = false;
   bool allowPaths = false;

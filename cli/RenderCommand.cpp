@@ -4,6 +4,7 @@
 #include "cli/ImageFile.h"
 #include "cli/ProgressBar.h"
 #include "cli/Shot.h"
+#include "cli/UserError.h"
 
 namespace cli {
 namespace {
@@ -27,6 +28,7 @@ void renderStill(const Arguments& arguments, const Surroundings& surroundings) {
 
 int render(const Arguments& arguments, const Surroundings& surroundings) {
   if (isShot(arguments)) return renderShot(arguments, surroundings);
+  if (arguments.checkOnly) throw UserError("--check takes numbered files, such as out.####.png");
   renderStill(arguments, surroundings);
   return exitDone;
 }

@@ -24,11 +24,11 @@ int renderShot(const Arguments& arguments, const Surroundings& surroundings) {
   const FramePictures pictures(arguments);
   FrameDrawer drawer(arguments, pictures);
   for (const std::string& line : drawer.warnings()) surroundings.err << "vindrel: warning: " << line << '\n';
-  if (arguments.skipExisting) tidyUp(frames);
+  if (arguments.skipExisting && !arguments.checkOnly) tidyUp(frames);
 
   ShotReport report(frames, arguments, surroundings);
   const auto take = [&](const FrameResult& result) { report.take(result); };
-  if (arguments.jobs > 1) {
+  if (arguments.jobs > 1 && !arguments.checkOnly) {
     runWorkers(frames, arguments, drawer, take);
     // A worker that crashed may have been writing.
     tidyUp(frames);

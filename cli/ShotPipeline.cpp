@@ -14,6 +14,7 @@
 #include "cli/ImageFile.h"
 #include "cli/ShotReport.h"
 #include "cli/UserError.h"
+#include "cli/files/FileBytes.h"
 
 namespace cli {
 namespace {
@@ -100,10 +101,12 @@ class Source {
     traveller.result.index = index;
     const ShotFrame& frame = frames_[index];
     step(traveller.result, [&] {
-      if (arguments_.skipExisting && standsWhole(frame.output, arguments_.mostMemory)) {
+      const bool wanted = !arguments_.skipExisting && !arguments_.checkOnly;
+      if (!wanted && standsWhole(frame.output, arguments_.mostMemory)) {
         traveller.result.kind = FrameResult::Kind::skipped;
         return;
       }
+      if (arguments_.checkOnly) throw UserError("no whole file " + quoted(frame.output));
       if (last_ == nullptr || lastFile_ != frame.input) {
         auto picture = std::make_shared<const FilePicture>(pictures_.read(frame.input));
         checkSize({picture->image.width(), picture->image.height()});

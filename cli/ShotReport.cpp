@@ -47,6 +47,7 @@ ShotReport::ShotReport(const std::vector<ShotFrame>& frames, const Arguments& ar
                        const Surroundings& surroundings)
     : frames_(frames),
       form_(arguments.log),
+      checkOnly_(arguments.checkOnly),
       surroundings_(surroundings),
       bar_(surroundings.err, surroundings.errIsTerminal, "Frames") {}
 
@@ -70,8 +71,8 @@ int ShotReport::finish() {
     surroundings_.err << "vindrel: frame " << number << ": " << result.message << '\n';
     numbers += (numbers.empty() ? "" : ",") + number;
   }
-  surroundings_.err << "vindrel: " << failed_.size() << " of " << frames_.size() << " frames failed: " << numbers
-                    << '\n';
+  surroundings_.err << "vindrel: " << failed_.size() << " of " << frames_.size() << " frames "
+                    << (checkOnly_ ? "don't stand: " : "failed: ") << numbers << '\n';
   return exitEffectFailed;
 }
 

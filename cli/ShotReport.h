@@ -25,6 +25,7 @@ class ShotReport {
  private:
   const std::vector<ShotFrame>& frames_;
   LogForm form_;
+  bool checkOnly_;
   const Surroundings& surroundings_;
   std::mutex mutex_;
   ProgressBar bar_;

@@ -250,6 +250,32 @@ namespace {
 /// Kills the program again and again, each time a little later, and then lets it come to its end.
 class ResumeTest : public ShotTest, public testing::WithParamInterface<const char*> {};
 
+TEST_F(ShotTest, aCheckDrawsNothingAndNamesTheFramesThatDontStand) {
+  inputs(1, 4);
+  ASSERT_EQ(render("in.####.png", "out.####.png", {"--frames", "1,2,4"}).exitCode, 0);
+  folder_.write("out.0002.png", folder_.read("out.0002.png").substr(0, 60));
+  const std::map<std::string, std::string> before = outputs();
+  const Outcome outcome = render("in.####.png", "out.####.png", {"--check", "--skip-existing", "--jobs", "2"});
+  EXPECT_EQ(outcome.exitCode, 1);
+  EXPECT_EQ(outcome.err, "vindrel: frame 2: no whole file '" + path("out.0002.png") +
+                             "'\nvindrel: frame 3: no whole file '" + path("out.0003.png") +
+                             "'\nvindrel: 2 of 4 frames don't stand: 2,3\n");
+  EXPECT_EQ(outputs(), before);
+}
+
+TEST_F(ShotTest, aCheckOfAWholeShotIsContent) {
+  inputs(1, 2);
+  ASSERT_EQ(render("in.####.png", "out.####.png").exitCode, 0);
+  const Outcome outcome = render("in.####.png", "out.####.png", {"--check"});
+  EXPECT_EQ(outcome.exitCode, 0);
+  EXPECT_EQ(outcome.err, "");
+}
+
+TEST_F(ShotTest, aCheckOfASinglePictureIsRefused) {
+  inputs(1, 1);
+  expectRefused(render("in.0001.png", "out.png", {"--check"}), "--check takes numbered files, such as out.####.png");
+}
+
 }  // namespace
 
 TEST_P(ResumeTest, killedAtRandomMomentsItEndsWithTheUndisturbedFilesAndNothingElse) {
