@@ -79,7 +79,7 @@ template <class Pixel>
   if (filler.paintsEmptyCounts) {
     paintVisited(filler, filler.canvas.row(row));
   } else {
-    paintRuns(painter, filler.rows, filler.canvas.row(row), filler.canvas.width);
+    paintRuns(painter, lanes::loadRuns(filler.rows), filler.canvas.row(row), filler.canvas.width);
   }
 }
 

@@ -4,8 +4,9 @@
 // ------------------------
 // A dot is a record: a place, a size, a turn, a colour and one of six shapes. Its shape is a fixed recipe of vertices
 // (DotOutlines), joined by straight lines; curves exist nowhere behind it. PolygonRasterizer brings the vertices to the
-// canvas and hands the outline to one of two fillers: ConvexFiller, when it has one top, one bottom and no dent, and
-// GeneralFiller for all others. Each paints pixel row by pixel row as its scan goes down (RowPainter, PaintPixel); no
+// canvas and hands the outline to one of three fillers: TurnedFiller or ConvexFiller, when it has one top, one bottom
+// and no dent (the first when that is known in advance, and the outline not too large), and GeneralFiller for all
+// others. Each paints pixel row by pixel row as its scan goes down (RowPainter, PaintPixel); no
 // mask of a dot is ever held.
 //
 // Representation. Every pixel is cut into 8 by 8 samples. A sub-row is an eighth of a pixel row, a sub-column an eighth

@@ -46,7 +46,113 @@ inline int32_t truncated(double value) {
   return _mm_cvttsd_si32(_mm_set_sd(value));
 }
 
+/// Brings vertices to their place: (x + placeX) * 8, (y + placeY) * 8, and the sub-row, which is y's half-way rounding
+/// cut toward zero. Works on two at a time, so one more of each may be read and written.
+inline void placeVertices(const double* x, const double* y, int32_t count, double placeX, double placeY,
+                          double* placedX, double* placedY, int32_t* row) {
+  const __m128d eight = _mm_set1_pd(8.0), half = _mm_set1_pd(0.5);
+  const __m128d toX = _mm_set1_pd(placeX), toY = _mm_set1_pd(placeY);
+  for (int32_t k = 0; k < count; k += 2) {
+    const __m128d px = _mm_mul_pd(_mm_add_pd(_mm_loadu_pd(x + k), toX), eight);
+    const __m128d py = _mm_mul_pd(_mm_add_pd(_mm_loadu_pd(y + k), toY), eight);
+    _mm_storeu_pd(placedX + k, px);
+    _mm_storeu_pd(placedY + k, py);
+    _mm_storel_epi64(reinterpret_cast<__m128i*>(row + k), _mm_cvttpd_epi32(_mm_add_pd(py, half)));
+  }
+}
+
+/// The sides from each vertex to the next one: slope = dx / dy, and x at the centre of the vertex's sub-row, which
+/// takes the place of the vertex's. Of a side that is level neither means anything. Works on two at a time, so two more
+/// of each may be read and written.
+inline void startSides(int32_t count, double* x, const double* y, const int32_t* row, double* slope) {
+  const __m128d half = _mm_set1_pd(0.5);
+  for (int32_t k = 0; k + 1 < count; k += 2) {
+    const __m128d x0 = _mm_loadu_pd(x + k), y0 = _mm_loadu_pd(y + k);
+    const __m128d s = _mm_div_pd(_mm_sub_pd(_mm_loadu_pd(x + k + 1), x0), _mm_sub_pd(_mm_loadu_pd(y + k + 1), y0));
+    const __m128d r = _mm_cvtepi32_pd(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(row + k)));
+    _mm_storeu_pd(slope + k, s);
+    _mm_storeu_pd(x + k, _mm_add_pd(_mm_mul_pd(_mm_sub_pd(_mm_add_pd(r, half), y0), s), x0));
+  }
+}
+
 // ----------------------------------------------------------------------------------------------- counting samples
+
+/// A run of sub-columns on each of the eight sub-rows of a pixel row, both ends inclusive; a run whose start is behind
+/// its end is empty.
+struct EightRuns {
+  __m128i start[2], end[2];  ///< four sub-rows each
+};
+
+/// The runs between two sides, each given by its x on eight sub-rows: as SidePair::storeSpan gives them, in an order of
+/// the sub-rows of their own. Reads each x by itself, since a register full of numbers that were stored one by one just
+/// before would have to wait until all of them have reached the memory.
+inline EightRuns runsBetween(const double* first, const double* second) {
+  const __m128d half = _mm_set1_pd(0.5);
+  const auto two = [](const double* from) { return _mm_loadh_pd(_mm_load_sd(from), from + 4); };
+  EightRuns runs;
+  for (int i = 0; i < 2; ++i) {
+    __m128i start[2], end[2];
+    for (int j = 0; j < 2; ++j) {
+      const __m128d a = two(first + 2 * i + j), b = two(second + 2 * i + j);
+      start[j] = _mm_cvttpd_epi32(_mm_add_pd(_mm_min_pd(a, b), half));
+      end[j] = _mm_cvttpd_epi32(_mm_sub_pd(_mm_max_pd(b, a), half));
+    }
+    runs.start[i] = _mm_unpacklo_epi64(start[0], start[1]);
+    runs.end[i] = _mm_unpacklo_epi64(end[0], end[1]);
+  }
+  return runs;
+}
+
+/// From eight pairs of start and end in memory.
+inline EightRuns loadRuns(const int32_t* startsAndEnds) {
+  EightRuns runs;
+  for (int half = 0; half < 2; ++half) {
+    const auto* const from = reinterpret_cast<const __m128i*>(startsAndEnds + half * 8);
+    const __m128 a = _mm_castsi128_ps(_mm_loadu_si128(from));
+    const __m128 b = _mm_castsi128_ps(_mm_loadu_si128(from + 1));
+    runs.start[half] = _mm_castps_si128(_mm_shuffle_ps(a, b, 0x88));
+    runs.end[half] = _mm_castps_si128(_mm_shuffle_ps(a, b, 0xDD));
+  }
+  return runs;
+}
+
+/// Of four neighbouring pixels, 32 bits each.
+struct FourCounts {
+  __m128i wide;
+  static FourCounts all64() { return {_mm_set1_epi32(64)}; }
+  void storeTo(int32_t* counts) const { _mm_storeu_si128(reinterpret_cast<__m128i*>(counts), wide); }
+};
+
+/// Counts samples in a strip of up to 16 pixels. Packing to bytes saturates at 0 and 255, which cuts the runs to what
+/// may matter there. Up to a sub-column e behind a pixel's left edge, min(e, 8) of its columns lie; so the pixel's
+/// count is the sum of that over all ends less the sum over all starts, once each end is at its start at least.
+class NarrowRuns {
+ public:
+  /// @param firstColumn  the strip's first sub-column; all runs lie within 2^30 of it
+  NarrowRuns(const EightRuns& runs, int32_t firstColumn) {
+    const __m128i base = _mm_set1_epi32(firstColumn);
+    const __m128i last = _mm_set1_epi32(firstColumn - 1);
+    const __m128i starts = _mm_packs_epi32(_mm_sub_epi32(runs.start[0], base), _mm_sub_epi32(runs.start[1], base));
+    const __m128i ends = _mm_packs_epi32(_mm_sub_epi32(runs.end[0], last), _mm_sub_epi32(runs.end[1], last));
+    const __m128i both = _mm_packus_epi16(starts, ends);
+    edges_ = _mm_max_epu8(both, _mm_slli_si128(both, 8));
+  }
+
+  /// Of pixels 4 * four to 4 * four + 3 of the strip; four is 0 to 3.
+  FourCounts counts(int32_t four) const {
+    const __m128i eight = _mm_set1_epi8(8), zero = _mm_setzero_si128();
+    const __m128i from = _mm_subs_epu8(edges_, _mm_set1_epi8(static_cast<char>(32 * four)));
+    const auto sums = [&](int32_t pixel) {
+      return _mm_sad_epu8(_mm_min_epu8(_mm_subs_epu8(from, _mm_set1_epi8(static_cast<char>(8 * pixel))), eight), zero);
+    };
+    const __m128i low = _mm_or_si128(sums(0), _mm_slli_epi64(sums(1), 32));
+    const __m128i high = _mm_or_si128(sums(2), _mm_slli_epi64(sums(3), 32));
+    return {_mm_sub_epi32(_mm_unpackhi_epi64(low, high), _mm_unpacklo_epi64(low, high))};
+  }
+
+ private:
+  __m128i edges_;  ///< eight starts, eight ends, in sub-columns of the strip
+};
 
 /// Whether any of the eight pairs of start and inclusive end ends beyond `limit`.
 inline bool anyEndsBeyond(const int32_t* runs, int32_t limit) {
@@ -63,23 +169,18 @@ inline bool anyEndsBeyond(const int32_t* runs, int32_t limit) {
 struct Slots {
   __m128i start, end;
 
-  /// @param runs   eight pairs of start and inclusive end, in the canvas's sub-columns; ends below 2^31 - 1
+  /// @param runs   in the canvas's sub-columns; ends below 2^31 - 1
   /// @param left   the window's first pixel, not negative
   /// @param width  the window's pixels, at most 4080
   /// A pixel's count depends only on what of a run lies inside the pixel, so cutting runs to the window changes none.
-  Slots(const int32_t* runs, int32_t left, int32_t width) {
+  Slots(const EightRuns& runs, int32_t left, int32_t width) {
     const __m128i base = _mm_set1_epi32(left * 8);
     const __m128i one = _mm_set1_epi32(1);
     __m128i s[2], e[2];
     for (int half = 0; half < 2; ++half) {
-      const auto* const from = reinterpret_cast<const __m128i*>(runs + half * 8);
-      const __m128 a = _mm_castsi128_ps(_mm_loadu_si128(from));
-      const __m128 b = _mm_castsi128_ps(_mm_loadu_si128(from + 1));
-      s[half] = notNegative(_mm_castps_si128(_mm_shuffle_ps(a, b, 0x88)));
-      e[half] = notNegative(_mm_add_epi32(_mm_castps_si128(_mm_shuffle_ps(a, b, 0xDD)), one));
       // Neither is negative, so the differences don't overflow.
-      s[half] = _mm_sub_epi32(s[half], base);
-      e[half] = _mm_sub_epi32(e[half], base);
+      s[half] = _mm_sub_epi32(notNegative(runs.start[half]), base);
+      e[half] = _mm_sub_epi32(notNegative(_mm_add_epi32(runs.end[half], one)), base);
     }
     const __m128i limit = _mm_set1_epi16(static_cast<int16_t>(width * 8));
     const __m128i zero = _mm_setzero_si128();
@@ -117,14 +218,16 @@ inline SlotReach reachOf(const Slots& slots) {
 struct Counts {
   __m128i bytes;
   static Counts none() { return {_mm_setzero_si128()}; }
-  static Counts all64() { return {_mm_set1_epi8(64)}; }
   /// Of 16 numbers from 0 to 64.
   static Counts of(const int16_t* counts) {
     const auto* const from = reinterpret_cast<const __m128i*>(counts);
     return {_mm_packus_epi16(_mm_loadu_si128(from), _mm_loadu_si128(from + 1))};
   }
   Counts behindFour() const { return {_mm_srli_si128(bytes, 4)}; }
-  int32_t at(int32_t i) const { return (_mm_cvtsi128_si32(bytes) >> (8 * i)) & 255; }  ///< of the first four
+  FourCounts firstFour() const {
+    const __m128i zero = _mm_setzero_si128();
+    return {_mm_unpacklo_epi16(_mm_unpacklo_epi8(bytes, zero), zero)};
+  }
 };
 
 /// Adds the samples that the slots cover in the 16 pixels from window pixel `first` on.
@@ -186,11 +289,9 @@ struct Painter<Pixel8> {
   static bool suits(const Pixel8&) { return true; }
   static bool isOpaque(const Pixel8& color) { return color.alpha == 255; }
 
-  /// @param counts  the first four count
-  bool mix(Four& four, Counts counts) const {
+  bool mix(Four& four, FourCounts counts) const {
     const __m128i zero = _mm_setzero_si128();
-    const __m128i wide = _mm_unpacklo_epi16(_mm_unpacklo_epi8(counts.bytes, zero), zero);
-    const __m128i a = _mm_srli_epi32(_mm_mullo_epi16(alpha_, wide), 6);
+    const __m128i a = _mm_srli_epi32(_mm_mullo_epi16(alpha_, counts.wide), 6);
     const __m128i old = four.v[0];
     const __m128i low = _mm_set1_epi32(255);
     const __m128i oldAlpha = _mm_and_si128(old, low);
@@ -243,16 +344,15 @@ struct Painter<Pixel16> {
   static bool suits(const Pixel16& color) { return color.alpha <= 32768; }
   static bool isOpaque(const Pixel16& color) { return color.alpha == 32768; }
 
-  bool mix(Four& four, Counts counts) const {
+  bool mix(Four& four, FourCounts counts) const {
     const __m128i zero = _mm_setzero_si128();
     const __m128i low = _mm_set_epi32(0, 0xFFFF, 0, 0xFFFF);
     const __m128i full = _mm_set1_epi32(32768);
-    const __m128i wide = _mm_unpacklo_epi16(_mm_unpacklo_epi8(counts.bytes, zero), zero);
     const __m128i colors = _mm_set1_epi64x(static_cast<int64_t>(fresh_));
     Four result;
     for (int u = 0; u < 2; ++u) {
       // Two pixels; what belongs to a pixel stands in the lower half of its 64 bits.
-      const __m128i count = u == 0 ? _mm_unpacklo_epi32(wide, zero) : _mm_unpackhi_epi32(wide, zero);
+      const __m128i count = u == 0 ? _mm_unpacklo_epi32(counts.wide, zero) : _mm_unpackhi_epi32(counts.wide, zero);
       const __m128i a = _mm_srli_epi64(_mm_mul_epu32(alpha_, count), 6);
       const __m128i old = four.v[u];
       const __m128i oldAlpha = _mm_and_si128(old, low);
@@ -306,9 +406,8 @@ struct Painter<Pixel32> {
   static bool suits(const Pixel32& color) { return emptyCountPaintsNothing(color); }
   static bool isOpaque(const Pixel32& color) { return color.alpha == 1.0F; }
 
-  bool mix(Four& four, Counts counts) const {
-    const __m128i zero = _mm_setzero_si128();
-    const __m128 wide = _mm_cvtepi32_ps(_mm_unpacklo_epi16(_mm_unpacklo_epi8(counts.bytes, zero), zero));
+  bool mix(Four& four, FourCounts counts) const {
+    const __m128 wide = _mm_cvtepi32_ps(counts.wide);
     const __m128 a4 = _mm_mul_ps(_mm_mul_ps(wide, alpha_), _mm_set1_ps(0.015625F));
     mixOne(four.v[0], _mm_shuffle_ps(a4, a4, 0x00));
     mixOne(four.v[1], _mm_shuffle_ps(a4, a4, 0x55));

@@ -3,6 +3,7 @@
 #include <cstddef>
 
 #include "effect/pixel/Pixel.h"
+#include "effect/raster/PaintPixel.h"
 
 namespace vindrel {
 
@@ -17,6 +18,7 @@ PolygonRasterizer<Pixel>::PolygonRasterizer() {
 template <class Pixel>
 void PolygonRasterizer<Pixel>::resetPath() {
   kept = OutlineKey{};
+  turned.forget();
   vertices.clear();
   edges.clear();
 }
@@ -30,6 +32,11 @@ template <class Pixel>
 void PolygonRasterizer<Pixel>::finishPath(const CanvasView<Pixel>& canvas, const PathMatrix& matrix,
                                           const Pixel& color) {
   if (vertices.size() < 3) return;
+  turned.take(vertices, matrix);
+  if (turned.holdsAt(matrix.c, matrix.f) && emptyCountPaintsNothing(color) &&
+      fillTurned(sideTable, turned, matrix.c, matrix.f, canvas, color)) {
+    return;
+  }
   placeOutline(matrix);
   if (suitsConvexFiller()) {
     fillConvex(*convexFiller, vertices, canvas, color);

@@ -13,6 +13,8 @@
 #include "effect/raster/CoverageRows.h"
 #include "effect/raster/GeneralFiller.h"
 #include "effect/raster/Path.h"
+#include "effect/raster/TurnedFiller.h"
+#include "effect/raster/TurnedOutline.h"
 
 namespace vindrel {
 
@@ -70,6 +72,8 @@ class PolygonRasterizer {
 
   OutlineKey kept;                         ///< of the dot whose x and y the vertices still hold; resetPath forgets it
   Turn turn;                               ///< of the last dot
+  TurnedOutline turned;                    ///< of the vertices under the last matrix
+  SideTable sideTable;                     ///< the turned filler's
   std::vector<PathVertex> vertices;        ///< the outline in hand; room for 100 from the start
   std::vector<ScanEdge> edges;             ///< the general filler's; room for 200 from the start
   std::unique_ptr<CoverageRows> coverage;  ///< the general filler's

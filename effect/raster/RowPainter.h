@@ -17,6 +17,8 @@ namespace vindrel {
 /// One for each outline.
 template <class Pixel>
 class RowPainter {
+  using Four = typename lanes::Painter<Pixel>::Four;
+
  public:
   explicit RowPainter(const Pixel& color)
       : color_(color), painter_(color), byFours_(lanes::Painter<Pixel>::suits(color)) {}
@@ -25,11 +27,11 @@ class RowPainter {
   void paint(Pixel* pixels, int32_t n, lanes::Counts counts) const {
     for (int32_t p = 0; p < n; p += 4, counts = counts.behindFour()) {
       if (n - p >= 4) {
-        paintFour(pixels + p, counts);
+        paintFour(pixels + p, counts.firstFour());
       } else {
         Pixel copy[4] = {};
         std::copy(pixels + p, pixels + n, copy);
-        paintFour(copy, counts);
+        paintFour(copy, counts.firstFour());
         std::copy(copy, copy + (n - p), pixels + p);
       }
     }
@@ -37,7 +39,7 @@ class RowPainter {
 
   /// Paints n pixels that are covered wholly; any n.
   void paintWhole(Pixel* pixels, int32_t n) {
-    const lanes::Counts all = lanes::Counts::all64();
+    const lanes::FourCounts all = lanes::FourCounts::all64();
     if (lanes::Painter<Pixel>::isOpaque(color_)) {
       std::fill(pixels, pixels + std::max(n, 0), color_);
       return;
@@ -60,18 +62,19 @@ class RowPainter {
     for (; p < n; ++p) paintPixel(pixels[p], color_, 64);
   }
 
- private:
-  using Four = typename lanes::Painter<Pixel>::Four;
-
-  void paintFour(Pixel* pixels, lanes::Counts counts) const {
+  /// Paints four pixels, each by its count.
+  void paintFour(Pixel* pixels, lanes::FourCounts counts) const {
     Four four = lanes::loadFour(pixels);
     if (byFours_ && painter_.mix(four, counts)) {
       lanes::storeFour(pixels, four);
-    } else {
-      for (int32_t i = 0; i < 4; ++i) paintPixel(pixels[i], color_, counts.at(i));
+      return;
     }
+    int32_t of[4];
+    counts.storeTo(of);
+    for (int32_t i = 0; i < 4; ++i) paintPixel(pixels[i], color_, of[i]);
   }
 
+ private:
   Pixel color_;
   lanes::Painter<Pixel> painter_;
   bool byFours_;
@@ -81,11 +84,10 @@ class RowPainter {
 
 /// Paints what the eight runs cover of a pixel row. The counts of a pixel depend only on what of the runs lies in it,
 /// so blocks of 16 pixels are counted one by one, and not at all where every sub-row covers them from side to side.
-/// @param runs    eight pairs of start and inclusive end in sub-columns, one for each sub-row, ends below 2^31 - 1; a
-///                pair whose start is behind its end covers nothing
+/// @param runs    ends below 2^31 - 1
 /// @param pixels  first pixel of the row
 template <class Pixel>
-void paintRuns(RowPainter<Pixel>& painter, const int32_t* runs, Pixel* pixels, int32_t width) {
+void paintRuns(RowPainter<Pixel>& painter, const lanes::EightRuns& runs, Pixel* pixels, int32_t width) {
   constexpr int32_t widest = 4080;  // sub-columns of a window fit 16 bits
   for (int32_t left = 0; left < width; left += widest) {
     const int32_t windowWidth = std::min(width - left, widest);

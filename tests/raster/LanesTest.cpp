@@ -9,6 +9,8 @@
 #include <cstring>
 #include <limits>
 #include <random>
+#include <utility>
+#include <vector>
 
 #include "effect/pixel/Truncate.h"
 #include "effect/raster/RowPainter.h"
@@ -46,6 +48,40 @@ TEST(Lanes, aStepAddsEachSlopeOnce) {
   }
   EXPECT_EQ(sides.first(), a);
   EXPECT_EQ(sides.second(), b);
+}
+
+// An odd and an even number of vertices, level sides among them.
+TEST(Lanes, placingVerticesAndBeginningTheirSidesIsWhatEachWouldGetByItself) {
+  std::mt19937_64 random(20250304);
+  const auto number = [&random](double from, double to) {
+    return from + (to - from) * static_cast<double>(random() >> 11U) * 0x1p-53;
+  };
+  for (int round = 0; round < 2000; ++round) {
+    const auto count = static_cast<int32_t>(2 + random() % 12);
+    double x[20] = {}, y[20] = {}, placedX[20] = {}, placedY[20] = {}, slope[20] = {};
+    int32_t row[20] = {};
+    for (int32_t k = 0; k < count; ++k) {
+      x[k] = number(-50.0, 50.0);
+      y[k] = k > 0 && random() % 5 == 0 ? y[k - 1] : number(-50.0, 50.0);
+    }
+    const double toX = number(-3000.0, 3000.0), toY = number(-3000.0, 3000.0);
+    lanes::placeVertices(x, y, count, toX, toY, placedX, placedY, row);
+    double sideX[20];
+    std::copy(placedX, placedX + 20, sideX);
+    lanes::startSides(count, sideX, placedY, row, slope);
+    for (int32_t k = 0; k < count; ++k) {
+      ASSERT_EQ(placedX[k], (x[k] + toX) * 8.0);
+      ASSERT_EQ(placedY[k], (y[k] + toY) * 8.0);
+      ASSERT_EQ(row[k], truncateToInt32(placedY[k] + 0.5));
+    }
+    for (int32_t k = 0; k + 1 < count; ++k) {
+      const double dy = placedY[k + 1] - placedY[k];
+      if (dy == 0.0) continue;
+      const double expected = (placedX[k + 1] - placedX[k]) / dy;
+      ASSERT_EQ(slope[k], expected);
+      ASSERT_EQ(sideX[k], ((row[k] + 0.5) - placedY[k]) * expected + placedX[k]);
+    }
+  }
 }
 
 TEST(Lanes, onlyEndsAreAskedWhetherTheyLieBeyondALimit) {
@@ -92,7 +128,7 @@ TEST(Lanes, countsAndReachAreThoseOfTheColumnsOneByOne) {
       if (odd == 3) end = INT32_MAX - 8;
       if (odd == 4) start = INT32_MAX - 8, end = INT32_MAX - 9;
     }
-    const lanes::Slots slots(runs, left, width);
+    const lanes::Slots slots(lanes::loadRuns(runs), left, width);
     const lanes::SlotReach reach = lanes::reachOf(slots);
     const int32_t from = pick(0, width - 1);
     const lanes::Counts counts = lanes::addCounts(lanes::Counts::none(), slots, from);
@@ -107,6 +143,62 @@ TEST(Lanes, countsAndReachAreThoseOfTheColumnsOneByOne) {
         ASSERT_GT(reach.greatestEnd, column) << round;
       }
       ASSERT_EQ(column >= reach.greatestStart && column + 8 <= reach.leastEnd, expected == 64) << round;
+    }
+  }
+}
+
+/// All runs as (start, end), sorted, since their order is the lanes' own.
+std::vector<std::pair<int32_t, int32_t>> sorted(const lanes::EightRuns& runs) {
+  int32_t start[8], end[8];
+  std::memcpy(start, runs.start, sizeof start);
+  std::memcpy(end, runs.end, sizeof end);
+  std::vector<std::pair<int32_t, int32_t>> result;
+  for (int i = 0; i < 8; ++i) result.emplace_back(start[i], end[i]);
+  std::sort(result.begin(), result.end());
+  return result;
+}
+
+TEST(Lanes, theRunsBetweenTwoSidesAreTheSpansOfThePair) {
+  std::mt19937_64 random(20250305);
+  for (int round = 0; round < 5000; ++round) {
+    double first[8], second[8];
+    int32_t spans[16];
+    for (int i = 0; i < 8; ++i) {
+      first[i] = (static_cast<double>(random() % 4000) - 500.0) / 8.0;
+      second[i] = random() % 6 == 0 ? first[i] : (static_cast<double>(random() % 4000) - 500.0) / 8.0;
+      if (random() % 50 == 0) second[i] = 3e10;
+      lanes::SidePair(first[i], second[i], 0.0, 0.0).storeSpan(spans + 2 * i);
+    }
+    ASSERT_EQ(sorted(lanes::runsBetween(first, second)), sorted(lanes::loadRuns(spans))) << round;
+  }
+}
+
+TEST(Lanes, countsOfAStripAreThoseOfTheColumnsOneByOne) {
+  std::mt19937 random(20250306);
+  const auto pick = [&random](int32_t from, int32_t to) {
+    return from + static_cast<int32_t>(random() % static_cast<uint32_t>(to - from + 1));
+  };
+  for (int round = 0; round < 20000; ++round) {
+    const int32_t firstPixel = pick(0, 5000);
+    int32_t runs[16];
+    for (int slot = 0; slot < 8; ++slot) {
+      int32_t& start = runs[2 * slot];
+      int32_t& end = runs[2 * slot + 1];
+      start = firstPixel * 8 + pick(-20, 140);
+      end = start + pick(-3, 140);
+      const int32_t odd = pick(0, 20);
+      if (odd == 0) start = 0, end = -1;
+      if (odd == 1) start -= 40000;
+      if (odd == 2) end += 40000;
+      if (odd == 3) start += 40000, end += 40000;
+    }
+    const lanes::NarrowRuns narrow(lanes::loadRuns(runs), firstPixel * 8);
+    for (int32_t four = 0; four < 4; ++four) {
+      int32_t counts[4];
+      narrow.counts(four).storeTo(counts);
+      for (int32_t i = 0; i < 4; ++i) {
+        ASSERT_EQ(counts[i], plainCount(runs, firstPixel + 4 * four + i)) << "round " << round << ", pixel " << i;
+      }
     }
   }
 }

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 #include "effect/raster/DrawDot.h"
 #include "tests/raster/TestCanvas.h"
 
@@ -58,6 +60,7 @@ TEST(PolygonRasterizer, aConvexOutlineWithAHorizontalTopHasTwoTurns) {
 TEST(PolygonRasterizer, aSquareThatIsNotTurnedHasTwoTurns) {
   Canvas canvas(8, 8);
   drawDot(canvas.context, DotRecord<Pixel8>{-1.0, 4.0, 4.0, opaqueRed<Pixel8>(), 4.0, 4.0, 0.0, squareShape});
+  canvas.rasterizer.placeOutline({.c = 4.0, .f = 4.0});
   EXPECT_EQ(canvas.rasterizer.countYTurns(), 2);
   EXPECT_TRUE(canvas.rasterizer.suitsConvexFiller());
 }
@@ -128,6 +131,8 @@ TEST(PolygonRasterizer, eachShapeTakesItsFiller) {
                         Row{diamondShape, true}}) {
     Canvas canvas(40, 40);
     drawDot(canvas.context, DotRecord<Pixel8>{-1.0, 20.0, 20.0, opaqueRed<Pixel8>(), 20.0, 16.0, 0.3, row.shape});
+    const double s = std::sin(0.3), k = std::cos(0.3);
+    canvas.rasterizer.placeOutline({k, -s, 20.0, s, k, 20.0});
     EXPECT_EQ(canvas.rasterizer.suitsConvexFiller(), row.convex) << "shape " << row.shape;
   }
 }
