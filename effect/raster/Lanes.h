@@ -119,56 +119,23 @@ inline EightRuns loadRuns(const int32_t* startsAndEnds) {
 /// Of four neighbouring pixels, 32 bits each.
 struct FourCounts {
   __m128i wide;
+  static FourCounts none() { return {_mm_setzero_si128()}; }
   static FourCounts all64() { return {_mm_set1_epi32(64)}; }
+  friend FourCounts operator+(FourCounts a, FourCounts b) { return {_mm_add_epi32(a.wide, b.wide)}; }
+  /// With 0 behind the first n; n is 1 or more.
+  FourCounts onlyFirst(int32_t n) const {
+    return {_mm_and_si128(wide, _mm_cmpgt_epi32(_mm_set1_epi32(n), _mm_setr_epi32(0, 1, 2, 3)))};
+  }
   void storeTo(int32_t* counts) const { _mm_storeu_si128(reinterpret_cast<__m128i*>(counts), wide); }
 };
-
-/// Counts samples in a strip of up to 16 pixels. Packing to bytes saturates at 0 and 255, which cuts the runs to what
-/// may matter there. Up to a sub-column e behind a pixel's left edge, min(e, 8) of its columns lie; so the pixel's
-/// count is the sum of that over all ends less the sum over all starts, once each end is at its start at least.
-class NarrowRuns {
- public:
-  /// @param firstColumn  the strip's first sub-column; all runs lie within 2^30 of it
-  NarrowRuns(const EightRuns& runs, int32_t firstColumn) {
-    const __m128i base = _mm_set1_epi32(firstColumn);
-    const __m128i last = _mm_set1_epi32(firstColumn - 1);
-    const __m128i starts = _mm_packs_epi32(_mm_sub_epi32(runs.start[0], base), _mm_sub_epi32(runs.start[1], base));
-    const __m128i ends = _mm_packs_epi32(_mm_sub_epi32(runs.end[0], last), _mm_sub_epi32(runs.end[1], last));
-    const __m128i both = _mm_packus_epi16(starts, ends);
-    edges_ = _mm_max_epu8(both, _mm_slli_si128(both, 8));
-  }
-
-  /// Of pixels 4 * four to 4 * four + 3 of the strip; four is 0 to 3.
-  FourCounts counts(int32_t four) const {
-    const __m128i eight = _mm_set1_epi8(8), zero = _mm_setzero_si128();
-    const __m128i from = _mm_subs_epu8(edges_, _mm_set1_epi8(static_cast<char>(32 * four)));
-    const auto sums = [&](int32_t pixel) {
-      return _mm_sad_epu8(_mm_min_epu8(_mm_subs_epu8(from, _mm_set1_epi8(static_cast<char>(8 * pixel))), eight), zero);
-    };
-    const __m128i low = _mm_or_si128(sums(0), _mm_slli_epi64(sums(1), 32));
-    const __m128i high = _mm_or_si128(sums(2), _mm_slli_epi64(sums(3), 32));
-    return {_mm_sub_epi32(_mm_unpackhi_epi64(low, high), _mm_unpacklo_epi64(low, high))};
-  }
-
- private:
-  __m128i edges_;  ///< eight starts, eight ends, in sub-columns of the strip
-};
-
-/// Whether any of the eight pairs of start and inclusive end ends beyond `limit`.
-inline bool anyEndsBeyond(const int32_t* runs, int32_t limit) {
-  int mask = 0;
-  for (int i = 0; i < 4; ++i) {
-    const __m128i pairs = _mm_loadu_si128(reinterpret_cast<const __m128i*>(runs) + i);
-    mask |= _mm_movemask_ps(_mm_castsi128_ps(_mm_cmpgt_epi32(pairs, _mm_set1_epi32(limit))));
-  }
-  return (mask & 0b1010) != 0;
-}
 
 /// One run of sub-columns for each of the eight sub-rows of a pixel row, relative to the left edge of a window of up to
 /// 4,080 pixels, so that they fit 16 bits. start is inclusive, end is not; end <= start is an empty run.
 struct Slots {
+  static constexpr int32_t widest = 4080;  ///< pixels
   __m128i start, end;
 
+  Slots() = default;
   /// @param runs   in the canvas's sub-columns; ends below 2^31 - 1
   /// @param left   the window's first pixel, not negative
   /// @param width  the window's pixels, at most 4080
@@ -214,46 +181,56 @@ inline SlotReach reachOf(const Slots& slots) {
           32767 - _mm_extract_epi16(all, 3)};
 }
 
-/// Counts of 16 neighbouring pixels, one byte each.
-struct Counts {
-  __m128i bytes;
-  static Counts none() { return {_mm_setzero_si128()}; }
-  /// Of 16 numbers from 0 to 64.
-  static Counts of(const int16_t* counts) {
-    const auto* const from = reinterpret_cast<const __m128i*>(counts);
-    return {_mm_packus_epi16(_mm_loadu_si128(from), _mm_loadu_si128(from + 1))};
+/// Counts samples in a strip of up to 16 pixels. Packing to bytes saturates at 0 and 255, which cuts the runs to what
+/// may matter there. Up to a sub-column e behind a pixel's left edge, min(e, 8) of its columns lie; so the pixel's
+/// count is the sum of that over all ends less the sum over all starts, once each end is at its start at least.
+class Strip {
+ public:
+  Strip() = default;
+  /// @param first  the strip's first pixel in the window of the slots
+  Strip(const Slots& slots, int32_t first) {
+    const __m128i base = _mm_set1_epi16(static_cast<int16_t>(first * 8));
+    set(_mm_sub_epi16(slots.start, base), _mm_sub_epi16(slots.end, base));
   }
-  Counts behindFour() const { return {_mm_srli_si128(bytes, 4)}; }
-  FourCounts firstFour() const {
-    const __m128i zero = _mm_setzero_si128();
-    return {_mm_unpacklo_epi16(_mm_unpacklo_epi8(bytes, zero), zero)};
+
+  /// @param firstColumn  the strip's first sub-column; all runs lie within 2^30 of it
+  Strip(const EightRuns& runs, int32_t firstColumn) {
+    const __m128i base = _mm_set1_epi32(firstColumn);
+    const __m128i last = _mm_set1_epi32(firstColumn - 1);
+    set(_mm_packs_epi32(_mm_sub_epi32(runs.start[0], base), _mm_sub_epi32(runs.start[1], base)),
+        _mm_packs_epi32(_mm_sub_epi32(runs.end[0], last), _mm_sub_epi32(runs.end[1], last)));
   }
+
+  /// Of pixels 4 * four to 4 * four + 3 of the strip; four is 0 to 3.
+  FourCounts counts(int32_t four) const {
+    const __m128i eight = _mm_set1_epi8(8), zero = _mm_setzero_si128();
+    const __m128i from = _mm_subs_epu8(edges_, _mm_set1_epi8(static_cast<char>(32 * four)));
+    const auto sums = [&](int32_t pixel) {
+      return _mm_sad_epu8(_mm_min_epu8(_mm_subs_epu8(from, _mm_set1_epi8(static_cast<char>(8 * pixel))), eight), zero);
+    };
+    const __m128i low = _mm_or_si128(sums(0), _mm_slli_epi64(sums(1), 32));
+    const __m128i high = _mm_or_si128(sums(2), _mm_slli_epi64(sums(3), 32));
+    return {_mm_sub_epi32(_mm_unpackhi_epi64(low, high), _mm_unpacklo_epi64(low, high))};
+  }
+
+ private:
+  /// @param starts, ends  in sub-columns from the strip's first one on; the ends are not inclusive
+  void set(__m128i starts, __m128i ends) {
+    const __m128i both = _mm_packus_epi16(starts, ends);
+    edges_ = _mm_max_epu8(both, _mm_slli_si128(both, 8));
+  }
+
+  __m128i edges_;  ///< eight starts, eight ends, in sub-columns of the strip
 };
 
-/// Adds the samples that the slots cover in the 16 pixels from window pixel `first` on.
-/// In bytes: 16 pixels are 128 sub-columns. Packing saturates at 0 and 255, which cuts the runs to what may matter; of
-/// a run inside a pixel there is left min(end, right edge) - max(start, left edge), or 0 by the saturating difference.
-inline Counts addCounts(Counts counts, const Slots& slots, int32_t first) {
-  const __m128i base = _mm_set1_epi16(static_cast<int16_t>(first * 8));
-  const __m128i left = _mm_set_epi8(120, 112, 104, 96, 88, 80, 72, 64, 56, 48, 40, 32, 24, 16, 8, 0);
-  const __m128i right = _mm_add_epi8(left, _mm_set1_epi8(8));
-  const __m128i s = _mm_sub_epi16(slots.start, base);
-  const __m128i e = _mm_sub_epi16(slots.end, base);
-  const __m128i packed = _mm_packus_epi16(s, e);  // eight starts, eight ends
-  const __m128i s2 = _mm_unpacklo_epi8(packed, packed);
-  const __m128i e2 = _mm_unpackhi_epi8(packed, packed);
-  const auto add = [&](__m128i s4, __m128i e4) {
-    counts.bytes = _mm_add_epi8(counts.bytes, _mm_subs_epu8(_mm_min_epu8(e4, right), _mm_max_epu8(s4, left)));
-  };
-  const auto addFour = [&](__m128i sq, __m128i eq) {
-    add(_mm_shuffle_epi32(sq, 0x00), _mm_shuffle_epi32(eq, 0x00));
-    add(_mm_shuffle_epi32(sq, 0x55), _mm_shuffle_epi32(eq, 0x55));
-    add(_mm_shuffle_epi32(sq, 0xAA), _mm_shuffle_epi32(eq, 0xAA));
-    add(_mm_shuffle_epi32(sq, 0xFF), _mm_shuffle_epi32(eq, 0xFF));
-  };
-  addFour(_mm_unpacklo_epi16(s2, s2), _mm_unpacklo_epi16(e2, e2));
-  addFour(_mm_unpackhi_epi16(s2, s2), _mm_unpackhi_epi16(e2, e2));
-  return counts;
+/// Whether any of the eight pairs of start and inclusive end ends beyond `limit`.
+inline bool anyEndsBeyond(const int32_t* runs, int32_t limit) {
+  int mask = 0;
+  for (int i = 0; i < 4; ++i) {
+    const __m128i pairs = _mm_loadu_si128(reinterpret_cast<const __m128i*>(runs) + i);
+    mask |= _mm_movemask_ps(_mm_castsi128_ps(_mm_cmpgt_epi32(pairs, _mm_set1_epi32(limit))));
+  }
+  return (mask & 0b1010) != 0;
 }
 
 // -------------------------------------------------------------------------------------------------------- painting
@@ -324,9 +301,11 @@ struct Painter<Pixel8> {
   __m128i color_, red_, green_, blue_, alpha_;
 };
 
-/// Two registers. Products go up to 2^30 here, so channels are mixed in doubles: sums are exact, and cutting
-/// (n + 0.5) * (1 / t) is exact since its error stays below 2^-34, and the nearest whole number is 2^-17 away or more.
-/// That is for alphas of at most full scale; mix refuses pixels that have more.
+/// Two registers. A colour and an old channel, each less 32768, are multiplied with their weights a and i in one
+/// instruction on signed numbers; both weights are below 32768 where anything is mixed. What is missing of the sum n is
+/// 32768 * t, since a + i is t. Sums go up to 2^31, so they are divided in doubles: cutting (n + 0.5) * (1 / t) is
+/// exact since its error stays below 2^-34, and the nearest whole number is 2^-17 away or more. All that is for alphas
+/// of at most full scale; mix refuses pixels that have more.
 template <>
 struct Painter<Pixel16> {
   static constexpr int units = 2;
@@ -334,62 +313,71 @@ struct Painter<Pixel16> {
     __m128i v[2];
   };
 
-  explicit Painter(const Pixel16& color) : alpha_(_mm_set1_epi32(color.alpha)) {
-    std::memcpy(&fresh_, &color, 8);
-    fresh_ &= ~uint64_t{0xFFFF};
-    red_ = _mm_set1_pd(color.red);
-    green_ = _mm_set1_pd(color.green);
-    blue_ = _mm_set1_pd(color.blue);
-  }
+  explicit Painter(const Pixel16& color)
+      : alpha_(_mm_set1_epi32(color.alpha)),
+        redAbove_(_mm_set1_epi32(static_cast<int32_t>(uint32_t{color.red} << 16U))),
+        greenBlue_(_mm_set1_epi32(static_cast<int32_t>(uint32_t{color.green} | uint32_t{color.blue} << 16U))),
+        red_(_mm_set1_epi32(color.red ^ 0x8000)),
+        green_(_mm_set1_epi32(color.green ^ 0x8000)),
+        blue_(_mm_set1_epi32(color.blue ^ 0x8000)) {}
   static bool suits(const Pixel16& color) { return color.alpha <= 32768; }
   static bool isOpaque(const Pixel16& color) { return color.alpha == 32768; }
 
   bool mix(Four& four, FourCounts counts) const {
-    const __m128i zero = _mm_setzero_si128();
-    const __m128i low = _mm_set_epi32(0, 0xFFFF, 0, 0xFFFF);
-    const __m128i full = _mm_set1_epi32(32768);
-    const __m128i colors = _mm_set1_epi64x(static_cast<int64_t>(fresh_));
-    Four result;
-    for (int u = 0; u < 2; ++u) {
-      // Two pixels; what belongs to a pixel stands in the lower half of its 64 bits.
-      const __m128i count = u == 0 ? _mm_unpacklo_epi32(counts.wide, zero) : _mm_unpackhi_epi32(counts.wide, zero);
-      const __m128i a = _mm_srli_epi64(_mm_mul_epu32(alpha_, count), 6);
-      const __m128i old = four.v[u];
-      const __m128i oldAlpha = _mm_and_si128(old, low);
-      if (_mm_movemask_epi8(_mm_cmpgt_epi32(oldAlpha, full)) != 0) return false;
-      const __m128i nothing = both(_mm_cmpeq_epi32(a, zero));
-      const __m128i replaced = both(_mm_or_si128(_mm_cmpeq_epi32(oldAlpha, zero), _mm_cmpeq_epi32(a, full)));
-      const __m128i fresh = _mm_or_si128(colors, a);
-      if (_mm_movemask_epi8(_mm_or_si128(nothing, replaced)) == 0xFFFF) {
-        result.v[u] = choose(nothing, old, fresh);
-        continue;
-      }
-      const __m128i i = _mm_srli_epi64(_mm_mul_epu32(_mm_sub_epi32(full, a), oldAlpha), 15);
-      const __m128i t = _mm_add_epi32(a, i);
-      const __m128d share = _mm_div_pd(_mm_set1_pd(1.0), number(t));
-      const __m128d aNumber = number(a), iNumber = number(i);
-      const auto channel = [&](__m128d c, __m128i o) {
-        const __m128d n = _mm_add_pd(_mm_mul_pd(c, aNumber), _mm_mul_pd(number(_mm_and_si128(o, low)), iNumber));
-        const __m128i q = _mm_cvttpd_epi32(_mm_mul_pd(_mm_add_pd(n, _mm_set1_pd(0.5)), share));
-        return _mm_unpacklo_epi32(q, zero);
-      };
-      const __m128i red = channel(red_, _mm_srli_epi64(old, 16));
-      const __m128i green = channel(green_, _mm_srli_epi64(old, 32));
-      const __m128i blue = channel(blue_, _mm_srli_epi64(old, 48));
-      const __m128i mixed = _mm_or_si128(_mm_or_si128(t, _mm_slli_epi64(red, 16)),
-                                         _mm_or_si128(_mm_slli_epi64(green, 32), _mm_slli_epi64(blue, 48)));
-      result.v[u] = choose(nothing, old, choose(replaced, fresh, mixed));
+    const __m128i low = _mm_set1_epi32(0xFFFF), full = _mm_set1_epi32(32768), zero = _mm_setzero_si128();
+    const __m128i a = _mm_srli_epi32(product(alpha_, counts.wide), 6);
+    const __m128i alphaRed = halvesOf<0x88>(four);
+    const __m128i oldAlpha = _mm_and_si128(alphaRed, low);
+    const __m128i nothing = _mm_cmpeq_epi32(a, zero);
+    const __m128i replaced = _mm_or_si128(_mm_cmpeq_epi32(oldAlpha, zero), _mm_cmpeq_epi32(a, full));
+    const __m128i simple = _mm_or_si128(nothing, replaced);
+    if (_mm_movemask_epi8(_mm_cmpgt_epi32(oldAlpha, full)) != 0) return false;
+    if (_mm_movemask_epi8(simple) == 0xFFFF) {
+      put(four, nothing, _mm_or_si128(redAbove_, a), greenBlue_);
+      return true;
     }
-    four = result;
+    const __m128i greenBlue = halvesOf<0xDD>(four);
+    const __m128i i = _mm_srli_epi32(product(_mm_sub_epi32(full, a), oldAlpha), 15);
+    const __m128i t = _mm_add_epi32(a, i);
+    const __m128i weights = _mm_or_si128(a, _mm_slli_epi32(i, 16));
+    const __m128i missing = _mm_slli_epi32(t, 15);
+    const __m128d one = _mm_set1_pd(1.0);
+    const __m128d share0 = _mm_div_pd(one, _mm_cvtepi32_pd(t));
+    const __m128d share1 = _mm_div_pd(one, _mm_cvtepi32_pd(_mm_shuffle_epi32(t, 0xEE)));
+    const auto channel = [&](__m128i c, __m128i o) {  // o stands in the upper half of each lane
+      const __m128i both = _mm_or_si128(c, _mm_xor_si128(o, _mm_set1_epi32(INT32_MIN)));
+      const __m128i n = _mm_add_epi32(_mm_madd_epi16(both, weights), missing);
+      const __m128d half = _mm_set1_pd(0.5);
+      const __m128d n0 = _mm_add_pd(_mm_cvtepi32_pd(n), half);
+      const __m128d n1 = _mm_add_pd(_mm_cvtepi32_pd(_mm_shuffle_epi32(n, 0xEE)), half);
+      return _mm_unpacklo_epi64(_mm_cvttpd_epi32(_mm_mul_pd(n0, share0)), _mm_cvttpd_epi32(_mm_mul_pd(n1, share1)));
+    };
+    const __m128i red = channel(red_, _mm_andnot_si128(low, alphaRed));
+    const __m128i green = channel(green_, _mm_slli_epi32(greenBlue, 16));
+    const __m128i blue = channel(blue_, _mm_andnot_si128(low, greenBlue));
+    const __m128i mixedAlphaRed = _mm_or_si128(t, _mm_slli_epi32(red, 16));
+    const __m128i mixedGreenBlue = _mm_or_si128(green, _mm_slli_epi32(blue, 16));
+    put(four, nothing, choose(replaced, _mm_or_si128(redAbove_, a), mixedAlphaRed),
+        choose(replaced, greenBlue_, mixedGreenBlue));
     return true;
   }
 
  private:
-  static __m128i both(__m128i lowHalves) { return _mm_shuffle_epi32(lowHalves, 0xA0); }
-  static __m128d number(__m128i v) { return _mm_cvtepi32_pd(_mm_shuffle_epi32(v, 0x08)); }
-  __m128i alpha_;
-  uint64_t fresh_ = 0;
-  __m128d red_, green_, blue_;
+  /// Of numbers below 2^16, one in each lane.
+  static __m128i product(__m128i x, __m128i y) {
+    return _mm_or_si128(_mm_mullo_epi16(x, y), _mm_slli_epi32(_mm_mulhi_epu16(x, y), 16));
+  }
+  /// Of the four pixels alpha and red (which = 0x88), or green and blue (0xDD).
+  template <int which>
+  static __m128i halvesOf(const Four& four) {
+    return _mm_castps_si128(_mm_shuffle_ps(_mm_castsi128_ps(four.v[0]), _mm_castsi128_ps(four.v[1]), which));
+  }
+  /// Stores pixels made of the two halves, but for those that stay.
+  static void put(Four& four, __m128i stay, __m128i alphaRed, __m128i greenBlue) {
+    four.v[0] = choose(_mm_unpacklo_epi32(stay, stay), four.v[0], _mm_unpacklo_epi32(alphaRed, greenBlue));
+    four.v[1] = choose(_mm_unpackhi_epi32(stay, stay), four.v[1], _mm_unpackhi_epi32(alphaRed, greenBlue));
+  }
+  __m128i alpha_, redAbove_, greenBlue_, red_, green_, blue_;
 };
 
 /// A pixel a register. The same single-precision operations as paintPixel, four channels at once. The opacity's scaling

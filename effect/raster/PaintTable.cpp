@@ -4,56 +4,63 @@
 
 #include "effect/pixel/Pixel.h"
 #include "effect/raster/RowPainter.h"
-#include "effect/raster/RunVectors.h"
 
 namespace vindrel {
 namespace {
 
-/// Counts of covered samples for a window of neighbouring pixels.
-class CountWindow {
+/// The layers of a row, as far as they lie in a window of pixels: what a strip's counts are drawn from.
+class LayerWindow {
  public:
-  /// Counts samples of the pixels from `firstPixel` to `lastPixel`, as far as the window reaches. Needs an orderly row.
-  void count(const SpanTable& table, const SpanTable::Shape& shape, int32_t firstPixel, int32_t lastPixel) {
-    first_ = firstPixel;
-    size_ = std::min(lastPixel - firstPixel + 1, reach);
-    std::fill(counts_, counts_ + reach + 16, int16_t{0});
-    for (int32_t k = 0; k < shape.layers; ++k) {
-      // Only where the layer lies, eight pixels at a time.
-      const LayerExtent& extent = shape.extent[k];
-      const int32_t end = std::min(extent.greatestEnd >> 3, first_ + size_ - 1);
-      for (int32_t p = std::max(extent.leastStart >> 3, first_); p <= end; p += 8) {
-        int16_t* const counts = counts_ + (p - first_);
-        if (extent.leastStart < vectors::leastColumn) {
-          plain_vectors::addCounts(table.layer(k), p, counts);
-        } else {
-          vectors::addCounts(table.layer(k), p, counts);
-        }
-      }
+  /// Needs an orderly row, and its shape. The window is empty until it is moved to some pixel.
+  LayerWindow(const SpanTable& table, const SpanTable::Shape& shape) : table_(table), shape_(shape) {}
+
+  /// Makes the pixels from p to p + 15 part of the window, as far as they lie on the row.
+  void reach(int32_t p, int32_t rowWidth) {
+    if (p >= left_ && p + 16 <= left_ + width_) return;
+    left_ = p;
+    width_ = lanes::Slots::widest;
+    for (int32_t k = 0; k < shape_.layers; ++k) {
+      slots_[k] = lanes::Slots(lanes::loadRuns(&table_.layer(k)[0].start), left_, std::min(rowWidth - p, width_));
     }
   }
 
-  /// Of 16 pixels; those behind the last one count for nothing.
-  lanes::Counts from(int32_t pixel) const { return lanes::Counts::of(counts_ + (pixel - first_)); }
-  int32_t first() const { return first_; }
-  int32_t last() const { return first_ + size_ - 1; }
+  /// Paints n pixels from p on, at most 16 and in the window, each by what all layers cover of it. Pixels behind them
+  /// are read and written back as long as the row has any, so that fours are whole.
+  template <class Pixel>
+  void paint(const RowPainter<Pixel>& painter, Pixel* pixels, int32_t p, int32_t n, int32_t rowWidth) const {
+    lanes::Strip strips[SpanTable::runsPerSlot];
+    int32_t count = 0;
+    for (int32_t k = 0; k < shape_.layers; ++k) {
+      const LayerExtent& extent = shape_.extent[k];
+      if ((extent.leastStart >> 3) < p + n && (extent.greatestEnd >> 3) >= p) {
+        strips[count++] = lanes::Strip(slots_[k], p - left_);
+      }
+    }
+    for (int32_t four = 0; 4 * four < n; ++four) {
+      lanes::FourCounts counts = lanes::FourCounts::none();
+      for (int32_t k = 0; k < count; ++k) counts = counts + strips[k].counts(four);
+      const int32_t at = p + 4 * four;
+      counts = counts.onlyFirst(n - 4 * four);
+      painter.paintUpToFour(pixels + at, std::min(rowWidth - at, 4), counts);
+    }
+  }
 
  private:
-  static constexpr int32_t reach = 64;
-  int16_t counts_[reach + 16];
-  int32_t first_ = 0;
-  int32_t size_ = 0;
+  const SpanTable& table_;
+  const SpanTable::Shape& shape_;
+  int32_t left_ = 0, width_ = 0;
+  lanes::Slots slots_[SpanTable::runsPerSlot];
 };
 
 }  // namespace
 
 template <class Pixel>
-void paintTable(const SpanTable& table, Pixel* pixels, int32_t width, const Pixel& color) {
-  RowPainter<Pixel> painter(color);
+void paintTable(const SpanTable& table, RowPainter<Pixel>& painter, Pixel* pixels, int32_t width) {
   const SpanTable::Shape shape = table.shape();
   SpanTable::Runs touched, solid;
   table.joinInto(shape, touched);
   table.solidPixelsInto(shape, solid);
-  CountWindow window;
+  LayerWindow window(table, shape);
   for (int32_t t = 0; t < touched.count; ++t) {
     const int32_t touchedStart = touched.run[t].start >> 3;
     const int32_t touchedEnd = (touched.run[t].end + 7) >> 3;
@@ -71,20 +78,18 @@ void paintTable(const SpanTable& table, Pixel* pixels, int32_t width, const Pixe
       // A run that stands the wrong way round lets no later one through as long as it ends at or right of the pixel.
       int32_t stop = last;
       if (s < solid.count) stop = std::min({last, solid.run[s].start - 1, solid.run[s].end});
-      if (p < window.first() || p > window.last()) {
-        window.count(table, shape, p, std::min(width - 1, (touched.run[touched.count - 1].end + 7) >> 3));
-      }
-      for (stop = std::min(stop, window.last()); p <= stop;) {
+      while (p <= stop) {
         const int32_t n = std::min(stop - p + 1, 16);
-        painter.paint(pixels + p, n, window.from(p));
+        window.reach(p, width);
+        window.paint(painter, pixels, p, n, width);
         p += n;
       }
     }
   }
 }
 
-template void paintTable(const SpanTable&, Pixel8*, int32_t, const Pixel8&);
-template void paintTable(const SpanTable&, Pixel16*, int32_t, const Pixel16&);
-template void paintTable(const SpanTable&, Pixel32*, int32_t, const Pixel32&);
+template void paintTable(const SpanTable&, RowPainter<Pixel8>&, Pixel8*, int32_t);
+template void paintTable(const SpanTable&, RowPainter<Pixel16>&, Pixel16*, int32_t);
+template void paintTable(const SpanTable&, RowPainter<Pixel32>&, Pixel32*, int32_t);
 
 }  // namespace vindrel

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 
+#include "effect/raster/RowPainter.h"
 #include "effect/raster/SpanTable.h"
 
 namespace vindrel {
@@ -12,6 +13,6 @@ namespace vindrel {
 /// @param pixels  first pixel of the row
 /// @param width   pixels of the row
 template <class Pixel>
-void paintTable(const SpanTable& table, Pixel* pixels, int32_t width, const Pixel& color);
+void paintTable(const SpanTable& table, RowPainter<Pixel>& painter, Pixel* pixels, int32_t width);
 
 }  // namespace vindrel

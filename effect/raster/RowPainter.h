@@ -11,6 +11,7 @@
 
 #include "effect/raster/Lanes.h"
 #include "effect/raster/PaintPixel.h"
+#include "effect/raster/WideLanes.h"
 
 namespace vindrel {
 
@@ -23,28 +24,34 @@ class RowPainter {
   explicit RowPainter(const Pixel& color)
       : color_(color), painter_(color), byFours_(lanes::Painter<Pixel>::suits(color)) {}
 
-  /// Paints n pixels, 1 to 16, each by its count.
-  void paint(Pixel* pixels, int32_t n, lanes::Counts counts) const {
-    for (int32_t p = 0; p < n; p += 4, counts = counts.behindFour()) {
-      if (n - p >= 4) {
-        paintFour(pixels + p, counts.firstFour());
-      } else {
-        Pixel copy[4] = {};
-        std::copy(pixels + p, pixels + n, copy);
-        paintFour(copy, counts.firstFour());
-        std::copy(copy, copy + (n - p), pixels + p);
-      }
+  /// Paints the first n of four pixels, 1 to 4, where the rest can't be touched.
+  void paintUpToFour(Pixel* pixels, int32_t n, lanes::FourCounts counts) const {
+    if (n == 4) {
+      paintFour(pixels, counts);
+      return;
     }
+    Pixel copy[4] = {};
+    std::copy(pixels, pixels + n, copy);
+    paintFour(copy, counts);
+    std::copy(copy, copy + n, pixels);
+  }
+
+  /// Paints the first n pixels of a strip, 1 to 16.
+  void paintStrip(Pixel* pixels, int32_t n, const lanes::Strip& strip) const {
+    for (int32_t four = 0; 4 * four < n; ++four)
+      paintUpToFour(pixels + 4 * four, std::min(n - 4 * four, 4), strip.counts(four));
   }
 
   /// Paints n pixels that are covered wholly; any n.
   void paintWhole(Pixel* pixels, int32_t n) {
     const lanes::FourCounts all = lanes::FourCounts::all64();
+    if (color_.alpha == 0) return;
     if (lanes::Painter<Pixel>::isOpaque(color_)) {
       std::fill(pixels, pixels + std::max(n, 0), color_);
       return;
     }
     int32_t p = 0;
+    if (n >= leastWide && byFours_ && wide_lanes::available()) p = wide_lanes::paintWhole(pixels, n, color_, last_);
     for (; byFours_ && p + 4 <= n; p += 4) {
       const Four old = lanes::loadFour(pixels + p);
       if (!known_ || !lanes::sameFour(old, old_)) {
@@ -75,9 +82,13 @@ class RowPainter {
   }
 
  private:
+  /// Pixels, from which on a call of the wide painter pays.
+  static constexpr int32_t leastWide = 16;
+
   Pixel color_;
   lanes::Painter<Pixel> painter_;
   bool byFours_;
+  wide_lanes::Remembered last_;
   bool known_ = false;  ///< whether the next two are set
   Four old_{}, new_{};  ///< four wholly covered pixels before and after
 };
@@ -88,7 +99,7 @@ class RowPainter {
 /// @param pixels  first pixel of the row
 template <class Pixel>
 void paintRuns(RowPainter<Pixel>& painter, const lanes::EightRuns& runs, Pixel* pixels, int32_t width) {
-  constexpr int32_t widest = 4080;  // sub-columns of a window fit 16 bits
+  constexpr int32_t widest = lanes::Slots::widest;
   for (int32_t left = 0; left < width; left += widest) {
     const int32_t windowWidth = std::min(width - left, widest);
     const lanes::Slots slots(runs, left, windowWidth);
@@ -110,7 +121,7 @@ void paintRuns(RowPainter<Pixel>& painter, const lanes::EightRuns& runs, Pixel* 
       const bool stops = p < wholeStart && wholeEnd - wholeStart >= 8;
       const int32_t wanted = ((stops ? wholeStart : behind) - p + 3) & ~3;
       const int32_t n = std::min({wanted, windowWidth - p, 16});
-      painter.paint(window + p, n, lanes::addCounts(lanes::Counts::none(), slots, p));
+      painter.paintStrip(window + p, n, lanes::Strip(slots, p));
       p += n;
     }
   }

@@ -25,7 +25,12 @@ class RunStore {
   /// @param orderly     each pixel row is known to be orderly, as SpanTable tells it
   RunStore(CoverageRows& coverage, const CanvasView<Pixel>& canvas, const Pixel& color, int32_t lastSubRow,
            bool orderly)
-      : coverage_(coverage), canvas_(canvas), color_(color), lastSubRow_(lastSubRow), orderly_(orderly) {}
+      : coverage_(coverage),
+        canvas_(canvas),
+        color_(color),
+        painter_(color),
+        lastSubRow_(lastSubRow),
+        orderly_(orderly) {}
 
   /// Adds a run of sub-columns to sub-row y. Throws std::bad_alloc when it must go into lists and there is no memory.
   void add(ColumnRun run, int32_t y) {
@@ -49,7 +54,7 @@ class RunStore {
     } else {
       const int32_t row = y >> 3;
       if (row >= 0 && row < canvas_.height && table_.first() >= 0) {
-        paintTable(table_, canvas_.row(row), canvas_.width, color_);
+        paintTable(table_, painter_, canvas_.row(row), canvas_.width);
       }
       table_.reset();
     }
@@ -89,6 +94,7 @@ class RunStore {
   CoverageRows& coverage_;
   CanvasView<Pixel> canvas_;
   const Pixel& color_;
+  RowPainter<Pixel> painter_;
   SpanTable table_;
   int32_t lastSubRow_;
   bool orderly_;

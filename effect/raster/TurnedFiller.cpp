@@ -9,6 +9,7 @@ namespace vindrel {
 namespace {
 
 constexpr int32_t mostFours = 4;  // of pixels that are painted row by row without looking how far the row reaches
+constexpr int32_t rowsAhead = 2;  // whose pixels a large dot asks for while it paints
 constexpr double columnMargin = 1.0 / 64.0;
 
 /// Steps one chain's sides down the table.
@@ -37,8 +38,8 @@ template <class Pixel, int fours>
 void paintNarrow(const RowPainter<Pixel>& painter, const double* forward, const double* backward, Pixel* pixels,
                  int32_t rowBytes, int32_t rows, int32_t firstColumn) {
   for (; rows > 0; --rows) {
-    const lanes::NarrowRuns runs(lanes::runsBetween(forward, backward), firstColumn);
-    for (int32_t i = 0; i < fours; ++i) painter.paintFour(pixels + 4 * i, runs.counts(i));
+    const lanes::Strip strip(lanes::runsBetween(forward, backward), firstColumn);
+    for (int32_t i = 0; i < fours; ++i) painter.paintFour(pixels + 4 * i, strip.counts(i));
     forward += 8;
     backward += 8;
     pixels = reinterpret_cast<Pixel*>(reinterpret_cast<std::byte*>(pixels) + rowBytes);
@@ -103,6 +104,7 @@ bool fillTurned(SideTable& table, const TurnedOutline& outline, double x, double
     return true;
   }
   for (int32_t r = 0; r < rows; ++r) {
+    if (r + rowsAhead < rows) fetchRowAhead(canvas, firstPixel, lastPixel + 1, firstRow + r + rowsAhead);
     paintRuns(painter, lanes::runsBetween(f + 8 * r, b + 8 * r), canvas.row(firstRow + r), canvas.width);
   }
   return true;

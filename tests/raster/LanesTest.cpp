@@ -14,6 +14,7 @@
 
 #include "effect/pixel/Truncate.h"
 #include "effect/raster/RowPainter.h"
+#include "effect/raster/WideLanes.h"
 #include "tests/raster/TestCanvas.h"
 
 namespace vindrel {
@@ -131,12 +132,12 @@ TEST(Lanes, countsAndReachAreThoseOfTheColumnsOneByOne) {
     const lanes::Slots slots(lanes::loadRuns(runs), left, width);
     const lanes::SlotReach reach = lanes::reachOf(slots);
     const int32_t from = pick(0, width - 1);
-    const lanes::Counts counts = lanes::addCounts(lanes::Counts::none(), slots, from);
-    uint8_t bytes[16];
-    std::memcpy(bytes, &counts.bytes, 16);
+    const lanes::Strip strip(slots, from);
+    int32_t counts[16];
+    for (int32_t four = 0; four < 4; ++four) strip.counts(four).storeTo(counts + 4 * four);
     for (int32_t i = 0; i < 16 && from + i < width; ++i) {
       const int32_t expected = plainCount(runs, left + from + i);
-      ASSERT_EQ(bytes[i], expected) << "seed " << seed << ", round " << round << ", pixel " << i;
+      ASSERT_EQ(counts[i], expected) << "seed " << seed << ", round " << round << ", pixel " << i;
       const int32_t column = (from + i) * 8;
       if (expected > 0) {
         ASSERT_LT(reach.leastStart, column + 8) << round;
@@ -192,10 +193,10 @@ TEST(Lanes, countsOfAStripAreThoseOfTheColumnsOneByOne) {
       if (odd == 2) end += 40000;
       if (odd == 3) start += 40000, end += 40000;
     }
-    const lanes::NarrowRuns narrow(lanes::loadRuns(runs), firstPixel * 8);
+    const lanes::Strip strip(lanes::loadRuns(runs), firstPixel * 8);
     for (int32_t four = 0; four < 4; ++four) {
       int32_t counts[4];
-      narrow.counts(four).storeTo(counts);
+      strip.counts(four).storeTo(counts);
       for (int32_t i = 0; i < 4; ++i) {
         ASSERT_EQ(counts[i], plainCount(runs, firstPixel + 4 * four + i)) << "round " << round << ", pixel " << i;
       }
@@ -249,6 +250,12 @@ bool sameValue(const Pixel& a, const Pixel& b) {
   return false;
 }
 
+lanes::FourCounts fourCounts(const int32_t (&counts)[4]) {
+  lanes::FourCounts four;
+  std::memcpy(&four.wide, counts, sizeof counts);
+  return four;
+}
+
 TYPED_TEST(RowPainterAtDepth, paintsAsPaintPixelDoesAndNothingBeside) {
   constexpr unsigned seed = 20250302;
   std::mt19937 random(seed);
@@ -261,11 +268,11 @@ TYPED_TEST(RowPainterAtDepth, paintsAsPaintPixelDoesAndNothingBeside) {
       if (random() % 2 == 0) p = random() % 2 == 0 ? TypeParam{} : pixels[0];
     }
     std::copy(pixels, pixels + 40, expected);
-    int16_t counts[16];
-    for (int16_t& c : counts) c = static_cast<int16_t>(random() % 3 == 0 ? 64 : random() % 65);
+    int32_t counts[4];
+    for (int32_t& c : counts) c = static_cast<int32_t>(random() % 3 == 0 ? 64 : random() % 65);
     RowPainter<TypeParam> painter(color);
-    const auto n = static_cast<int32_t>(random() % 16 + 1);
-    painter.paint(pixels + 1, n, lanes::Counts::of(counts));
+    const auto n = static_cast<int32_t>(random() % 4 + 1);
+    painter.paintUpToFour(pixels + 1, n, fourCounts(counts));
     for (int32_t i = 0; i < n; ++i) paintPixel(expected[1 + i], color, counts[i]);
     const auto whole = static_cast<int32_t>(random() % 20);
     painter.paintWhole(pixels + 19, whole);
@@ -274,6 +281,103 @@ TYPED_TEST(RowPainterAtDepth, paintsAsPaintPixelDoesAndNothingBeside) {
       ASSERT_TRUE(sameValue(pixels[i], expected[i])) << "seed " << seed << ", round " << round << ", pixel " << i
                                                      << ": " << text(pixels[i]) << ", should be " << text(expected[i]);
     }
+  }
+}
+
+// Stretches of a few colours each, so that what is remembered comes again, and goes out of date.
+template <class Pixel, class Random>
+std::vector<Pixel> stretches(Random& random, std::size_t count, bool legal) {
+  Pixel palette[3];
+  for (Pixel& p : palette) p = random() % 4 == 0 ? Pixel{} : anyPixel<Pixel>(random, legal);
+  std::vector<Pixel> pixels;
+  while (pixels.size() < count) {
+    const Pixel p = random() % 5 == 0 ? anyPixel<Pixel>(random, legal) : palette[random() % 3];
+    pixels.insert(pixels.end(), random() % 24 + 1, p);
+  }
+  pixels.resize(count);
+  return pixels;
+}
+
+TYPED_TEST(RowPainterAtDepth, paintsLongStretchesAsPaintPixelDoes) {
+  constexpr unsigned seed = 20250307;
+  std::mt19937 random(seed);
+  for (int round = 0; round < 6000; ++round) {
+    const bool legal = round % 3 != 0;
+    const auto color = anyPixel<TypeParam>(random, legal);
+    RowPainter<TypeParam> painter(color);
+    for (int row = 0; row < 3; ++row) {
+      std::vector<TypeParam> pixels = stretches<TypeParam>(random, 120, legal);
+      std::vector<TypeParam> expected = pixels;
+      const std::size_t begin = random() % 9, n = random() % 100;
+      painter.paintWhole(pixels.data() + begin, static_cast<int32_t>(n));
+      for (std::size_t i = 0; i < n; ++i) paintPixel(expected[begin + i], color, 64);
+      for (std::size_t i = 0; i < pixels.size(); ++i) {
+        ASSERT_TRUE(sameValue(pixels[i], expected[i]))
+            << "seed " << seed << ", round " << round << ", pixel " << i << ": " << text(pixels[i]) << ", should be "
+            << text(expected[i]) << ", in " << text(color);
+      }
+    }
+  }
+}
+
+// The wide painter by itself; the fours are reached by the test above with stretches too short for it.
+TYPED_TEST(RowPainterAtDepth, hasAWidePainterThatPaintsAsPaintPixelDoes) {
+  if (!wide_lanes::available()) GTEST_SKIP() << "this processor has no AVX2";
+  constexpr unsigned seed = 20250308;
+  std::mt19937 random(seed);
+  int64_t painted = 0;
+  for (int round = 0; round < 20000; ++round) {
+    const bool legal = round % 4 != 0;
+    const auto color = anyPixel<TypeParam>(random, legal);
+    if (!lanes::Painter<TypeParam>::suits(color) || color.alpha == 0) continue;
+    wide_lanes::Remembered last;
+    for (int row = 0; row < 3; ++row) {
+      std::vector<TypeParam> pixels = stretches<TypeParam>(random, 40, legal);
+      std::vector<TypeParam> expected = pixels;
+      const auto n = static_cast<int32_t>(random() % 41);
+      const int32_t done = wide_lanes::paintWhole(pixels.data(), n, color, last);
+      ASSERT_LE(done, n);
+      ASSERT_GT(done, legal ? n - 8 : -1) << round;
+      painted += done;
+      for (int32_t i = 0; i < done; ++i) paintPixel(expected[static_cast<std::size_t>(i)], color, 64);
+      for (std::size_t i = 0; i < pixels.size(); ++i) {
+        ASSERT_TRUE(sameValue(pixels[i], expected[i]))
+            << "seed " << seed << ", round " << round << ", pixel " << i << ": " << text(pixels[i]) << ", should be "
+            << text(expected[i]) << ", in " << text(color);
+      }
+    }
+  }
+  EXPECT_GT(painted, 500000);
+}
+
+// Both divisions of 16 bits, where the quotient is just whole, or just not yet: an old channel is sought for which the
+// sum leaves the least or the greatest rest, or nearly.
+TEST(RowPainterAt16Bits, dividesExactlyAroundWholeQuotients) {
+  constexpr unsigned seed = 20250309;
+  std::mt19937 random(seed);
+  for (int round = 0; round < 40000; ++round) {
+    const auto a = static_cast<uint32_t>(random() % 32767 + 1);
+    const auto oldAlpha = static_cast<uint32_t>(random() % 32768 + 1);
+    const uint32_t i = ((32768 - a) * oldAlpha) >> 15U;
+    const uint32_t t = a + i;
+    const auto red = static_cast<uint32_t>(random() % 32769);
+    uint32_t least = t, greatest = 0, atLeast = 0, atGreatest = 0;
+    for (int attempt = 0; attempt < 60; ++attempt) {
+      const auto old = static_cast<uint32_t>(random() % 32769);
+      const uint32_t rest = (red * a + old * i) % t;
+      if (rest < least) least = rest, atLeast = old;
+      if (rest >= greatest) greatest = rest, atGreatest = old;
+    }
+    const auto word = [](uint32_t v) { return static_cast<uint16_t>(v); };
+    const Pixel16 color{word(a), word(red), word(red), 65535};
+    std::vector<Pixel16> pixels(24, {word(oldAlpha), word(atLeast), word(atGreatest), 65535});
+    std::vector<Pixel16> expected = pixels;
+    for (Pixel16& p : expected) paintPixel(p, color, 64);
+    RowPainter<Pixel16> painter(color);
+    painter.paintWhole(pixels.data(), 16);
+    painter.paintWhole(pixels.data() + 16, 8);
+    ASSERT_EQ(pixels, expected) << "seed " << seed << ", round " << round << ": " << text(pixels[0]) << ' '
+                                << text(pixels[20]) << ", should be " << text(expected[0]);
   }
 }
 

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <random>
@@ -9,10 +10,49 @@
 #include <string>
 #include <vector>
 
+#include "effect/pixel/Truncate.h"
 #include "tests/raster/SpanModel.h"
 
 namespace vindrel {
 namespace {
+
+namespace plain_vectors {
+
+LayerExtent extentOf(const SpanTable::Layer& layer) {
+  LayerExtent extent{layer[0].start, layer[0].start, layer[0].end, layer[0].end};
+  for (const ColumnRun& run : layer) {
+    extent.leastStart = std::min(extent.leastStart, run.start);
+    extent.greatestStart = std::max(extent.greatestStart, run.start);
+    extent.leastEnd = std::min(extent.leastEnd, run.end);
+    extent.greatestEnd = std::max(extent.greatestEnd, run.end);
+  }
+  return extent;
+}
+
+/// Two sides that are stepped together.
+class TwoSides {
+ public:
+  TwoSides(const double* x, const double* slope) : x_{x[0], x[1]}, slope_{slope[0], slope[1]} {}
+  void step() {
+    x_[0] += slope_[0];
+    x_[1] += slope_[1];
+  }
+  /// The sub-columns nearest to the two.
+  ColumnRun columns() const { return {truncateToInt32(x_[0] + 0.5), truncateToInt32(x_[1] + 0.5)}; }
+  bool inOrder() const { return !(x_[0] > x_[1]); }
+  /// Whether the sides of both stand in order, this one's to the left.
+  bool inOrderBefore(const TwoSides& next) const { return inOrder() && !(x_[1] > next.x_[0]) && next.inOrder(); }
+  void storeTo(double* x) const {
+    x[0] = x_[0];
+    x[1] = x_[1];
+  }
+
+ private:
+  double x_[2];
+  double slope_[2];
+};
+
+}  // namespace plain_vectors
 
 using model::pick;
 
@@ -35,56 +75,12 @@ Runs randomRuns(std::mt19937& random) {
   const int kind = pick(random, 0, 3);
   for (ColumnRun& run : runs.layer) {
     run.start = pick(random, -100, 300);
-    if (kind == 1) run.start = pick(random, vectors::leastColumn == least ? least + 1 : vectors::leastColumn, 300);
+    if (kind == 1) run.start = pick(random, least + 1, 300);
     run.end = run.start + pick(random, 0, kind == 2 ? 400 : 30);
     if (kind == 1 && pick(random, 0, 3) == 0) run.end = greatest - 8 - pick(random, 0, 100);
     if (pick(random, 0, 9) == 0) run = {0, -1};
   }
   return runs;
-}
-
-// Pixel 2 has the sub-columns 16 to 23.
-TEST(RunVectors, aRunCountsTheColumnsThatItHasOfAPixel) {
-  const SpanTable::Layer layer = {{16, 23}, {0, 16}, {23, 90}, {18, 19}, {0, 15}, {24, 30}, {0, -1}, {-50, 500}};
-  int16_t counts[8] = {};
-  vectors::addCounts(layer, 2, counts);
-  EXPECT_EQ(counts[0], 8 + 1 + 1 + 2 + 0 + 0 + 0 + 8);
-  EXPECT_EQ(counts[1], 0 + 0 + 8 + 0 + 0 + 7 + 0 + 8);
-  EXPECT_EQ(counts[7], 0 + 0 + 8 + 0 + 0 + 0 + 0 + 8);
-}
-
-TEST(RunVectors, countsAreAddedToWhatIsThere) {
-  const SpanTable::Layer layer = {{0, 7}, {0, 7}, {0, 7}, {0, 7}, {0, 7}, {0, 7}, {0, 7}, {0, 7}};
-  int16_t counts[8] = {5, 6, 7, 8, 9, 10, 11, 12};
-  vectors::addCounts(layer, 0, counts);
-  EXPECT_EQ(counts[0], 69);
-  EXPECT_EQ(counts[1], 6);
-  EXPECT_EQ(counts[7], 12);
-}
-
-TEST(RunVectors, countAsThePlainFormDoes) {
-  constexpr unsigned seed = 41;
-  std::mt19937 random(seed);
-  for (int round = 0; round < 50000; ++round) {
-    const Runs runs = randomRuns(random);
-    const int32_t firstPixel = pick(random, 0, 40);
-    int16_t counts[8] = {}, expected[8] = {};
-    vectors::addCounts(runs.layer, firstPixel, counts);
-    plain_vectors::addCounts(runs.layer, firstPixel, expected);
-    for (int p = 0; p < 8; ++p) {
-      ASSERT_EQ(counts[p], expected[p]) << "seed " << seed << ", round " << round << ", pixel " << firstPixel + p
-                                        << ": " << text(runs.layer);
-    }
-  }
-}
-
-TEST(RunVectors, thePlainFormCountsRunsAtTheEndsOfTheRange) {
-  const SpanTable::Layer layer = {{least, least}, {least, 3},  {least, greatest - 8}, {greatest - 9, greatest - 8},
-                                  {0, -1},        {least, -1}, {7, greatest - 8},     {0, -1}};
-  int16_t counts[8] = {};
-  plain_vectors::addCounts(layer, 0, counts);
-  EXPECT_EQ(counts[0], 0 + 4 + 8 + 0 + 0 + 0 + 1 + 0);
-  EXPECT_EQ(counts[1], 0 + 0 + 8 + 0 + 0 + 0 + 8 + 0);
 }
 
 TEST(RunVectors, extentsAreThoseOfThePlainForm) {
