@@ -15,7 +15,7 @@ std::string handleText(const HandleStore::Record* record) {
 
 // The open record of a handle of this suite; null with a complaint for anything else.
 HandleStore::Record* openRecord(HostState& host, AEGP_MemHandle handle, std::string_view service) {
-  HandleStore::Record* record = host.handles.find(handle);
+  HandleStore::Record* record = host.handles->find(handle);
   if (record != nullptr && record->open && record->ofMemorySuite) return record;
   host.complain(Matter::kBadHandle, std::string(service) + " of " +
                                         (record == nullptr ? std::string("what never was a handle")
@@ -47,7 +47,7 @@ A_Err newMemHandle(AEGP_PluginID, const A_char* what, AEGP_MemSize size, AEGP_Me
   *handle = nullptr;
   const std::string text = std::to_string(size) + " bytes for " + (what == nullptr ? "nothing told" : what);
   if (const auto fault = host->fault("AEGP_NewMemHandle")) return host->note("AEGP_NewMemHandle", text, *fault);
-  HandleStore::Record* record = host->handles.make(size, host->running, false);
+  HandleStore::Record* record = host->handles->make(size, host->running, false);
   if (record == nullptr) return host->note("AEGP_NewMemHandle", text, PF_Err_OUT_OF_MEMORY);
   record->ofMemorySuite = true;
   if ((flags & AEGP_MemFlag_CLEAR) != 0) std::memset(record->block, 0, size);
@@ -58,7 +58,7 @@ A_Err newMemHandle(AEGP_PluginID, const A_char* what, AEGP_MemSize size, AEGP_Me
 A_Err freeMemHandle(AEGP_MemHandle handle) {
   return onHandle("AEGP_FreeMemHandle", handle, [](HostState& host, HandleStore::Record& record) {
     checkGuards(host, record);
-    host.handles.dispose(record);
+    host.handles->dispose(record);
     return PF_Err_NONE;
   });
 }
@@ -66,7 +66,7 @@ A_Err freeMemHandle(AEGP_MemHandle handle) {
 A_Err lockMemHandle(AEGP_MemHandle handle, void** block) {
   return onHandle("AEGP_LockMemHandle", handle, [&](HostState&, HandleStore::Record& record) {
     if (block == nullptr) return PF_Err_BAD_CALLBACK_PARAM;
-    ++record.locks;
+    record.lock();
     *block = record.block;
     return PF_Err_NONE;
   });
@@ -74,11 +74,10 @@ A_Err lockMemHandle(AEGP_MemHandle handle, void** block) {
 
 A_Err unlockMemHandle(AEGP_MemHandle handle) {
   return onHandle("AEGP_UnlockMemHandle", handle, [](HostState& host, HandleStore::Record& record) {
-    if (record.locks == 0) {
+    if (!record.unlock()) {
       host.complain(Matter::kBadHandle, "AEGP_UnlockMemHandle of " + handleText(&record) + ", which is not locked");
       return PF_Err_BAD_CALLBACK_PARAM;
     }
-    --record.locks;
     checkGuards(host, record);
     return PF_Err_NONE;
   });
@@ -99,7 +98,7 @@ A_Err resizeMemHandle(const A_char*, AEGP_MemSize size, AEGP_MemHandle handle) {
       return PF_Err_BAD_CALLBACK_PARAM;
     }
     checkGuards(host, record);
-    return host.handles.resize(record, size) ? PF_Err_NONE : PF_Err_OUT_OF_MEMORY;
+    return host.handles->resize(record, size) ? PF_Err_NONE : PF_Err_OUT_OF_MEMORY;
   });
 }
 
@@ -116,7 +115,7 @@ A_Err getMemStats(AEGP_PluginID, A_long* count, A_long* size) {
   if (const auto fault = host->fault("AEGP_GetMemStats")) return host->note("AEGP_GetMemStats", "", *fault);
   *count = 0;
   *size = 0;
-  for (const HandleStore::Record* record : host->handles.open()) {
+  for (const HandleStore::Record* record : host->handles->open()) {
     if (!record->ofMemorySuite) continue;
     *count += 1;
     *size += static_cast<A_long>(record->size);

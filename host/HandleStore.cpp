@@ -34,6 +34,7 @@ HandleStore::~HandleStore() {
 HandleStore::Record* HandleStore::make(uint64_t size, PF_Cmd madeIn, bool byHost) {
   void* block = newBlock(size);
   if (block == nullptr) return nullptr;
+  const std::lock_guard guard(mutex_);
   if (unused_.empty() && disposed_.size() > kQuarantine) {
     unused_.push_back(disposed_.front());
     disposed_.pop_front();
@@ -55,6 +56,7 @@ HandleStore::Record* HandleStore::make(uint64_t size, PF_Cmd madeIn, bool byHost
 
 HandleStore::Record* HandleStore::find(PF_Handle handle) const {
   if (handle == nullptr) return nullptr;
+  const std::lock_guard guard(mutex_);
   const auto* address = reinterpret_cast<const uint8_t*>(handle);
   const auto above = std::upper_bound(chunks_.begin(), chunks_.end(), address, [](const uint8_t* a, const auto& chunk) {
     return std::less<const uint8_t*>()(a, reinterpret_cast<const uint8_t*>(chunk.get()));
@@ -69,6 +71,7 @@ HandleStore::Record* HandleStore::find(PF_Handle handle) const {
 
 void HandleStore::dispose(Record& record) {
   std::free(startOf(record));
+  const std::lock_guard guard(mutex_);
   record.block = nullptr;
   record.open = false;
   disposed_.push_back(&record);
@@ -92,6 +95,7 @@ bool HandleStore::guardsIntact(const Record& record) {
 }
 
 std::vector<HandleStore::Record*> HandleStore::open() const {
+  const std::lock_guard guard(mutex_);
   std::vector<Record*> all;
   for (const auto& chunk : chunks_) {
     for (size_t i = 0; i < kChunk; ++i) {

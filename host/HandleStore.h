@@ -3,12 +3,16 @@
 /// A handle is the address of a pointer to its block, so that dereferencing it once gives the block, locked or not.
 /// Blocks are 16-byte aligned. Effects whose whole heap is host memory make millions of handles in a frame, so that a
 /// handle's record is used again after a while: a handle is known as disposed of for the next kQuarantine disposals.
+///
+/// For several threads at once, but for one handle that two of them work on; its locks may be counted by both.
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <deque>
 #include <memory>
+#include <mutex>
 #include <vector>
 
 #include "ae/Scalars.h"
@@ -31,6 +35,14 @@ class HandleStore {
     bool open = false;           ///< made and not disposed of
     bool byHost = false;         ///< made for the host itself
     bool ofMemorySuite = false;  ///< made by "AEGP Memory Suite"
+
+    void lock() { std::atomic_ref(locks).fetch_add(1, std::memory_order_relaxed); }
+    /// False, and nothing changes, when it isn't locked.
+    bool unlock() {
+      if (std::atomic_ref(locks).fetch_sub(1, std::memory_order_relaxed) > 0) return true;
+      lock();
+      return false;
+    }
   };
 
   HandleStore() = default;
@@ -60,6 +72,7 @@ class HandleStore {
 
  private:
   static constexpr size_t kChunk = 1024;
+  mutable std::mutex mutex_;                       // for what follows
   std::vector<std::unique_ptr<Record[]>> chunks_;  // sorted by address
   std::vector<Record*> unused_;
   std::deque<Record*> disposed_;

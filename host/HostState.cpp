@@ -1,5 +1,6 @@
 #include "host/HostState.h"
 
+#include <atomic>
 #include <utility>
 
 #include "host/DeliverValue.h"
@@ -10,13 +11,16 @@ namespace standin {
 
 namespace {
 
-HostState* g_current = nullptr;
+// A thread that an effect began itself has no host of its own and acts on the one that called last.
+thread_local HostState* t_current = nullptr;
+std::atomic<HostState*> g_last = nullptr;
 
 // The locks of the sequence data around one command: the host adds one before and puts back what was there after.
 class SequenceLock {
  public:
-  explicit SequenceLock(HostState& state) : state_(state), record_(state.handles.find(state.sequenceData)) {
-    if (record_ != nullptr && !record_->open) record_ = nullptr;
+  explicit SequenceLock(HostState& state) : state_(state), record_(state.handles->find(state.sequenceData)) {
+    // Where several hosts draw by one instance, nobody can tell whose locks are whose.
+    if (record_ != nullptr && (!record_->open || state.handles.use_count() > 1)) record_ = nullptr;
     if (record_ == nullptr) return;
     number_ = record_->number;
     before_ = record_->locks;
@@ -41,10 +45,11 @@ class SequenceLock {
 }  // namespace
 
 HostState* HostState::current() {
-  return g_current;
+  return t_current != nullptr ? t_current : g_last.load(std::memory_order_relaxed);
 }
 void HostState::setCurrent(HostState* state) {
-  g_current = state;
+  t_current = state;
+  g_last.store(state, std::memory_order_relaxed);
 }
 
 PF_Err HostState::callEntry(PF_Cmd command, PF_ParamDef** params, PF_LayerDef* output, void* extra) {

@@ -1,7 +1,7 @@
 /// Everything that a host knows, for its services and its roads; nobody else includes this.
 ///
 /// The interface's services bear no host in their arguments (many not even an effect_ref), so they act on the current
-/// host: the one whose call is running, else the one that called last.
+/// host: the one whose call is running on this thread, else the one that called last.
 #pragma once
 
 #include <deque>
@@ -59,7 +59,7 @@ struct HostState {
   Faults faults;
   Books books;
   CallLog log;
-  HandleStore handles;
+  std::shared_ptr<HandleStore> handles = std::make_shared<HandleStore>();  ///< shared with hosts beside this one
 
   std::vector<Control> controls;
   std::deque<std::string> texts;  ///< what definitions of controls point at

@@ -16,7 +16,7 @@ void noteHandle(HostState& host, HandleCall::Step step, std::string_view service
 
 // The open record of a handle; null with a complaint for anything else.
 HandleStore::Record* openRecord(HostState& host, PF_Handle handle, std::string_view service) {
-  HandleStore::Record* record = host.handles.find(handle);
+  HandleStore::Record* record = host.handles->find(handle);
   if (record == nullptr) {
     host.complain(Matter::kBadHandle, std::string(service) + " of what never was a handle");
     return nullptr;
@@ -41,7 +41,7 @@ PF_Handle newHandle(A_u_longlong size) {
   HostState* host = HostState::current();
   if (host == nullptr) return nullptr;
   HandleStore::Record* record =
-      host->fault("host_new_handle") ? nullptr : host->handles.make(size, host->running, false);
+      host->fault("host_new_handle") ? nullptr : host->handles->make(size, host->running, false);
   noteHandle(*host, HandleCall::Step::kNew, "host_new_handle", record == nullptr ? 0 : record->number, size,
              record == nullptr ? PF_Err_OUT_OF_MEMORY : PF_Err_NONE);
   return record == nullptr ? nullptr : HandleStore::handleOf(*record);
@@ -53,7 +53,7 @@ void* lockHandle(PF_Handle handle) {
   const bool fails = host->fault("host_lock_handle").has_value();
   HandleStore::Record* record = openRecord(*host, handle, "host_lock_handle");
   const bool locked = record != nullptr && !fails;
-  if (locked) ++record->locks;
+  if (locked) record->lock();
   noteHandle(*host, HandleCall::Step::kLock, "host_lock_handle", record == nullptr ? 0 : record->number, 0,
              locked ? PF_Err_NONE : PF_Err_OUT_OF_MEMORY);
   return locked ? record->block : nullptr;
@@ -66,12 +66,11 @@ void unlockHandle(PF_Handle handle) {
   noteHandle(*host, HandleCall::Step::kUnlock, "host_unlock_handle", record == nullptr ? 0 : record->number, 0,
              PF_Err_NONE);
   if (record == nullptr) return;
-  if (record->locks == 0) {
+  if (!record->unlock()) {
     host->complain(Matter::kBadHandle,
                    "host_unlock_handle of handle " + std::to_string(record->number) + ", which is not locked");
     return;
   }
-  --record->locks;
   checkGuards(*host, *record);
 }
 
@@ -83,7 +82,7 @@ void disposeHandle(PF_Handle handle) {
              PF_Err_NONE);
   if (record == nullptr) return;
   checkGuards(*host, *record);
-  host->handles.dispose(*record);
+  host->handles->dispose(*record);
 }
 
 A_u_longlong handleSize(PF_Handle handle) {
@@ -111,7 +110,7 @@ PF_Err resizeHandle(A_u_longlong size, PF_Handle* handle) {
     result = PF_Err_BAD_CALLBACK_PARAM;
   } else {
     checkGuards(*host, *record);
-    if (!host->handles.resize(*record, size)) result = PF_Err_OUT_OF_MEMORY;
+    if (!host->handles->resize(*record, size)) result = PF_Err_OUT_OF_MEMORY;
   }
   noteHandle(*host, HandleCall::Step::kResize, "host_resize_handle", record == nullptr ? 0 : record->number, size,
              result);

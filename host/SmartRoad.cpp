@@ -20,13 +20,13 @@ void checkOutput(HostState& host, const Image& output) {
 // Effects may leave a handle of the host without a function, and may have disposed of it themselves meanwhile. Other
 // memory comes from the effect's own heap, of whose kind the host knows nothing.
 void dropWithoutFunction(HostState& host, void* data) {
-  HandleStore::Record* record = host.handles.find(static_cast<PF_Handle>(data));
+  HandleStore::Record* record = host.handles->find(static_cast<PF_Handle>(data));
   if (record == nullptr) {
     host.books.complain(Matter::kPreRender,
                         "pre-render data that is no handle has no delete function; it is left alone",
                         PF_Cmd_SMART_PRE_RENDER);
   } else if (record->open) {
-    host.handles.dispose(*record);
+    host.handles->dispose(*record);
   }
 }
 

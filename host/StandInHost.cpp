@@ -86,7 +86,7 @@ std::unique_ptr<HostState> makeState(StandInHost* owner, PF_EffectEntryPoint ent
   HostState* raw = state.get();
   state->books.askForHandles([raw] {
     std::vector<Entry> entries;
-    for (const HandleStore::Record* record : raw->handles.open()) {
+    for (const HandleStore::Record* record : raw->handles->open()) {
       std::string text = "handle " + std::to_string(record->number) + " (" + std::to_string(record->size) +
                          " bytes), lent in " + commandName(record->madeIn) + ", never disposed of";
       entries.push_back({Matter::kHandle, record->number, std::move(text), record->madeIn});
@@ -283,14 +283,14 @@ PF_Handle StandInHost::sequenceData() const {
 }
 
 std::vector<uint8_t> StandInHost::sequenceBytes() const {
-  const HandleStore::Record* record = state_->handles.find(state_->sequenceData);
+  const HandleStore::Record* record = state_->handles->find(state_->sequenceData);
   if (record == nullptr || !record->open) return {};
   const auto* bytes = static_cast<const uint8_t*>(record->block);
   return {bytes, bytes + record->size};
 }
 
 void StandInHost::loadSequence(const std::vector<uint8_t>& bytes) {
-  HandleStore::Record* record = state_->handles.make(bytes.size(), -1, true);
+  HandleStore::Record* record = state_->handles->make(bytes.size(), -1, true);
   if (record == nullptr) throw std::bad_alloc();
   if (!bytes.empty()) std::memcpy(record->block, bytes.data(), bytes.size());
   state_->sequenceData = HandleStore::handleOf(*record);
@@ -301,8 +301,8 @@ void StandInHost::setSequenceData(PF_Handle handle) {
 }
 
 void StandInHost::dropSequence() {
-  HandleStore::Record* record = state_->handles.find(state_->sequenceData);
-  if (record != nullptr && record->open) state_->handles.dispose(*record);
+  HandleStore::Record* record = state_->handles->find(state_->sequenceData);
+  if (record != nullptr && record->open) state_->handles->dispose(*record);
   state_->sequenceData = nullptr;
 }
 
