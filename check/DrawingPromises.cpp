@@ -101,6 +101,7 @@ void wholeOutputIsWritten(Trial& trial) {
     auto [one, ways] = drawnOver(0xB7, i);
     count = ways;
     const Image other = drawnOver(0x11, i).first;
+    trial.step("comparing frames into outputs that held different bytes");
     const std::string differs = difference(one, other);
     if (!differs.empty()) trial.finding("what stood in the output or in a new world shows: " + differs);
   }

@@ -95,10 +95,16 @@ Life::Life(Trial& whose, const standin::HostSettings& settings) : Loaded(whose, 
   trial.step("setting the module up");
   const PF_Err error = host.start();
   if (error != PF_Err_NONE) throw Skipped("the module can't be set up: " + errorText(host, error));
+  trial.step("");
 }
 
 Life::~Life() {
-  if (!finished_) static_cast<void>(finish());
+  if (finished_) return;
+  try {
+    static_cast<void>(finish());
+  } catch (...) {
+    trial.finding(whatWasThrown());
+  }
 }
 
 PF_Err Life::finish() {
@@ -168,6 +174,7 @@ Image drawn(Life& life, const Way& way, const FrameRequest& frame, const Paramet
 }
 
 std::string difference(const Image& a, const Image& b, double most) {
+  if (a.empty() != b.empty()) return "one of the two frames isn't drawn";
   if (a.depth() != b.depth()) return "the depths differ";
   if (a.width() != b.width() || a.height() != b.height()) {
     return "the sizes differ: " + sizeText(a.width(), a.height()) + " and " + sizeText(b.width(), b.height());

@@ -5,8 +5,10 @@
 namespace check {
 
 const std::vector<Subject>& subjects() {
-  static const std::vector<Subject> all = {setUpPromises(), parameterPromises(), drawingPromises(),
-                                           framePromises(), sizePromises(),      bookPromises()};
+  static const std::vector<Subject> all = {
+      setUpPromises(), parameterPromises(), drawingPromises(),  framePromises(),   sizePromises(),
+      layerPromises(), valuePromises(),     sequencePromises(), failurePromises(), threadPromises(),
+      limitPromises(), lifePromises(),      bookPromises()};
   return all;
 }
 

@@ -108,6 +108,10 @@ std::string sayEnd(const Running& child, const ChildEnd& end, const std::string&
   return text;
 }
 
+void addOnce(std::vector<std::string>& texts, const std::string& text) {
+  if (std::find(texts.begin(), texts.end(), text) == texts.end()) texts.push_back(text);
+}
+
 void judge(Result& result, const Expectations& expectations) {
   for (const std::string& finding : result.findings) {
     const Expectation* known = findExpectation(expectations, result.promise->name, finding);
@@ -116,9 +120,11 @@ void judge(Result& result, const Expectations& expectations) {
       result.verdict = result.promise->weight == Weight::kMust ? Verdict::kFail : Verdict::kWarn;
       return;
     }
-    if (std::find(result.expected.begin(), result.expected.end(), known->reason) == result.expected.end()) {
-      result.expected.push_back(known->reason);
-    }
+    addOnce(result.expected, known->reason);
+  }
+  for (const std::string& warning : result.warnings) {
+    const Expectation* known = findExpectation(expectations, result.promise->name, warning);
+    if (known != nullptr) addOnce(result.expected, known->reason);
   }
   if (!result.findings.empty() || !result.warnings.empty()) {
     result.verdict = Verdict::kWarn;

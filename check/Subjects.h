@@ -10,6 +10,13 @@ Subject parameterPromises();
 Subject drawingPromises();
 Subject framePromises();
 Subject sizePromises();
+Subject layerPromises();
+Subject valuePromises();
+Subject sequencePromises();
+Subject failurePromises();
+Subject threadPromises();
+Subject limitPromises();
+Subject lifePromises();
 Subject bookPromises();
 
 }  // namespace check

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <exception>
 
 namespace check {
 
@@ -21,6 +22,16 @@ std::string withoutNumbers(const std::string& text) {
 }
 
 }  // namespace
+
+std::string whatWasThrown() {
+  try {
+    throw;
+  } catch (const std::exception& thrown) {
+    return std::string("an exception left the module: ") + thrown.what();
+  } catch (...) {
+    return "an exception left the module";
+  }
+}
 
 Trial::Trial(std::string module, uint64_t seed, const std::filesystem::path& report)
     : module_(std::move(module)), seed_(seed), file_(std::fopen(report.string().c_str(), "wb")) {

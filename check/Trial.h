@@ -17,6 +17,10 @@ struct Skipped : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+/// To be called while an exception of the module is being handled: "an exception left the module", with its text where
+/// it has one.
+std::string whatWasThrown();
+
 class Trial {
  public:
   /// @param report  the file that gets lines; made new

@@ -1,12 +1,21 @@
-// A blur of three pixels in a row, on the smart road: it asks for one pixel more on every side than is wanted of it,
-// and returns one more than the layer has. Leaves a bare handle as pre-render data, as several published modules do.
+// A blur of three pixels in a row, on the smart road: it returns one pixel more on every side than is wanted of it, and
+// asks for two more, since its kernel looks one further. Leaves a bare handle as pre-render data, as several published
+// modules do.
+#include <algorithm>
+
 #include "ModuleParts.h"
 
 namespace {
 
 PF_Err preRender(PF_InData* in_data, PF_PreRenderExtra& extra) {
-  if (const PF_Err err = parts::askForLayer(in_data, extra, 1)) return err;
-  extra.output->result_rect = extra.output->max_result_rect;
+  if (const PF_Err err = parts::askForLayer(in_data, extra, 2)) return err;
+  PF_LRect& most = extra.output->max_result_rect;
+  most = {most.left + 1, most.top + 1, most.right - 1, most.bottom - 1};
+  const PF_LRect& wanted = extra.input->output_request.rect;
+  PF_LRect& result = extra.output->result_rect;
+  result = {std::max(wanted.left - 1, most.left), std::max(wanted.top - 1, most.top),
+            std::min(wanted.right + 1, most.right), std::min(wanted.bottom + 1, most.bottom)};
+  if (result.left >= result.right || result.top >= result.bottom) result = {};
   extra.output->flags = PF_RenderOutputFlag_RETURNS_EXTRA_PIXELS;
   extra.output->pre_render_data = in_data->utils->host_new_handle(16);
   return PF_Err_NONE;
@@ -23,10 +32,14 @@ PF_Err draw(PF_InData* in_data, PF_EffectWorld* source, PF_EffectWorld* target) 
   if (const PF_Err err = worlds->PF_NewWorld(in_data->effect_ref, target->width, target->height, 1, format, &wide)) {
     return err;
   }
-  PF_Rect place{source->origin_x - target->origin_x, source->origin_y - target->origin_y, 0, 0};
-  place.right = place.left + source->width;
-  place.bottom = place.top + source->height;
-  PF_Err err = transform->copy(in_data->effect_ref, source, &wide, nullptr, &place);
+  PF_Err err = PF_Err_NONE;
+  // Where the layer has nothing to give there is no world of it.
+  if (source != nullptr && source->data != nullptr) {
+    PF_Rect place{source->origin_x - target->origin_x, source->origin_y - target->origin_y, 0, 0};
+    place.right = place.left + source->width;
+    place.bottom = place.top + source->height;
+    err = transform->copy(in_data->effect_ref, source, &wide, nullptr, &place);
+  }
   A_long kernel[3] = {1, 1, 1};
   if (err == PF_Err_NONE) {
     err = transform->convolve(in_data->effect_ref, &wide, nullptr, PF_KernelFlag_1D | PF_KernelFlag_NORMALIZED, 3,
