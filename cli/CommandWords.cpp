@@ -40,7 +40,8 @@ void addShot(CLI::App& app, Words& words) {
   app.add_option("--start", words.start, "The number of the file that stands at time 0 (default: 0)")->type_name("N");
   app.add_option("--jobs", words.jobs, "Processes that draw frames (default: 1)")->type_name("N");
   app.add_option("--frame-timeout", words.frameTimeout,
-                 "With --jobs: seconds after which a frame's process is taken for hung (default: 600)")
+                 "With --jobs, or a module of another maker: seconds after which a frame's process is taken for hung "
+                 "(default: 600)")
       ->type_name("SECONDS");
   app.add_option("--chunk", words.chunk, "Only the K-th of N parts of the frames")->type_name("K/N");
   app.add_flag("--skip-existing", words.skipExisting, "Leave out frames whose files stand there whole");

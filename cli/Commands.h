@@ -7,11 +7,15 @@
 namespace cli {
 
 /// `vindrel render`: reads a picture, has the module draw a frame over it, writes the result; or a whole shot of them.
+/// A module other than that of the surroundings' folder is run in a process of its own.
 /// @return an exit code: of a shot, whether all frames stand
 int render(const Arguments& arguments, const Surroundings& surroundings);
 
 /// `vindrel render` of numbered files. Frames that fail are named on the error stream, and the others are rendered.
 int renderShot(const Arguments& arguments, const Surroundings& surroundings);
+
+/// Removes what a process that ended in the midst of a shot has left of the files it was writing.
+void removeLeftoversOfShot(const Arguments& arguments);
 
 /// `vindrel controls`: the controls as the host received them, and with values given what the module greys for them.
 void listControls(const Arguments& arguments, const Surroundings& surroundings);

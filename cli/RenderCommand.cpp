@@ -1,3 +1,7 @@
+#include <filesystem>
+#include <system_error>
+
+#include "cli/ApartProcess.h"
 #include "cli/Commands.h"
 #include "cli/FrameDrawer.h"
 #include "cli/FramePictures.h"
@@ -15,22 +19,42 @@ void renderStill(const Arguments& arguments, const Surroundings& surroundings) {
   checkWritable(arguments.output, picture.image.depth());
   FrameDrawer drawer(arguments, pictures);
   for (const std::string& line : drawer.warnings()) surroundings.err << "vindrel: warning: " << line << '\n';
+  giveSignOfLife();
   FilePicture drawn;
   {
     ProgressBar bar(surroundings.err, surroundings.errIsTerminal, "Drawing");
-    drawn = drawer.draw(picture, arguments.input, arguments.frame + arguments.start,
-                        [&bar](int32_t done, int32_t total) { bar.show(done, total); });
+    drawn = drawer.draw(picture, arguments.input, arguments.frame + arguments.start, [&](int32_t done, int32_t total) {
+      bar.show(done, total);
+      giveSignOfLife();
+    });
   }
   pictures.write(arguments.output, drawn);
+}
+
+/// The module that was built with this program, whatever path leads to it.
+bool isOurs(const Arguments& arguments, const Surroundings& surroundings) {
+  std::error_code ignored;
+  return std::filesystem::equivalent(arguments.module, surroundings.programFolder / "Vindrel.so", ignored);
 }
 
 }  // namespace
 
 int render(const Arguments& arguments, const Surroundings& surroundings) {
-  if (isShot(arguments)) return renderShot(arguments, surroundings);
-  if (arguments.checkOnly) throw UserError("--check takes numbered files, such as out.####.png");
-  renderStill(arguments, surroundings);
-  return exitDone;
+  const bool shot = isShot(arguments);
+  if (arguments.checkOnly && !shot) throw UserError("--check takes numbered files, such as out.####.png");
+  const auto work = [&](const Surroundings& where) {
+    if (shot) return renderShot(arguments, where);
+    renderStill(arguments, where);
+    return exitDone;
+  };
+  if (isOurs(arguments, surroundings)) return work(surroundings);
+  try {
+    return runApart(surroundings, arguments.frameTimeout, work);
+  } catch (const EffectError&) {
+    // A process that crashed may have been writing.
+    if (shot && !arguments.checkOnly) removeLeftoversOfShot(arguments);
+    throw;
+  }
 }
 
 }  // namespace cli

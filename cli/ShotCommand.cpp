@@ -1,5 +1,6 @@
 #include <set>
 
+#include "cli/ApartProcess.h"
 #include "cli/Commands.h"
 #include "cli/FrameDrawer.h"
 #include "cli/Shot.h"
@@ -19,6 +20,10 @@ void tidyUp(const std::vector<ShotFrame>& frames) {
 
 }  // namespace
 
+void removeLeftoversOfShot(const Arguments& arguments) {
+  tidyUp(framesOfShot(arguments));
+}
+
 int renderShot(const Arguments& arguments, const Surroundings& surroundings) {
   const std::vector<ShotFrame> frames = framesOfShot(arguments);
   const FramePictures pictures(arguments);
@@ -27,7 +32,11 @@ int renderShot(const Arguments& arguments, const Surroundings& surroundings) {
   if (arguments.skipExisting && !arguments.checkOnly) tidyUp(frames);
 
   ShotReport report(frames, arguments, surroundings);
-  const auto take = [&](const FrameResult& result) { report.take(result); };
+  const auto take = [&](const FrameResult& result) {
+    report.take(result);
+    giveSignOfLife();
+  };
+  giveSignOfLife();
   if (arguments.jobs > 1 && !arguments.checkOnly) {
     runWorkers(frames, arguments, drawer, take);
     // A worker that crashed may have been writing.
