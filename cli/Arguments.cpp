@@ -185,7 +185,7 @@ void takeRender(const CLI::App& command, const Words& words, Arguments& argument
 
 void takeOptions(const Words& words, Arguments& arguments) {
   if (words.save == words.restore) throw UserError("options takes either --save or --restore");
-  if (words.restore && (!words.sets.empty() || !words.preset.empty())) {
+  if (words.restore && (!words.sets.empty() || !words.presets.empty())) {
     throw UserError("options --restore takes no values; they go with --save");
   }
   arguments.optionsAction = words.save ? OptionsAction::save : OptionsAction::restore;
@@ -210,11 +210,34 @@ void takeCheck(const CLI::App& command, const Words& words, Arguments& arguments
   flag("--markdown", words.markdown);
 }
 
+double scaleFrom(const Words& words) {
+  const std::string complaint = "--scale takes a number above 0, up to 1000";
+  const double scale = numberFrom(words.scale, complaint);
+  if (scale <= 0.0 || scale > 1000.0) throw UserError(complaint + ", not '" + words.scale + "'");
+  if (words.presets.empty()) throw UserError("--scale goes with --preset; values by --set are taken as they are");
+  return scale;
+}
+
+void takePresets(const CLI::App& command, const Words& words, Arguments& arguments) {
+  const bool saves = command.count("--save") > 0;
+  if (saves && words.saveName.empty()) throw UserError("--save takes a name or a file that ends in .json");
+  const bool hasMore = command.count("--about") + command.count("--height") + command.count("--replace") > 0 ||
+                       !words.sets.empty() || !words.presets.empty() || !words.layers.empty();
+  if (!saves && hasMore) throw UserError("presets takes values only with --save NAME");
+  arguments.saveName = words.saveName;
+  arguments.about = words.aboutText;
+  arguments.replace = words.replace;
+  if (command.count("--height") > 0) {
+    arguments.height = wholeFrom(words.height, 1, 30000, "--height takes pixels, a whole number from 1 to 30000");
+  }
+}
+
 Command commandNamed(const std::string& name) {
   if (name == "render") return Command::render;
   if (name == "controls") return Command::controls;
   if (name == "about") return Command::about;
   if (name == "check") return Command::check;
+  if (name == "presets") return Command::presets;
   return Command::options;
 }
 
@@ -288,11 +311,12 @@ Arguments parseArguments(const std::vector<std::string>& wordsOfCaller) {
   if (command.get_option_no_throw("--module") != nullptr && command.count("--module") > 0 && given.module.empty()) {
     throw UserError("--module takes a file");
   }
-  if (command.get_option_no_throw("--preset") != nullptr && command.count("--preset") > 0) {
-    arguments.preset = given.preset;
-  }
+  for (const std::string& preset : given.presets) arguments.presets.emplace_back(preset);
+  if (!given.scale.empty()) arguments.scale = scaleFrom(given);
   for (const std::string& text : given.sets) arguments.sets.push_back(splitAssignment(text, "--set"));
-  for (const std::string& text : given.layers) arguments.layers.push_back(splitAssignment(text, "--layer"));
+  for (const std::string& text : given.layers) {
+    arguments.layers.push_back(layerText(splitAssignment(text, "--layer")));
+  }
   arguments.json = given.json;
   arguments.writeChoices.stamp = given.stamp;
   arguments.storedDefaults = given.storedDefaults;
@@ -305,6 +329,7 @@ Arguments parseArguments(const std::vector<std::string>& wordsOfCaller) {
   if (arguments.command == Command::render) takeRender(command, given, arguments);
   if (arguments.command == Command::options) takeOptions(given, arguments);
   if (arguments.command == Command::check) takeCheck(command, given, arguments);
+  if (arguments.command == Command::presets) takePresets(command, given, arguments);
   return arguments;
 }
 

@@ -14,7 +14,7 @@
 
 namespace cli {
 
-enum class Command { render, controls, about, options, check, showText };
+enum class Command { render, controls, about, options, presets, check, showText };
 enum class Road { asModuleSays, classic, smart };
 enum class LogForm { none, text, json };
 enum class OptionsAction { save, restore };
@@ -23,12 +23,13 @@ struct Arguments {
   Command command = Command::showText;
   std::string text;  ///< showText: help or version, ready to print
 
-  std::filesystem::path module;  ///< empty: the one that was built with this program
-  std::optional<std::filesystem::path> preset;
-  std::string animation;   ///< a file of keys; empty: none
-  std::string valueTable;  ///< a file of values by frame; empty: none
+  std::filesystem::path module;                ///< empty: the one that was built with this program
+  std::vector<std::filesystem::path> presets;  ///< files, or names until they are found; the first lies lowest
+  std::optional<double> scale;                 ///< of the presets' lengths; none: by the picture's height
+  std::string animation;                       ///< a file of keys; empty: none
+  std::string valueTable;                      ///< a file of values by frame; empty: none
   std::vector<Assignment> sets;
-  std::vector<Assignment> layers;
+  std::vector<LayerText> layers;
 
   std::filesystem::path input;
   std::filesystem::path output;
@@ -44,7 +45,8 @@ struct Arguments {
   bool skipExisting = false;
   bool checkOnly = false;  ///< nothing is drawn; frames that don't stand whole are told
   LogForm log = LogForm::none;
-  int32_t downsample = 1;  ///< 1, 2 or 4
+  int32_t downsample = 1;         ///< 1, 2 or 4
+  std::optional<int32_t> height;  ///< of the pictures that the preset to save is for
   Road road = Road::asModuleSays;
 
   WriteChoices writeChoices;
@@ -57,6 +59,9 @@ struct Arguments {
   std::optional<std::string> describe;  ///< of `controls`: the control to tell about
   OptionsAction optionsAction = OptionsAction::save;
   std::vector<std::string> checkWords;  ///< of `check`, as its own reader takes them; the module stands in module
+  std::string saveName;                 ///< of `presets`: a name or a file; empty: list them
+  std::string about;                    ///< of the preset to save
+  bool replace = false;                 ///< an existing preset may be saved over
 };
 
 /// Reads the words, the program's own name not among them.

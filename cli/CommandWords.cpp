@@ -16,13 +16,23 @@ void addValues(CLI::App& app, Words& words) {
       ->expected(1)
       ->allow_extra_args(false)
       ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
-  app.add_option("--preset", words.preset, "Values of controls from a file; --set and --layer go over it")
-      ->type_name("FILE.json");
+  app.add_option("--preset", words.presets,
+                 "A look by its name ('vindrel presets' lists them) or from a file; may be repeated, each over the one "
+                 "before, and --set and --layer over all")
+      ->type_name("NAME|FILE.json")
+      ->expected(1)
+      ->allow_extra_args(false)
+      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+  app.add_option("--scale", words.scale,
+                 "Multiply the presets' lengths by this; 1 leaves them (default: by the picture's height)")
+      ->type_name("F");
 }
 
 void addLayers(CLI::App& app, Words& words) {
-  app.add_option("--layer", words.layers,
-                 "A picture for a layer control; may be repeated. 'source' is the picture itself, 'none' is no picture")
+  app.add_option(
+         "--layer", words.layers,
+         "A picture for a layer control; may be repeated. 'source' is the picture itself, 'none' is no picture; "
+         "':blur=pitch,tone=area' behind it prepares it on the way")
       ->type_name("\"NAME=FILE\"")
       ->expected(1)
       ->allow_extra_args(false)
@@ -101,7 +111,7 @@ void addLimits(CLI::App& app, Words& words) {
 }  // namespace
 
 const std::vector<std::string>& commandNames() {
-  static const std::vector<std::string> names = {"render", "controls", "about", "options", "check"};
+  static const std::vector<std::string> names = {"render", "presets", "controls", "about", "options", "check"};
   return names;
 }
 
@@ -141,6 +151,22 @@ void declareCommands(CLI::App& app, Words& words) {
                    "Start from the values that 'vindrel options --save' stored (default: from the built-in ones)");
   addLimits(*render, words);
   addModule(*render, words);
+
+  CLI::App* presets = app.add_subcommand("presets", "List the looks that --preset knows by name, or save one");
+  presets
+      ->add_option("--save", words.saveName,
+                   "Save the given presets, values and pictures as one: under a name, or as a file")
+      ->type_name("NAME|FILE.json");
+  presets->add_option("--about", words.aboutText, "A line on what it looks like")->type_name("TEXT");
+  presets
+      ->add_option("--height", words.height,
+                   "The height of the pictures that the lengths are for (default: the presets' own)")
+      ->type_name("PIXELS");
+  presets->add_flag("--replace", words.replace, "Save over a preset that is there");
+  addValues(*presets, words);
+  addLayers(*presets, words);
+  addLimits(*presets, words);
+  addModule(*presets, words);
 
   CLI::App* controls = app.add_subcommand("controls", "List the module's controls");
   controls->add_flag("--json", words.json, "As JSON");

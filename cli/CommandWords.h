@@ -14,7 +14,8 @@ struct Words {
   std::string output;
   std::vector<std::string> sets;
   std::vector<std::string> layers;
-  std::string preset;
+  std::vector<std::string> presets;
+  std::string scale;
   std::string module;
   std::string depth;
   std::string frame;
@@ -46,6 +47,10 @@ struct Words {
   std::string expected;
   bool list = false;
   bool markdown = false;
+  std::string saveName;
+  std::string aboutText;
+  std::string height;
+  bool replace = false;
   bool skipExisting = false;
   bool checkOnly = false;
   bool stamp = false;

@@ -31,4 +31,7 @@ void answerOptions(const Arguments& arguments, const Surroundings& surroundings)
 /// @return an exit code: whether anything failed
 int checkPromises(const Arguments& arguments, const Surroundings& surroundings);
 
+/// `vindrel presets`: lists the presets that can be named, or saves one.
+void usePresets(const Arguments& arguments, const Surroundings& surroundings);
+
 }  // namespace cli

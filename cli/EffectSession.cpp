@@ -7,6 +7,7 @@
 #include "cli/HostControls.h"
 #include "cli/NearestName.h"
 #include "cli/UserError.h"
+#include "cli/presets/Lengths.h"
 
 namespace cli {
 namespace {
@@ -63,14 +64,14 @@ const ControlFacts& findLayer(const std::vector<ControlFacts>& controls, const s
 }
 
 void applyAll(const std::vector<ControlFacts>& controls, const std::vector<Assignment>& sets,
-              const std::vector<Assignment>& layers, uint64_t mostMemory, standin::ParameterValues& values) {
+              const std::vector<LayerText>& layers, uint64_t mostMemory, standin::ParameterValues& values) {
   for (const Assignment& set : sets) {
     const ControlFacts& control = findControl(controls, set.name);
     setValue(control, parseControlValue(control, set.text), values);
   }
-  for (const Assignment& layer : layers) {
+  for (const LayerText& layer : layers) {
     const ControlFacts& control = findLayer(controls, layer.name);
-    values.setLayer(ByIndex{control.index}, layerFrom(control, layer.text, mostMemory));
+    values.setLayer(ByIndex{control.index}, layerFrom(control, layer.picture, mostMemory));
   }
 }
 
@@ -87,15 +88,15 @@ EffectSession::~EffectSession() {
   static_cast<void>(host_.finish());
 }
 
-standin::ParameterValues EffectSession::values(const Preset* preset, const std::string& presetName,
-                                               const std::vector<Assignment>& sets,
-                                               const std::vector<Assignment>& layers, uint64_t mostMemory) const {
+standin::ParameterValues EffectSession::values(const PresetStack& presets, const std::vector<Assignment>& sets,
+                                               const std::vector<LayerText>& layers, uint64_t mostMemory) const {
   standin::ParameterValues values = host_.defaults();
-  if (preset != nullptr) {
+  if (presets.factorOfDefaults() != 1.0) scaleLengths(controls_, presets.factorOfDefaults(), values);
+  for (const PresetStack::Layer& layer : presets.layers()) {
     try {
-      applyAll(controls_, preset->controls, preset->layers, mostMemory, values);
+      applyAll(controls_, layer.preset.controls, layer.preset.layers, mostMemory, values);
     } catch (const UserError& error) {
-      throw UserError("preset '" + presetName + "': " + error.what());
+      throw UserError(layer.where + error.what());
     }
   }
   applyAll(controls_, sets, layers, mostMemory, values);

@@ -9,6 +9,7 @@
 #include "cli/ControlValue.h"
 #include "cli/ImageFile.h"
 #include "cli/Preset.h"
+#include "cli/presets/PresetStack.h"
 #include "host/LoadedModule.h"
 #include "host/StandInHost.h"
 
@@ -30,14 +31,12 @@ class EffectSession {
   const standin::StandInHost& host() const { return host_; }
   const std::vector<ControlFacts>& controls() const { return controls_; }
 
-  /// The defaults, with the preset's values over them, and the assignments over both. Pictures of layers are read here.
-  /// @param preset  null for none
-  /// @param presetName  for messages
+  /// The defaults, with the presets' values over them, and the assignments over both. Pictures of layers are read here.
+  /// Lengths that no preset names go along with the presets (PresetStack::factorOfDefaults).
   /// @param mostMemory  as for readPicture
   /// @throws UserError for a name, value or picture that doesn't fit
-  standin::ParameterValues values(const Preset* preset, const std::string& presetName,
-                                  const std::vector<Assignment>& sets, const std::vector<Assignment>& layers,
-                                  uint64_t mostMemory = usualMemoryLimit) const;
+  standin::ParameterValues values(const PresetStack& presets, const std::vector<Assignment>& sets,
+                                  const std::vector<LayerText>& layers, uint64_t mostMemory = usualMemoryLimit) const;
 
   /// Does nothing when the code is 0.
   /// @param during  what was being done: "while drawing"

@@ -80,18 +80,18 @@ std::optional<FramePattern> rowOfFiles(const std::string& text) {
 }
 
 /// The layers that have one picture each.
-std::vector<Assignment> stills(const std::vector<Assignment>& layers) {
-  std::vector<Assignment> some;
-  for (const Assignment& layer : layers) {
-    if (!rowOfFiles(layer.text)) some.push_back(layer);
+std::vector<LayerText> stills(const std::vector<LayerText>& layers) {
+  std::vector<LayerText> some;
+  for (const LayerText& layer : layers) {
+    if (!rowOfFiles(layer.picture)) some.push_back(layer);
   }
   return some;
 }
 
-void followRows(const std::vector<Assignment>& layers, const EffectSession& session, uint64_t mostMemory,
+void followRows(const std::vector<LayerText>& layers, const EffectSession& session, uint64_t mostMemory,
                 Animation& animation) {
-  for (const Assignment& layer : layers) {
-    auto files = rowOfFiles(layer.text);
+  for (const LayerText& layer : layers) {
+    auto files = rowOfFiles(layer.picture);
     if (!files) continue;
     const ControlFacts& control = findControl(session.controls(), layer.name);
     if (control.kind != ControlKind::layer) throw UserError("'" + control.name + "' is no layer; give it by --set");
@@ -99,58 +99,72 @@ void followRows(const std::vector<Assignment>& layers, const EffectSession& sess
   }
 }
 
-/// From the weakest to the strongest: the preset, its keys, the keys' file, the table, and what was given by hand.
-Animation animationOf(const Arguments& arguments, const EffectSession& session) {
-  std::optional<Preset> preset;
-  const std::string presetName = arguments.preset ? arguments.preset->string() : "";
-  if (arguments.preset) preset = readPreset(*arguments.preset, arguments.pathsOfPreset);
-  const std::vector<Assignment> rows = preset ? preset->layers : std::vector<Assignment>();
-  if (preset) preset->layers = stills(preset->layers);
-
-  const standin::ParameterValues all = session.values(preset ? &*preset : nullptr, presetName, arguments.sets,
-                                                      stills(arguments.layers), arguments.mostMemory);
+/// From the weakest to the strongest: each preset and its keys, the keys' file, the table, and what was given by hand.
+Animation animationOf(const Arguments& arguments, const PresetStack& presets, const EffectSession& session) {
+  const standin::ParameterValues all =
+      session.values(presets.withLayers(stills), arguments.sets, stills(arguments.layers), arguments.mostMemory);
   Animation animation(session.controls(), all, arguments.frameRate, arguments.start);
-  followRows(rows, session, arguments.mostMemory, animation);
-  if (preset) animation.add(preset->animation, "preset '" + presetName + "': ");
+  const auto holdAll = [&](const auto& assignments) {
+    for (const auto& given : assignments) {
+      const int32_t index = findControl(session.controls(), given.name).index;
+      animation.hold(index, all.value(index));
+    }
+  };
+  for (const PresetStack::Layer& layer : presets.layers()) {
+    holdAll(layer.preset.controls);
+    holdAll(stills(layer.preset.layers));
+    followRows(layer.preset.layers, session, arguments.mostMemory, animation);
+    animation.add(layer.preset.animation, layer.where);
+  }
   if (!arguments.animation.empty()) {
     animation.add(readAnimation(arguments.animation), "animation '" + arguments.animation + "': ");
   }
   if (!arguments.valueTable.empty()) {
     animation.add(readValueTable(arguments.valueTable), "table '" + arguments.valueTable + "': ");
   }
-  const auto holdAll = [&](const std::vector<Assignment>& assignments) {
-    for (const Assignment& given : assignments) {
-      const int32_t index = findControl(session.controls(), given.name).index;
-      animation.hold(index, all.value(index));
-    }
-  };
   holdAll(arguments.sets);
   holdAll(stills(arguments.layers));
   followRows(arguments.layers, session, arguments.mostMemory, animation);
   return animation;
 }
 
+/// How each layer is prepared, by index: as it is given last.
+std::map<int32_t, Preparation> preparationsOf(const Arguments& arguments, const PresetStack& presets,
+                                              const EffectSession& session) {
+  std::map<int32_t, Preparation> preparations = cli::preparationsOf(presets, session);
+  for (const LayerText& layer : arguments.layers) {
+    preparations[findControl(session.controls(), layer.name).index] = layer.preparation;
+  }
+  return preparations;
+}
+
 }  // namespace
 
-FrameDrawer::FrameDrawer(const Arguments& arguments, const FramePictures& pictures)
+FrameDrawer::FrameDrawer(const Arguments& arguments, const FramePictures& pictures, std::optional<int32_t> height)
     : arguments_(arguments),
       pictures_(pictures),
       session_(arguments.module, arguments.storedDefaults ? Defaults::stored : Defaults::builtIn),
-      animation_(animationOf(arguments, session_)),
+      presets_(arguments.presets, arguments.pathsOfPreset),
+      height_(height),
+      scaled_(presets_.scaled(arguments.scale, height, session_.controls())),
+      animation_(animationOf(arguments, scaled_, session_)),
+      preparations_(preparationsOf(arguments, scaled_, session_)),
+      preparer_(session_),
       warnings_(missingLayers(session_.controls(), animation_.base())),
       smart_(takesSmartRoad(arguments.road, session_)) {}
 
 FilePicture FrameDrawer::draw(const FilePicture& picture, const fs::path& file, int32_t number,
                               const std::function<void(int32_t, int32_t)>& progress) {
+  goAlongWith(picture.image.height());
   standin::StandInHost& host = session_.host();
   const FrameRequest request = requestFor(arguments_, picture, file, number);
-  host.onProgress = [&](A_long done, A_long total) {
-    if (progress) progress(done, total);
-    return PF_Err_NONE;
-  };
+  standin::ParameterValues values = animation_.moves() ? animation_.at(number) : animation_.base();
+  preparer_.prepare(preparations_, picture.image, request, values);
   std::string missing;
   if (animation_.moves()) {
     host.valueAt = [&](int32_t index, A_long time, A_u_long timeScale) {
+      // A prepared picture stands for the whole frame.
+      if (preparations_.contains(index)) return values.value(index);
       try {
         return animation_.at(index, time, timeScale);
       } catch (const UserError& error) {
@@ -160,7 +174,11 @@ FilePicture FrameDrawer::draw(const FilePicture& picture, const fs::path& file, 
       }
     };
   }
-  const standin::ParameterValues values = animation_.moves() ? animation_.at(number) : animation_.base();
+  // Only now, so that what was measured before shows no progress.
+  host.onProgress = [&](A_long done, A_long total) {
+    if (progress) progress(done, total);
+    return PF_Err_NONE;
+  };
   standin::RenderResult result = smart_ ? host.renderSmart(request, values) : host.renderClassic(request, values);
   host.onProgress = nullptr;
   host.valueAt = nullptr;
@@ -176,6 +194,14 @@ FilePicture FrameDrawer::draw(const FilePicture& picture, const fs::path& file, 
   drawn.image.originY = picture.image.originY;
   drawn.facts = arguments_.downsample == 1 ? picture.facts : factsOfSmaller(*picture.facts, drawn.image);
   return drawn;
+}
+
+void FrameDrawer::goAlongWith(int32_t height) {
+  if (height == height_ || arguments_.scale || !presets_.dependsOnHeight()) return;
+  scaled_ = presets_.scaled({}, height, session_.controls());
+  animation_ = animationOf(arguments_, scaled_, session_);
+  preparations_ = preparationsOf(arguments_, scaled_, session_);
+  height_ = height;
 }
 
 }  // namespace cli

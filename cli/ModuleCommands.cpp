@@ -7,14 +7,14 @@
 #include "cli/EffectSession.h"
 #include "cli/HostControls.h"
 #include "cli/UserError.h"
+#include "cli/presets/PresetStack.h"
 
 namespace cli {
 namespace {
 
 standin::ParameterValues valuesFor(const EffectSession& session, const Arguments& arguments) {
-  std::optional<Preset> preset;
-  if (arguments.preset) preset = readPreset(*arguments.preset, arguments.pathsOfPreset);
-  return session.values(preset ? &*preset : nullptr, arguments.preset ? arguments.preset->string() : "", arguments.sets,
+  const PresetStack stack(arguments.presets, arguments.pathsOfPreset);
+  return session.values(stack.scaled(arguments.scale, std::nullopt, session.controls()), arguments.sets,
                         arguments.layers, arguments.mostMemory);
 }
 
@@ -34,7 +34,7 @@ class DialogAnswer {
 
 void listControls(const Arguments& arguments, const Surroundings& surroundings) {
   EffectSession session(arguments.module, Defaults::stored);
-  const bool withValues = arguments.preset || !arguments.sets.empty() || !arguments.layers.empty();
+  const bool withValues = !arguments.presets.empty() || !arguments.sets.empty() || !arguments.layers.empty();
   standin::ParameterValues values;
   std::vector<ControlFacts> controls = session.controls();
   if (withValues) {

@@ -1,5 +1,6 @@
 #include "cli/Preset.h"
 
+#include <cmath>
 #include <nlohmann/json.hpp>
 #include <system_error>
 
@@ -12,6 +13,8 @@ namespace {
 
 namespace fs = std::filesystem;
 using nlohmann::json;
+
+constexpr double mostPictureHeight = 30000.0;  // the host's largest
 
 void needObject(const json& part, const char* key, const std::string& where) {
   if (!part.is_object()) throw UserError(where + "'" + key + "' takes names with values in braces");
@@ -45,18 +48,49 @@ std::string pictureOf(const json& value, const std::string& name, const fs::path
   return (folder / picture).string();
 }
 
-std::vector<Assignment> layersOf(const json& part, const fs::path& folder, PathsOfPreset paths,
-                                 const std::string& where) {
+/// A picture alone, or in braces with what it is prepared by.
+LayerText layerOf(const json& value, const std::string& name, const fs::path& folder, PathsOfPreset paths,
+                  const std::string& where) {
+  LayerText layer{name, {}, {}};
+  if (!value.is_object()) {
+    layer.picture = pictureOf(value, name, folder, paths, where);
+    return layer;
+  }
+  if (!value.contains("picture")) throw UserError(where + "'" + name + "' has no 'picture'");
+  for (const auto& [key, part] : value.items()) {
+    if (key == "picture") {
+      layer.picture = pictureOf(part, name, folder, paths, where);
+      continue;
+    }
+    try {
+      prepare(key, valueText(part, key, ""), layer.preparation);
+    } catch (const UserError& error) {
+      throw UserError(where + "'" + name + "': " + error.what());
+    }
+  }
+  return layer;
+}
+
+std::vector<LayerText> layersOf(const json& part, const fs::path& folder, PathsOfPreset paths,
+                                const std::string& where) {
   needObject(part, "layers", where);
-  std::vector<Assignment> layers;
-  for (const auto& [name, value] : part.items()) layers.push_back({name, pictureOf(value, name, folder, paths, where)});
+  std::vector<LayerText> layers;
+  for (const auto& [name, value] : part.items()) layers.push_back(layerOf(value, name, folder, paths, where));
   return layers;
+}
+
+int32_t heightFrom(const json& value, const std::string& where) {
+  const double height = value.is_number() ? value.get<double>() : 0.0;
+  if (height < 1.0 || height > mostPictureHeight || height != std::floor(height)) {
+    throw UserError(where + "'height' takes the height of a picture in whole pixels, 1 to 30000");
+  }
+  return static_cast<int32_t>(height);
 }
 
 [[noreturn]] void refuseKey(const std::string& key, const std::string& where) {
   throw UserError(where + "no key '" + key + "'" +
-                  suggestion(key, {"about", "controls", "layers", "animation"},
-                             "; it may have about, controls, layers and animation"));
+                  suggestion(key, {"about", "height", "controls", "layers", "animation"},
+                             "; it may have about, height, controls, layers and animation"));
 }
 
 }  // namespace
@@ -71,6 +105,8 @@ Preset readPreset(const fs::path& file, PathsOfPreset paths) {
     if (key == "about") {
       if (!value.is_string()) throw UserError(where + "'about' takes a text");
       preset.about = value.get<std::string>();
+    } else if (key == "height") {
+      preset.height = heightFrom(value, where);
     } else if (key == "controls") {
       preset.controls = controlsOf(value, where);
     } else if (key == "layers") {

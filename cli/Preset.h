@@ -1,31 +1,32 @@
 /// A look kept in a file: values of controls and pictures for layers.
 ///
 ///     { "about": "One line on what it looks like.",
+///       "height": 1080,
 ///       "controls": { "Dot Shape": "Circle", "Dot Size": 8, "Clear Background": true },
-///       "layers":   { "Custom Map Layer 1": "source" },
+///       "layers":   { "Custom Map Layer 1": { "picture": "source", "blur": "pitch", "tone": "area" },
+///                     "Mask Target Layer": "disc.png" },
 ///       "animation": { "Dot Size": [ { "frame": 1, "value": 4 }, { "frame": 24, "value": 9 } ] } }
 ///
 /// Values are numbers, true or false, or the texts that --set takes. Every part may be left out.
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "cli/Keyframes.h"
+#include "cli/tone/LayerText.h"
 
 namespace cli {
 
-/// "Dot Size" = "14": a name and what it is given, neither checked yet.
-struct Assignment {
-  std::string name;
-  std::string text;
-};
-
 struct Preset {
   std::string about;
+  /// Pixels: lengths were chosen for pictures of this height, and are to go along with others. None: they are as given.
+  std::optional<int32_t> height;
   std::vector<Assignment> controls;  ///< values in the form that --set takes
-  std::vector<Assignment> layers;    ///< "source", "none" or a picture's path, which goes from the preset's folder
+  std::vector<LayerText> layers;     ///< pictures' paths go from the preset's folder
   std::vector<TrackText> animation;  ///< goes over the values of the same controls
 };
 

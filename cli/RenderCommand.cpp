@@ -17,7 +17,7 @@ void renderStill(const Arguments& arguments, const Surroundings& surroundings) {
   const FramePictures pictures(arguments);
   const FilePicture picture = pictures.read(arguments.input);
   checkWritable(arguments.output, picture.image.depth());
-  FrameDrawer drawer(arguments, pictures);
+  FrameDrawer drawer(arguments, pictures, picture.image.height());
   for (const std::string& line : drawer.warnings()) surroundings.err << "vindrel: warning: " << line << '\n';
   giveSignOfLife();
   FilePicture drawn;

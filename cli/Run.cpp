@@ -6,12 +6,16 @@
 #include "cli/Arguments.h"
 #include "cli/Commands.h"
 #include "cli/UserError.h"
+#include "cli/presets/LookFiles.h"
 
 namespace cli {
 namespace {
 
 int dispatch(Arguments arguments, const Surroundings& surroundings) {
   if (arguments.module.empty()) arguments.module = surroundings.programFolder / "Vindrel.so";
+  for (std::filesystem::path& preset : arguments.presets) {
+    preset = findLook(preset.string(), surroundings, presetFiles);
+  }
   switch (arguments.command) {
     case Command::render:
       return render(arguments, surroundings);
@@ -26,6 +30,9 @@ int dispatch(Arguments arguments, const Surroundings& surroundings) {
       break;
     case Command::check:
       return checkPromises(arguments, surroundings);
+    case Command::presets:
+      usePresets(arguments, surroundings);
+      break;
     case Command::showText:
       surroundings.out << arguments.text;
       break;

@@ -18,6 +18,7 @@ struct Surroundings {
   std::ostream& err;                    ///< messages, one line each, and the progress bar
   bool errIsTerminal = false;           ///< shows the progress bar
   std::filesystem::path programFolder;  ///< the module built with the program lies here
+  std::filesystem::path userFolder{};   ///< what the user saves by name goes below it; empty: nowhere
 };
 
 /// Does what the words ask for, the program's own name not among them. Never throws. On anything but exitDone one line

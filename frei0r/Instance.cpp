@@ -8,8 +8,8 @@
 #include <utility>
 
 #include "cli/HostControls.h"
-#include "cli/Preset.h"
 #include "cli/UserError.h"
+#include "cli/presets/PresetStack.h"
 
 namespace video {
 namespace {
@@ -60,7 +60,8 @@ Instance::Instance(std::shared_ptr<Effect> effect, int32_t width, int32_t height
       width_(width),
       height_(height),
       frameRate_(frameRateOfProcess()),
-      base_(effect_->session.host().defaults()) {}
+      base_(effect_->session.host().defaults()),
+      preparer_(effect_->session) {}
 
 void Instance::setPreset(const std::string& file) {
   // Some programs give every value anew with every frame.
@@ -68,13 +69,16 @@ void Instance::setPreset(const std::string& file) {
   preset_ = file;
   const std::scoped_lock lock(effect_->mutex);
   base_ = effect_->session.host().defaults();
+  preparations_.clear();
   if (file.empty()) return;
   try {
-    const cli::Preset preset = cli::readPreset(file);
-    if (!preset.animation.empty()) {
+    const cli::PresetStack presets =
+        cli::PresetStack({file}, cli::PathsOfPreset::besideIt).scaled({}, height_, effect_->session.controls());
+    if (!presets.layers().front().preset.animation.empty()) {
       complain("preset '" + file + "': its keys over time are left out; the video program's own move values");
     }
-    base_ = effect_->session.values(&preset, file, {}, {});
+    base_ = effect_->session.values(presets, {}, {});
+    preparations_ = cli::preparationsOf(presets, effect_->session);
   } catch (const std::exception& error) {
     complain(error.what());
   }
@@ -123,6 +127,7 @@ void Instance::draw(double seconds, const uint8_t* in, uint8_t* out) {
     standin::StandInHost& host = effect_->session.host();
     lastFrame_ = frameAt(seconds);
     const FrameRequest request = requestFor(lastFrame_, in);
+    preparer_.prepare(preparations_, request.input, request, values);
     const standin::RenderResult result =
         host.smartRoadOffered() ? host.renderSmart(request, values) : host.renderClassic(request, values);
     // Notes of single calls are for tests; over a film they would pile up.

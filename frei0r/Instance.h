@@ -8,6 +8,7 @@
 
 #include "cli/ControlValue.h"
 #include "cli/FrameRate.h"
+#include "cli/tone/PrepareLayers.h"
 #include "frei0r/Effect.h"
 #include "host/ParameterValues.h"
 
@@ -43,8 +44,10 @@ class Instance {
   int32_t height_;
   cli::FrameRate frameRate_;
   std::string preset_;
-  standin::ParameterValues base_;               ///< defaults and preset
-  std::map<int32_t, cli::ControlValue> given_;  ///< by the control's index, what isn't its default
+  standin::ParameterValues base_;                     ///< defaults and preset
+  std::map<int32_t, cli::Preparation> preparations_;  ///< of the preset's layers, by the control's index
+  cli::LayerPreparer preparer_;                       ///< to be used while the effect is locked
+  std::map<int32_t, cli::ControlValue> given_;        ///< by the control's index, what isn't its default
   int32_t lastFrame_ = -1;
   std::string lastComplaint_;
 };

@@ -14,7 +14,7 @@ TEST(ArgumentsTest, aPlainRenderTakesTheDefaults) {
   EXPECT_EQ(arguments.input, "in.png");
   EXPECT_EQ(arguments.output, "out.png");
   EXPECT_FALSE(arguments.depth.has_value());
-  EXPECT_FALSE(arguments.preset.has_value());
+  EXPECT_TRUE(arguments.presets.empty());
   EXPECT_EQ(arguments.frame, 0);
   EXPECT_EQ(arguments.frameRate, (cli::FrameRate{24, 1}));
   EXPECT_EQ(arguments.downsample, 1);
@@ -32,14 +32,14 @@ TEST(ArgumentsTest, everyOptionOfRenderArrives) {
   EXPECT_EQ(arguments.sets[0].name, "Dot Size");
   EXPECT_EQ(arguments.sets[1].text, "Star");
   ASSERT_EQ(arguments.layers.size(), 1U);
-  EXPECT_EQ(arguments.layers[0].text, "b.png");
+  EXPECT_EQ(arguments.layers[0].picture, "b.png");
   EXPECT_EQ(arguments.input, "in.png");
   EXPECT_EQ(arguments.output, "out.png");
   EXPECT_EQ(arguments.depth, standin::Depth::k16);
   EXPECT_EQ(arguments.frame, 7);
   EXPECT_EQ(arguments.frameRate, (cli::FrameRate{30000, 1001}));
   EXPECT_EQ(arguments.downsample, 2);
-  EXPECT_EQ(arguments.preset, "p.json");
+  EXPECT_EQ(arguments.presets, (std::vector<std::filesystem::path>{"p.json"}));
   EXPECT_EQ(arguments.module, "m.so");
   EXPECT_EQ(arguments.road, cli::Road::classic);
 }
@@ -89,7 +89,7 @@ TEST(ArgumentsTest, theLastOfARepeatedOptionCounts) {
                       "--preset", "p", "--preset", "q", "--module", "m", "--module", "n"});
   EXPECT_EQ(arguments.depth, standin::Depth::k16);
   EXPECT_EQ(arguments.frameRate, (cli::FrameRate{30, 1}));
-  EXPECT_EQ(arguments.preset, "q");
+  EXPECT_EQ(arguments.presets, (std::vector<std::filesystem::path>{"p", "q"}));
   EXPECT_EQ(arguments.module, "n");
 }
 

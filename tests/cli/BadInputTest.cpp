@@ -46,7 +46,8 @@ class BadInputTest : public testing::Test {
 // ---- commands and options
 
 TEST_F(BadInputTest, noCommandAtAll) {
-  expectRefused({}, "no command; it must be render, controls, about, options or check ('vindrel --help' tells more)");
+  expectRefused(
+      {}, "no command; it must be render, presets, controls, about, options or check ('vindrel --help' tells more)");
 }
 
 TEST_F(BadInputTest, aMisspeltCommand) {
@@ -54,7 +55,8 @@ TEST_F(BadInputTest, aMisspeltCommand) {
 }
 
 TEST_F(BadInputTest, aCommandThatIsNearNone) {
-  expectRefused({"photograph"}, "no command 'photograph'; it must be render, controls, about, options or check");
+  expectRefused({"photograph"},
+                "no command 'photograph'; it must be render, presets, controls, about, options or check");
 }
 
 TEST_F(BadInputTest, aMisspeltOption) {

@@ -44,9 +44,9 @@ TEST_F(PresetTest, picturesAreLookedForBesideThePreset) {
   const auto file = folder_.write("p.json", R"({"layers": {"A": "source", "B": "none", "C": "map.png"}})");
   const cli::Preset preset = cli::readPreset(file);
   ASSERT_EQ(preset.layers.size(), 3U);
-  EXPECT_EQ(preset.layers[0].text, "source");
-  EXPECT_EQ(preset.layers[1].text, "none");
-  EXPECT_EQ(preset.layers[2].text, (folder_ / "map.png").string());
+  EXPECT_EQ(preset.layers[0].picture, "source");
+  EXPECT_EQ(preset.layers[1].picture, "none");
+  EXPECT_EQ(preset.layers[2].picture, (folder_ / "map.png").string());
 }
 
 TEST_F(PresetTest, whatIsNoJsonIsToldWithItsPlace) {
@@ -58,7 +58,7 @@ TEST_F(PresetTest, partsOfAWrongFormAreToldApart) {
   EXPECT_EQ(complaintAbout("[1, 2]"), "it must be an object with 'controls' and 'layers'");
   EXPECT_EQ(complaintAbout(R"({"control": {}})"), "no key 'control'; did you mean 'controls'?");
   EXPECT_EQ(complaintAbout(R"({"thumbnail": 1})"),
-            "no key 'thumbnail'; it may have about, controls, layers and animation");
+            "no key 'thumbnail'; it may have about, height, controls, layers and animation");
   EXPECT_EQ(complaintAbout(R"({"controls": 5})"), "'controls' takes names with values in braces");
   EXPECT_EQ(complaintAbout(R"({"about": 5})"), "'about' takes a text");
   EXPECT_EQ(complaintAbout(R"({"controls": {"Dot Size": [1]}})"),

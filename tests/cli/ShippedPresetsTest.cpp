@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "cli/Preset.h"
 #include "tests/cli/CommandLine.h"
 
 namespace {
@@ -46,6 +47,16 @@ TEST(ShippedPresetsTest, eachGivesTheSamePictureByEitherRoad) {
     ASSERT_EQ(runCommandLine({"render", in, classic, "--preset", preset.string(), "--road", "classic"}).exitCode, 0);
     ASSERT_EQ(runCommandLine({"render", in, smart, "--preset", preset.string(), "--road", "smart"}).exitCode, 0);
     EXPECT_TRUE(samePixels(cli::readPicture(classic), cli::readPicture(smart))) << preset;
+  }
+}
+
+TEST(ShippedPresetsTest, eachFitsItsControlsUpTo8K) {
+  for (const auto& preset : shippedPresets()) {
+    const std::optional<int32_t> height = cli::readPreset(preset).height;
+    ASSERT_TRUE(height) << preset << " doesn't say for which height it was made";
+    const std::string scale = std::to_string(4320.0 / *height);
+    const Outcome outcome = runCommandLine({"controls", "--preset", preset.string(), "--scale", scale});
+    EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
   }
 }
 
