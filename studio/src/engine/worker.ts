@@ -1,0 +1,48 @@
+// Draws frames off the page's own thread, one at a time.
+import { Effect } from "./effect";
+import type { FromWorker, ToWorker } from "./messages";
+
+const say = (message: FromWorker, transfer: Transferable[] = []): void =>
+  (self as unknown as Worker).postMessage(message, transfer);
+
+let effect: Effect | undefined;
+let latest: Int32Array | undefined;
+
+function act(message: ToWorker): void {
+  if (message.kind === "start") {
+    effect = new Effect(message.module);
+    latest = message.latest;
+    return;
+  }
+  if (!effect) return;
+  if (message.kind === "picture") {
+    if (!effect.takePicture(message.slot, message.picture)) say({ kind: "noMemory", slot: message.slot });
+    return;
+  }
+  const { job } = message;
+  const begin = performance.now();
+  let told = begin;
+  effect.onProgress = (done, total) => {
+    // The page counts the tickets in memory that both see, where it may share memory with its workers.
+    if (latest && Atomics.load(latest, 0) !== job.ticket) return true;
+    const now = performance.now();
+    if (now - told > 100) {
+      told = now;
+      say({ kind: "progress", ticket: job.ticket, share: total > 0 ? done / total : 0 });
+    }
+    return false;
+  };
+  effect.table = job.table;
+  const code = effect.draw(job.downsample, 8, job.time);
+  const picture = code === 0 ? effect.frame8() : undefined;
+  const milliseconds = performance.now() - begin;
+  say({ kind: "drawn", job, code, picture, milliseconds }, picture ? [picture.pixels.buffer] : []);
+}
+
+self.onmessage = (event: MessageEvent<ToWorker>) => {
+  try {
+    act(event.data);
+  } catch (error) {
+    say({ kind: "broken", text: error instanceof Error ? error.message : String(error) });
+  }
+};
