@@ -10,6 +10,7 @@
 #include "effect/dots/LayerEffectMap.h"
 #include "effect/pixel/Blend.h"
 #include "effect/pixel/Convert.h"
+#include "tests/dots/ExpectDraft.h"
 #include "tests/dots/Frames.h"
 #include "tests/dots/LayerWorld.h"
 
@@ -17,6 +18,7 @@ namespace vindrel {
 namespace {
 
 using testing::effectorOf;
+using testing::expectSame;
 using testing::fixed;
 using testing::LayerWorld;
 using testing::MappedEffector;
@@ -68,18 +70,6 @@ DotDraft<Pixel> after(const EffectorParams& params, const BaseEffectMap& map, Do
 
 DotDraft<Pixel8> after(const EffectorParams& params, double weight) {
   return after(params, EvenMap(weight), draft(orange));
-}
-
-template <class Pixel>
-void expectSame(const DotDraft<Pixel>& dot, const DotDraft<Pixel>& expected) {
-  EXPECT_EQ(dot.frontKey, expected.frontKey);
-  EXPECT_EQ(dot.x, expected.x);
-  EXPECT_EQ(dot.y, expected.y);
-  EXPECT_EQ(dot.size, expected.size);
-  EXPECT_EQ(dot.aspect, expected.aspect);
-  EXPECT_EQ(dot.rotation, expected.rotation);
-  EXPECT_EQ(dot.opacity, expected.opacity);
-  EXPECT_EQ(dot.color, expected.color);
 }
 
 // No change.

@@ -7,6 +7,7 @@
 
 #include "effect/dots/Effector.h"
 #include "effect/dots/LayerEffectMap.h"
+#include "tests/dots/ExpectDraft.h"
 #include "tests/dots/Frames.h"
 #include "tests/dots/LayerWorld.h"
 #include "tests/dots/PlainEffector.h"
@@ -14,6 +15,7 @@
 namespace vindrel {
 namespace {
 
+using testing::expectSame;
 using testing::LayerWorld;
 using testing::MappedEffector;
 
@@ -119,14 +121,7 @@ TYPED_TEST(EffectorTwin, everyValueIsThatOfThePlainStepsBitForBit) {
       applyEffector(mapped.state, *mapped.map, frontOrdering, dot);
       DotDraft<TypeParam> expected = before;
       plain::applyEffector(params, canvasWidth, canvasHeight, frontOrdering, expected);
-      EXPECT_EQ(dot.frontKey, expected.frontKey);
-      EXPECT_EQ(dot.x, expected.x);
-      EXPECT_EQ(dot.y, expected.y);
-      EXPECT_EQ(dot.size, expected.size);
-      EXPECT_EQ(dot.aspect, expected.aspect);
-      EXPECT_EQ(dot.rotation, expected.rotation);
-      EXPECT_EQ(dot.opacity, expected.opacity);
-      EXPECT_EQ(dot.color, expected.color);
+      expectSame(dot, expected);
       if (this->HasFailure()) {
         FAIL() << "seed " << seed << ", round " << round << ", effect map " << params.effectMap << ", place "
                << before.x << ", " << before.y;

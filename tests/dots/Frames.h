@@ -10,12 +10,11 @@
 #include "effect/dots/FieldSettings.h"
 #include "effect/filter/MakeFieldSettings.h"
 #include "effect/params/RenderParams.h"
+#include "tests/support/Fixed.h"
 
 namespace vindrel::testing {
 
-constexpr PF_Fixed fixed(double value) {
-  return static_cast<PF_Fixed>(value * 65536.0);
-}
+using test::fixed;
 
 /// The settings of a frame at full resolution, at a time in the host's units; without a time step time stands still.
 template <class Pixel>

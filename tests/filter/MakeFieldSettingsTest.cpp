@@ -9,17 +9,16 @@
 #include <utility>
 
 #include "effect/params/Choices.h"
+#include "tests/support/Fixed.h"
 
 namespace vindrel {
 namespace {
 
+using test::fixed;
+
 constexpr double degree = 0.017453292519943295;
 constexpr int32_t least = std::numeric_limits<int32_t>::min();
 constexpr int32_t greatest = std::numeric_limits<int32_t>::max();
-
-PF_Fixed fixed(double value) {
-  return static_cast<PF_Fixed>(value * 65536.0);
-}
 
 PF_InData fullResolution() {
   PF_InData in_data{};
