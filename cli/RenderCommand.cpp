@@ -48,8 +48,11 @@ int render(const Arguments& arguments, const Surroundings& surroundings) {
     return exitDone;
   };
   if (isOurs(arguments, surroundings)) return work(surroundings);
+  // Frames in workers have a foreman who tries each of them twice before he tells of it.
+  const bool foreman = shot && arguments.jobs > 1;
+  const double patience = foreman ? 2 * arguments.frameTimeout + 10 : arguments.frameTimeout;
   try {
-    return runApart(surroundings, arguments.frameTimeout, work);
+    return runApart(surroundings, patience, work);
   } catch (const EffectError&) {
     // A process that crashed may have been writing.
     if (shot && !arguments.checkOnly) removeLeftoversOfShot(arguments);
