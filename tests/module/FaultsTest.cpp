@@ -318,5 +318,19 @@ TEST_P(FaultsOfACommand, leaveTheModuleWell) {
 INSTANTIATE_TEST_SUITE_P(Commands, FaultsOfACommand, testing::ValuesIn(otherCommands()),
                          [](const testing::TestParamInfo<OtherCommand>& item) { return std::string(item.param.name); });
 
+// A runtime that takes a thread-local index of the process for its exceptions, and keeps it, ends a Windows process
+// after 1,086 such lives.
+TEST(ManyLives, anExceptionInEachTakesNothingOfTheProcessForGood) {
+  for (int life = 1; life <= 1200; ++life) {
+    const standin::LoadedModule module(VINDREL_MODULE_PATH);
+    standin::StandInHost host(module, plainHost());
+    ASSERT_EQ(host.start(), 0) << "life " << life;
+    host.faults().fail("host_new_handle", 1, planned);
+    const RenderResult frame = host.renderSmart(smallFrame(Depth::k8), host.defaults());
+    ASSERT_EQ(frame.error, PF_Err_INTERNAL_STRUCT_DAMAGED) << "life " << life;
+    ASSERT_EQ(host.finish(), 0) << "life " << life;
+  }
+}
+
 }  // namespace
 }  // namespace moduletest
