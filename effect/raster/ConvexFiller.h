@@ -1,4 +1,5 @@
-// Fills an outline that has one top, one bottom and no dent: the road of most dots.
+// Fills an outline that has one top, one bottom and no dent, of any size and in any place: the road of
+// those that TurnedFiller doesn't take.
 //
 // The two sides are walked down from the top vertex, one forward through the vertices, one backward, each by a running
 // x and a slope, and every sub-row gives exactly one span; which side is the left one is seen on each sub-row. Eight of

@@ -6,8 +6,7 @@
 // (DotOutlines), joined by straight lines; curves exist nowhere behind it. PolygonRasterizer brings the vertices to the
 // canvas and hands the outline to one of three fillers: TurnedFiller or ConvexFiller, when it has one top, one bottom
 // and no dent (the first when that is known in advance, and the outline not too large), and GeneralFiller for all
-// others. Each paints pixel row by pixel row as its scan goes down (RowPainter, PaintPixel); no
-// mask of a dot is ever held.
+// others. Each paints pixel row by pixel row from the top down (RowPainter, PaintPixel); no mask of a dot is ever held.
 //
 // Representation. Every pixel is cut into 8 by 8 samples. A sub-row is an eighth of a pixel row, a sub-column an eighth
 // of a column; sub-row y belongs to pixel row y >> 3, and column likewise. Fillers work on coordinates times eight. On

@@ -1,9 +1,10 @@
-// Lays one colour over stretches of a pixel row, from counts of covered samples: the inner loop of both fillers.
+// Lays one colour over stretches of a pixel row, from counts of covered samples: the inner loop of all fillers.
 //
 // Pixels are painted in fours where the colour allows it (lanes::Painter), which gives what paintPixel gives. Three
 // short cuts, none of which changes a byte: wholly covered pixels under an opaque colour become the colour; wholly
 // covered pixels that hold what the four before held become what those became, since a pixel's new value follows from
-// its old one, the colour and the count alone; and the fours at the end of a stretch are mixed in a copy.
+// its old one, the colour and the count alone; and the fours at the end of a row are mixed in a copy. A four may reach
+// beyond the pixels that are meant: those count 0, and keep what they hold.
 #pragma once
 
 #include <algorithm>

@@ -14,8 +14,8 @@
 namespace vindrel::wide_lanes {
 
 bool available() {
-  static const bool has = __builtin_cpu_supports("avx2") != 0;
-  return has;
+  // Looked up in what was found out as the module was loaded; a value kept here would need a lock.
+  return __builtin_cpu_supports("avx2") != 0;
 }
 
 namespace {
