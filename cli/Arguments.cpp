@@ -183,6 +183,24 @@ void takeRender(const CLI::App& command, const Words& words, Arguments& argument
   if (command.count("--road") > 0) arguments.road = roadFrom(words.road);
 }
 
+void takeSheet(const CLI::App& command, const Words& words, Arguments& arguments) {
+  if (words.output.empty()) {
+    throw UserError("sheet needs a picture to read and one to write: vindrel sheet IN OUT.png --vary \"Dot Size=4,8\"");
+  }
+  arguments.input = words.input;
+  arguments.output = words.output;
+  for (const std::string& text : words.varied) arguments.varied.push_back(splitAssignment(text, "--vary"));
+  if (arguments.varied.empty()) {
+    throw UserError("sheet needs a control and its values: --vary \"Dot Size=4,8,12\"");
+  }
+  if (command.count("--width") > 0) {
+    arguments.cellWidth = wholeFrom(words.cellWidth, 16, 4096, "--width takes a whole number from 16 to 4096");
+  }
+  if (command.count("--frame") > 0) {
+    arguments.frame = wholeFrom(words.frame, 0, 1000000, "--frame takes a whole number from 0 to 1000000");
+  }
+}
+
 void takeOptions(const Words& words, Arguments& arguments) {
   if (words.save == words.restore) throw UserError("options takes either --save or --restore");
   if (words.restore && (!words.sets.empty() || !words.presets.empty())) {
@@ -234,6 +252,7 @@ void takePresets(const CLI::App& command, const Words& words, Arguments& argumen
 
 Command commandNamed(const std::string& name) {
   if (name == "render") return Command::render;
+  if (name == "sheet") return Command::sheet;
   if (name == "controls") return Command::controls;
   if (name == "about") return Command::about;
   if (name == "check") return Command::check;
@@ -327,6 +346,7 @@ Arguments parseArguments(const std::vector<std::string>& wordsOfCaller) {
     arguments.describe = given.describe;
   }
   if (arguments.command == Command::render) takeRender(command, given, arguments);
+  if (arguments.command == Command::sheet) takeSheet(command, given, arguments);
   if (arguments.command == Command::options) takeOptions(given, arguments);
   if (arguments.command == Command::check) takeCheck(command, given, arguments);
   if (arguments.command == Command::presets) takePresets(command, given, arguments);

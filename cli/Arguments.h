@@ -14,7 +14,7 @@
 
 namespace cli {
 
-enum class Command { render, controls, about, options, presets, check, showText };
+enum class Command { render, sheet, controls, about, options, presets, check, showText };
 enum class Road { asModuleSays, classic, smart };
 enum class LogForm { none, text, json };
 enum class OptionsAction { save, restore };
@@ -30,6 +30,8 @@ struct Arguments {
   std::string valueTable;                      ///< a file of values by frame; empty: none
   std::vector<Assignment> sets;
   std::vector<LayerText> layers;
+  std::vector<Assignment> varied;  ///< of `sheet`: a control and all its values
+  int32_t cellWidth = 400;         ///< of `sheet`: the most pixels that a picture is wide
 
   std::filesystem::path input;
   std::filesystem::path output;

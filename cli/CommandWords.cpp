@@ -108,10 +108,35 @@ void addLimits(CLI::App& app, Words& words) {
   app.add_flag("--allow-paths", words.allowPaths, "Let a preset name pictures outside its own folder");
 }
 
+void addSheet(CLI::App& app, Words& words) {
+  CLI::App* sheet = app.add_subcommand("sheet", "Draw variants side by side, each with a label");
+  sheet->add_option("IN", words.input, "The picture to read")
+      ->type_name("")
+      ->multi_option_policy(CLI::MultiOptionPolicy::Throw);
+  sheet->add_option("OUT", words.output, "The picture to write, of 8 bits")
+      ->type_name("")
+      ->multi_option_policy(CLI::MultiOptionPolicy::Throw);
+  sheet
+      ->add_option("--vary", words.varied,
+                   "A control and its values, as in \"Dot Size=4,8,12\"; may be repeated, for all combinations. Values "
+                   "with commas are parted by semicolons")
+      ->type_name("\"NAME=VALUES\"")
+      ->expected(1)
+      ->allow_extra_args(false)
+      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+  sheet->add_option("--width", words.cellWidth, "The most pixels that each picture is wide (default: 400)")
+      ->type_name("N");
+  addValues(*sheet, words);
+  addLayers(*sheet, words);
+  sheet->add_option("--frame", words.frame, "The frame to draw, from 0 (default: 0)")->type_name("N");
+  addLimits(*sheet, words);
+  addModule(*sheet, words);
+}
+
 }  // namespace
 
 const std::vector<std::string>& commandNames() {
-  static const std::vector<std::string> names = {"render", "presets", "controls", "about", "options", "check"};
+  static const std::vector<std::string> names = {"render", "sheet", "presets", "controls", "about", "options", "check"};
   return names;
 }
 
@@ -152,6 +177,7 @@ void declareCommands(CLI::App& app, Words& words) {
   addLimits(*render, words);
   addModule(*render, words);
 
+  addSheet(app, words);
   CLI::App* presets = app.add_subcommand("presets", "List the looks that --preset knows by name, or save one");
   presets
       ->add_option("--save", words.saveName,

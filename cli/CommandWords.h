@@ -16,6 +16,8 @@ struct Words {
   std::vector<std::string> layers;
   std::vector<std::string> presets;
   std::string scale;
+  std::vector<std::string> varied;
+  std::string cellWidth;
   std::string module;
   std::string depth;
   std::string frame;

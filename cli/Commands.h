@@ -17,6 +17,9 @@ int renderShot(const Arguments& arguments, const Surroundings& surroundings);
 /// Removes what a process that ended in the midst of a shot has left of the files it was writing.
 void removeLeftoversOfShot(const Arguments& arguments);
 
+/// `vindrel sheet`: draws all combinations of some values, and puts them side by side into one labelled picture.
+void drawSheet(const Arguments& arguments, const Surroundings& surroundings);
+
 /// `vindrel controls`: the controls as the host received them, and with values given what the module greys for them.
 void listControls(const Arguments& arguments, const Surroundings& surroundings);
 

@@ -19,6 +19,9 @@ int dispatch(Arguments arguments, const Surroundings& surroundings) {
   switch (arguments.command) {
     case Command::render:
       return render(arguments, surroundings);
+    case Command::sheet:
+      drawSheet(arguments, surroundings);
+      break;
     case Command::controls:
       listControls(arguments, surroundings);
       break;

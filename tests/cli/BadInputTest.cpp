@@ -47,7 +47,8 @@ class BadInputTest : public testing::Test {
 
 TEST_F(BadInputTest, noCommandAtAll) {
   expectRefused(
-      {}, "no command; it must be render, presets, controls, about, options or check ('vindrel --help' tells more)");
+      {},
+      "no command; it must be render, sheet, presets, controls, about, options or check ('vindrel --help' tells more)");
 }
 
 TEST_F(BadInputTest, aMisspeltCommand) {
@@ -56,7 +57,7 @@ TEST_F(BadInputTest, aMisspeltCommand) {
 
 TEST_F(BadInputTest, aCommandThatIsNearNone) {
   expectRefused({"photograph"},
-                "no command 'photograph'; it must be render, presets, controls, about, options or check");
+                "no command 'photograph'; it must be render, sheet, presets, controls, about, options or check");
 }
 
 TEST_F(BadInputTest, aMisspeltOption) {
