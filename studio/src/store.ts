@@ -4,7 +4,7 @@ import { batch, computed, signal, type Signal } from "@preact/signals";
 import { Drawer } from "./engine/drawer";
 import { Effect, type Control, type Picture } from "./engine/effect";
 import {
-  defaultOf, firstPictureLayer, fromTable, hasValue, layerNone, layerSource, parseValue, sameValue, toTable, valueText,
+  defaultOf, firstPictureLayer, fromTable, hasValue, isPlace, layerNone, layerSource, parseValue, sameValue, toTable, valueText,
   WrongValue, type Value,
 } from "./engine/values";
 import help from "../../manual/controls.json";
@@ -14,10 +14,27 @@ export interface NamedPicture {
   picture: Picture;
 }
 
+/** A picture alone, or with what the command line prepares it by (a blur, a tone curve). */
+export type PresetLayer = string | { picture: string };
+
 export interface Preset {
   about?: string;
+  /** Lengths were chosen for pictures of this height, and go along with others. */
+  height?: number;
   controls?: Record<string, number | boolean | string>;
-  layers?: Record<string, string>;
+  layers?: Record<string, PresetLayer>;
+}
+
+export function pictureOfLayer(layer: PresetLayer): string {
+  return typeof layer === "string" ? layer : layer.picture;
+}
+
+/** The names tell which numbers are lengths in pixels: the host declares no units. */
+const lengthName = /^(Dot Size|Dot Distance [XY]|(ABS |Offset )?Size \d+)$/;
+
+/** Nine digits are far finer than any pixel, and keep 0.1 * 3 from becoming 0.30000000000000004. */
+function tidied(length: number): number {
+  return Number(length.toPrecision(9));
 }
 
 export interface Shown {
@@ -215,9 +232,13 @@ export class Store {
 
   // --- presets ------------------------------------------------------------------------------------------------------
 
-  /** The values of a preset over the defaults. Throws WrongValue for what doesn't fit. */
-  valuesOf(preset: Preset): Value[] {
-    const values = [...this.defaults];
+  /**
+   * The values of a preset over the defaults; lengths go along with the height of the picture (the page's own when left
+   * out), as by the command line. Throws WrongValue for what doesn't fit.
+   */
+  valuesOf(preset: Preset, height = this.source.peek()?.picture.height): Value[] {
+    const factor = preset.height && height ? height / preset.height : 1;
+    const values = this.defaults.map((value, i) => this.scaledDefault(this.controls[i], value, factor));
     const find = (name: string): Control => {
       const named = this.controls.filter(hasValue);
       const control =
@@ -227,14 +248,33 @@ export class Store {
     };
     for (const [name, value] of Object.entries(preset.controls ?? {})) {
       const control = find(name);
-      values[control.index - 1] = parseValue(control, String(value));
+      values[control.index - 1] = this.scaled(control, parseValue(control, String(value)), factor);
     }
-    for (const [name, text] of Object.entries(preset.layers ?? {})) {
+    for (const [name, layer] of Object.entries(preset.layers ?? {})) {
+      const text = pictureOfLayer(layer);
       const control = find(name);
       if (control.kind !== "layer") throw new WrongValue(`"${control.name}" is no layer.`);
       values[control.index - 1] = text === "none" ? layerNone : text === "source" ? layerSource : this.layerNamed(text);
     }
     return values;
+  }
+
+  private scaledDefault(control: Control, value: Value, factor: number): Value {
+    if (typeof value !== "number" || !lengthName.test(control.name) || factor === 1) return value;
+    const [least, greatest] = control.valid ?? [-Infinity, Infinity];
+    return Math.min(greatest, Math.max(least, tidied(value * factor)));
+  }
+
+  private scaled(control: Control, value: Value, factor: number): Value {
+    if (factor === 1) return value;
+    if (isPlace(value) && !value.percent) {
+      return { x: tidied(value.x * factor), y: tidied(value.y * factor), percent: false };
+    }
+    if (typeof value !== "number" || !lengthName.test(control.name)) return value;
+    const length = tidied(value * factor);
+    const [least, greatest] = control.valid ?? [-Infinity, Infinity];
+    if (length >= least && length <= greatest) return length;
+    throw new WrongValue(`"${control.name}" would be ${length} at this picture's height, and takes ${least} to ${greatest}.`);
   }
 
   private layerNamed(name: string): number {

@@ -409,6 +409,27 @@ test("each way of taking home gives the same pixels by the command line", async 
   await page.close();
 });
 
+test("looks are those of the command line, with lengths that go along with the picture's height", async () => {
+  const page = await open();
+  const picture = join(root, "examples/astronaut.png");
+  await openPicture(page, picture);
+  let compared = 0;
+  for (const file of readdirSync(join(root, "presets")).filter((name) => name.endsWith(".json"))) {
+    const path = join(root, "presets", file);
+    const preset = JSON.parse(readFileSync(path, "utf8")) as { layers?: Record<string, unknown> };
+    await page.getByRole("button", { name: file.replace(".json", ""), exact: true }).click();
+    const isPrepared = Object.values(preset.layers ?? {}).some((layer) => typeof layer !== "string");
+    assert.equal(await page.getByText(/Only the command line does that/).isVisible(), isPrepared, file);
+    if (isPrepared) continue;
+    const out = join(scratch, "look.png");
+    vindrel("render", picture, out, "--preset", path);
+    assert.equal(differing(await frameOf(page), await pngPicture(out)), 0, file);
+    compared += 1;
+  }
+  assert.ok(compared >= 6);
+  await page.close();
+});
+
 test("the three photographs are those of examples/", async () => {
   const page = await open();
   for (const [title, file] of [["Coffee", "coffee.png"], ["Cat", "chelsea.png"], ["Astronaut", "astronaut.png"]]) {

@@ -8,7 +8,7 @@ import type { Store } from "../store";
 import { applyLook, loadLookPictures } from "./files";
 import { paint } from "./paint";
 
-/** The looks are made for pictures of about this size; what they show on the thumbnail is what they do on such a one. */
+/** Pixels; lengths go along with the height, so that a thumbnail shows what the look does on the picture itself. */
 const longSide = 600;
 
 function shrunkTo(picture: Picture, side: number): Picture {
@@ -39,12 +39,13 @@ function useThumbnails(store: Store): (Picture | undefined)[] {
       if (isOver) return;
       const thumbs = (drawer.current ??= new Drawer(store.module));
       for (const [slot, layer] of store.layers.value) thumbs.takePicture(slot, layer.picture);
-      thumbs.takePicture(0, shrunkTo(source.picture, longSide));
+      const small = shrunkTo(source.picture, longSide);
+      thumbs.takePicture(0, small);
       for (let i = 0; i < looks.length && !isOver; ++i) {
         const picture = await new Promise<Picture>((resolve) => {
           thumbs.onDrawn = (drawn) => resolve(drawn.picture);
           thumbs.draw({
-            table: toTable(store.controls, store.valuesOf(looks[i].preset)),
+            table: toTable(store.controls, store.valuesOf(looks[i].preset, small.height)),
             downsample: 2,
             time: { frame: 0, step: 1, scale: 24 },
             draft: true,
