@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdio>
 #include <cstring>
+#include <exception>
 #include <limits>
 
 namespace check {
@@ -101,7 +102,8 @@ Life::Life(Trial& whose, const standin::HostSettings& settings) : Loaded(whose, 
 Life::~Life() {
   if (finished_) return;
   try {
-    static_cast<void>(finish());
+    // While an exception flies the step stays the one in which it was thrown.
+    static_cast<void>(std::uncaught_exceptions() > 0 ? host.finish() : finish());
   } catch (...) {
     trial.finding(whatWasThrown());
   }

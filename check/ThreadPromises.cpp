@@ -74,11 +74,12 @@ void drawOnThreads(Trial& trial, bool randomToo) {
         const Wanted& wanted = frames[which];
         const RenderResult result = draw(*hosts[thread], wanted.way, wanted.frame, wanted.values);
         ++seen[thread].frames;
-        const std::string what = wanted.way.text() + " with " + valuesText(wanted.values) + ": ";
-        if (result.error != PF_Err_NONE) {
-          seen[thread].findings.push_back(what + "it answers error " + std::to_string(result.error));
-        } else if (const std::string differs = difference(wanted.alone, result.output); !differs.empty()) {
-          seen[thread].findings.push_back("it isn't as it is alone, by " + what + differs);
+        std::string what = result.error != PF_Err_NONE ? "it answers error " + std::to_string(result.error)
+                                                       : difference(wanted.alone, result.output);
+        if (!what.empty()) {
+          what.insert(0,
+                      "it isn't as it is alone, by " + wanted.way.text() + " with " + valuesText(wanted.values) + ": ");
+          seen[thread].findings.push_back(std::move(what));
         }
         hosts[thread]->log().clear();
       }
