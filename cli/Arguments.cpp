@@ -232,8 +232,27 @@ double scaleFrom(const Words& words) {
   const std::string complaint = "--scale takes a number above 0, up to 1000";
   const double scale = numberFrom(words.scale, complaint);
   if (scale <= 0.0 || scale > 1000.0) throw UserError(complaint + ", not '" + words.scale + "'");
-  if (words.presets.empty()) throw UserError("--scale goes with --preset; values by --set are taken as they are");
+  if (words.presets.empty() && words.recipe.empty())
+    throw UserError("--scale goes with --preset; values by --set are taken as they are");
   return scale;
+}
+
+void takeScreens(const CLI::App& command, const Words& words, Arguments& arguments) {
+  if (words.list) {
+    if (!words.input.empty() || command.count("--recipe") > 0) throw UserError("--list takes nothing else");
+    return;
+  }
+  if (words.input.empty() || words.output.empty()) {
+    throw UserError("screens needs a picture to read and one to write: vindrel screens IN OUT --recipe NAME");
+  }
+  if (words.recipe.empty()) throw UserError("screens needs a recipe; 'vindrel screens --list' shows those by name");
+  arguments.input = words.input;
+  arguments.output = words.output;
+  arguments.recipe = words.recipe;
+  if (command.count("--depth") > 0) arguments.depth = depthFrom(words.depth);
+  if (command.count("--png-level") > 0) {
+    arguments.writeChoices.pngLevel = wholeFrom(words.pngLevel, 0, 9, "--png-level takes a whole number from 0 to 9");
+  }
 }
 
 void takePresets(const CLI::App& command, const Words& words, Arguments& arguments) {
@@ -257,6 +276,7 @@ Command commandNamed(const std::string& name) {
   if (name == "about") return Command::about;
   if (name == "check") return Command::check;
   if (name == "presets") return Command::presets;
+  if (name == "screens") return Command::screens;
   return Command::options;
 }
 
@@ -349,6 +369,7 @@ Arguments parseArguments(const std::vector<std::string>& wordsOfCaller) {
   if (arguments.command == Command::sheet) takeSheet(command, given, arguments);
   if (arguments.command == Command::options) takeOptions(given, arguments);
   if (arguments.command == Command::check) takeCheck(command, given, arguments);
+  if (arguments.command == Command::screens) takeScreens(command, given, arguments);
   if (arguments.command == Command::presets) takePresets(command, given, arguments);
   return arguments;
 }

@@ -14,7 +14,7 @@
 
 namespace cli {
 
-enum class Command { render, sheet, controls, about, options, presets, check, showText };
+enum class Command { render, sheet, controls, about, options, presets, screens, check, showText };
 enum class Road { asModuleSays, classic, smart };
 enum class LogForm { none, text, json };
 enum class OptionsAction { save, restore };
@@ -61,6 +61,7 @@ struct Arguments {
   std::optional<std::string> describe;  ///< of `controls`: the control to tell about
   OptionsAction optionsAction = OptionsAction::save;
   std::vector<std::string> checkWords;  ///< of `check`, as its own reader takes them; the module stands in module
+  std::string recipe;                   ///< of `screens`: a name or a file; empty: list them
   std::string saveName;                 ///< of `presets`: a name or a file; empty: list them
   std::string about;                    ///< of the preset to save
   bool replace = false;                 ///< an existing preset may be saved over

@@ -136,7 +136,8 @@ void addSheet(CLI::App& app, Words& words) {
 }  // namespace
 
 const std::vector<std::string>& commandNames() {
-  static const std::vector<std::string> names = {"render", "sheet", "presets", "controls", "about", "options", "check"};
+  static const std::vector<std::string> names = {"render",   "sheet", "screens", "presets",
+                                                 "controls", "about", "options", "check"};
   return names;
 }
 
@@ -178,6 +179,27 @@ void declareCommands(CLI::App& app, Words& words) {
   addModule(*render, words);
 
   addSheet(app, words);
+  CLI::App* screens = app.add_subcommand("screens", "Print a picture in several inks, each with its own screen");
+  screens->add_option("IN", words.input, "The picture to read")
+      ->type_name("")
+      ->multi_option_policy(CLI::MultiOptionPolicy::Throw);
+  screens->add_option("OUT", words.output, "The picture to write: .png, .tif, .tiff or .exr")
+      ->type_name("")
+      ->multi_option_policy(CLI::MultiOptionPolicy::Throw);
+  screens->add_option("--recipe", words.recipe, "The inks, by the recipe's name (--list shows them) or from a file")
+      ->type_name("NAME|FILE.json");
+  screens->add_flag("--list", words.list, "List the recipes that can be named");
+  screens->add_option("--scale", words.scale, "Multiply all lengths by this (default: by the picture's height)")
+      ->type_name("F");
+  screens->add_option("--depth", words.depth, "Bits of a channel: 8, 16 or 32 for float (default: the input's own)")
+      ->type_name("BITS");
+  screens->add_option("--png-level", words.pngLevel, "Compression of PNG files, 0 to 9 for the smallest (default: 1)")
+      ->type_name("N");
+  screens->add_flag("--stamp", words.stamp,
+                    "Put the time of day into OUT; without it, the same picture is the same file");
+  addLimits(*screens, words);
+  addModule(*screens, words);
+
   CLI::App* presets = app.add_subcommand("presets", "List the looks that --preset knows by name, or save one");
   presets
       ->add_option("--save", words.saveName,

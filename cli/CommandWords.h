@@ -50,6 +50,7 @@ struct Words {
   bool list = false;
   bool markdown = false;
   std::string saveName;
+  std::string recipe;
   std::string aboutText;
   std::string height;
   bool replace = false;

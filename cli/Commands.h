@@ -34,6 +34,9 @@ void answerOptions(const Arguments& arguments, const Surroundings& surroundings)
 /// @return an exit code: whether anything failed
 int checkPromises(const Arguments& arguments, const Surroundings& surroundings);
 
+/// `vindrel screens`: prints a picture in several inks, or lists the recipes that can be named.
+void printScreens(const Arguments& arguments, const Surroundings& surroundings);
+
 /// `vindrel presets`: lists the presets that can be named, or saves one.
 void usePresets(const Arguments& arguments, const Surroundings& surroundings);
 

@@ -33,6 +33,9 @@ int dispatch(Arguments arguments, const Surroundings& surroundings) {
       break;
     case Command::check:
       return checkPromises(arguments, surroundings);
+    case Command::screens:
+      printScreens(arguments, surroundings);
+      break;
     case Command::presets:
       usePresets(arguments, surroundings);
       break;

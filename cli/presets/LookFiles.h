@@ -15,6 +15,7 @@ struct LookKind {
   const char* folder;  ///< "presets"
 };
 inline constexpr LookKind presetFiles{"preset", "presets"};
+inline constexpr LookKind recipeFiles{"recipe", "recipes"};
 
 /// Where files of a kind are looked for by name, the strongest first, whether they exist or not: the user's own folder,
 /// the one beside the program, and share/vindrel beside the program's.

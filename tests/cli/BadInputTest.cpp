@@ -46,9 +46,9 @@ class BadInputTest : public testing::Test {
 // ---- commands and options
 
 TEST_F(BadInputTest, noCommandAtAll) {
-  expectRefused(
-      {},
-      "no command; it must be render, sheet, presets, controls, about, options or check ('vindrel --help' tells more)");
+  expectRefused({},
+                "no command; it must be render, sheet, screens, presets, controls, about, options or check ('vindrel "
+                "--help' tells more)");
 }
 
 TEST_F(BadInputTest, aMisspeltCommand) {
@@ -56,8 +56,9 @@ TEST_F(BadInputTest, aMisspeltCommand) {
 }
 
 TEST_F(BadInputTest, aCommandThatIsNearNone) {
-  expectRefused({"photograph"},
-                "no command 'photograph'; it must be render, sheet, presets, controls, about, options or check");
+  expectRefused(
+      {"photograph"},
+      "no command 'photograph'; it must be render, sheet, screens, presets, controls, about, options or check");
 }
 
 TEST_F(BadInputTest, aMisspeltOption) {

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
+#include <iterator>
+
 #include "cli/Preset.h"
 #include "tests/cli/CommandLine.h"
 
@@ -18,8 +21,8 @@ std::vector<std::filesystem::path> shippedPresets() {
 
 }  // namespace
 
-TEST(ShippedPresetsTest, thereAreEightAtLeast) {
-  EXPECT_GE(shippedPresets().size(), 8U);
+TEST(ShippedPresetsTest, thereAreTwentyFourAtLeast) {
+  EXPECT_GE(shippedPresets().size(), 24U);
 }
 
 TEST(ShippedPresetsTest, eachRendersAtEveryDepthAndChangesThePicture) {
@@ -60,10 +63,47 @@ TEST(ShippedPresetsTest, eachFitsItsControlsUpTo8K) {
   }
 }
 
-TEST(ShippedPresetsTest, eachHasItsPictureInTheDocs) {
-  for (const auto& preset : shippedPresets()) {
-    const auto picture =
-        std::filesystem::path(VINDREL_SOURCE_DIR) / "docs" / "pictures" / "presets" / (preset.stem().string() + ".png");
-    EXPECT_TRUE(std::filesystem::exists(picture)) << picture;
+namespace {
+
+std::string contentOf(const std::filesystem::path& file) {
+  std::ifstream stream(file, std::ios::binary);
+  return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+}
+
+const std::filesystem::path docs = std::filesystem::path(VINDREL_SOURCE_DIR) / "docs";
+
+}  // namespace
+
+TEST(GalleryTest, everyPresetAndRecipeStandsInItWithBothPictures) {
+  const std::string page = contentOf(docs / "gallery.md");
+  int32_t looks = 0;
+  for (const char* kind : {"presets", "recipes"}) {
+    for (const auto& entry : std::filesystem::directory_iterator(docs.parent_path() / kind)) {
+      if (entry.path().extension() != ".json") continue;
+      const std::string name = entry.path().stem().string();
+      EXPECT_NE(page.find("\n### " + name + "\n"), std::string::npos) << name;
+      for (const char* part : {"-whole.jpg", "-part.jpg"}) {
+        EXPECT_NE(page.find("(pictures/gallery/" + name + part + ")"), std::string::npos) << name << part;
+        EXPECT_TRUE(std::filesystem::exists(docs / "pictures" / "gallery" / (name + part))) << name << part;
+      }
+      ++looks;
+    }
   }
+  EXPECT_GE(looks, 24);
+}
+
+TEST(GalleryTest, noPictureLiesThereThatNoPageShows) {
+  std::string pages = contentOf(docs.parent_path() / "README.md");
+  for (const auto& entry : std::filesystem::directory_iterator(docs)) {
+    if (entry.path().extension() == ".md") pages += contentOf(entry.path());
+  }
+  uintmax_t bytes = 0;
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(docs / "pictures")) {
+    if (!entry.is_regular_file()) continue;
+    const std::string name = entry.path().lexically_relative(docs).generic_string();
+    EXPECT_NE(pages.find(name), std::string::npos) << "no page shows " << name;
+    if (name.starts_with("pictures/gallery/")) bytes += entry.file_size();
+  }
+  EXPECT_GT(bytes, 0U);
+  EXPECT_LT(bytes, 6'000'000U) << "the whole gallery";
 }
