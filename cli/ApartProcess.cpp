@@ -83,7 +83,7 @@ class PipeBuffer : public std::streambuf {
   PipeBuffer errBuffer(pipe, Word::err);
   std::ostream out(&outBuffer);
   std::ostream err(&errBuffer);
-  const Surroundings here{out, err, surroundings.errIsTerminal, surroundings.programFolder};
+  const Surroundings here{out, err, surroundings.terminal, surroundings.programFolder};
   g_pipe = pipe;
   try {
     send(pipe, Word::done, std::to_string(work(here)));
@@ -183,7 +183,7 @@ class Listener {
 
   // What the bar left stands before the message otherwise.
   void clearBar() const {
-    if (surroundings_.errIsTerminal) surroundings_.err << "\r\x1b[K";
+    if (surroundings_.terminal.present && !surroundings_.terminal.plain) surroundings_.err << "\r\x1b[K";
   }
 
   // Asks first, so that files in the making go.

@@ -113,6 +113,7 @@ void takeShot(const CLI::App& command, const Words& words, Arguments& arguments)
   if (command.count("--log") > 0) arguments.log = logFormFrom(words.log);
   arguments.skipExisting = words.skipExisting;
   arguments.checkOnly = words.checkOnly;
+  arguments.quiet = words.quiet;
   arguments.animation = words.animation;
   arguments.valueTable = words.valueTable;
 }
@@ -277,6 +278,8 @@ Command commandNamed(const std::string& name) {
   if (name == "check") return Command::check;
   if (name == "presets") return Command::presets;
   if (name == "screens") return Command::screens;
+  if (name == "completion") return Command::completion;
+  if (name == "man") return Command::man;
   return Command::options;
 }
 
@@ -367,6 +370,10 @@ Arguments parseArguments(const std::vector<std::string>& wordsOfCaller) {
   }
   if (arguments.command == Command::render) takeRender(command, given, arguments);
   if (arguments.command == Command::sheet) takeSheet(command, given, arguments);
+  if (arguments.command == Command::completion) {
+    if (given.shell.empty()) throw UserError("completion takes a shell: bash or zsh");
+    arguments.shell = given.shell;
+  }
   if (arguments.command == Command::options) takeOptions(given, arguments);
   if (arguments.command == Command::check) takeCheck(command, given, arguments);
   if (arguments.command == Command::screens) takeScreens(command, given, arguments);

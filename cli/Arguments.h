@@ -14,7 +14,7 @@
 
 namespace cli {
 
-enum class Command { render, sheet, controls, about, options, presets, screens, check, showText };
+enum class Command { render, sheet, screens, presets, controls, about, options, check, completion, man, showText };
 enum class Road { asModuleSays, classic, smart };
 enum class LogForm { none, text, json };
 enum class OptionsAction { save, restore };
@@ -46,6 +46,7 @@ struct Arguments {
   int32_t chunks = 1;           ///< so many
   bool skipExisting = false;
   bool checkOnly = false;  ///< nothing is drawn; frames that don't stand whole are told
+  bool quiet = false;      ///< no progress is shown
   LogForm log = LogForm::none;
   int32_t downsample = 1;         ///< 1, 2 or 4
   std::optional<int32_t> height;  ///< of the pictures that the preset to save is for
@@ -59,6 +60,7 @@ struct Arguments {
 
   bool json = false;
   std::optional<std::string> describe;  ///< of `controls`: the control to tell about
+  std::string shell;                    ///< of `completion`
   OptionsAction optionsAction = OptionsAction::save;
   std::vector<std::string> checkWords;  ///< of `check`, as its own reader takes them; the module stands in module
   std::string recipe;                   ///< of `screens`: a name or a file; empty: list them

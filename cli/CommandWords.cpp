@@ -56,7 +56,7 @@ void addShot(CLI::App& app, Words& words) {
   app.add_option("--chunk", words.chunk, "Only the K-th of N parts of the frames")->type_name("K/N");
   app.add_flag("--skip-existing", words.skipExisting, "Leave out frames whose files stand there whole");
   app.add_flag("--check", words.checkOnly, "Draw nothing; name the frames whose files don't stand there whole");
-  app.add_option("--log", words.log, "A line a frame on the output: text or json")->type_name("FORM");
+  app.add_option("--log", words.log, "A line a frame on the output: text or json")->type_name("text|json");
 }
 
 void addFileForms(CLI::App& app, Words& words) {
@@ -64,7 +64,7 @@ void addFileForms(CLI::App& app, Words& words) {
       ->type_name("N");
   app.add_option("--exr-type", words.exrType,
                  "half or float samples in EXR files (default: as IN has them, else float)")
-      ->type_name("TYPE");
+      ->type_name("half|float");
   app.add_option("--exr-compression", words.exrCompression,
                  "none, rle, zips, zip, piz, pxr24, b44, b44a, dwaa or dwab (default: that of IN, else zip)")
       ->type_name("NAME");
@@ -72,11 +72,11 @@ void addFileForms(CLI::App& app, Words& words) {
       ->type_name("NAME");
   app.add_option("--jpeg-quality", words.jpegQuality, "1 to 100 for JPEG files (default: 90)")->type_name("N");
   app.add_option("--channels", words.channels, "rgba, or rgb to lay the picture over --matte (default: rgba)")
-      ->type_name("WHICH");
+      ->type_name("rgba|rgb");
   app.add_option("--matte", words.matte, "The colour behind a picture without alpha, as #ff7d14 (default: #000000)")
       ->type_name("COLOUR");
   app.add_option("--other-channels", words.otherChannels, "keep or drop further channels of an EXR (default: keep)")
-      ->type_name("WHAT");
+      ->type_name("keep|drop");
 }
 
 void addCheck(CLI::App& check, Words& words) {
@@ -136,8 +136,8 @@ void addSheet(CLI::App& app, Words& words) {
 }  // namespace
 
 const std::vector<std::string>& commandNames() {
-  static const std::vector<std::string> names = {"render",   "sheet", "screens", "presets",
-                                                 "controls", "about", "options", "check"};
+  static const std::vector<std::string> names = {"render", "sheet",   "screens", "presets",    "controls",
+                                                 "about",  "options", "check",   "completion", "man"};
   return names;
 }
 
@@ -161,15 +161,17 @@ void declareCommands(CLI::App& app, Words& words) {
       "Example:\n  vindrel render in.png out.png --set \"Dot Shape=Star\" --set \"Dot Color=#ff7d14\"\n"
       "'vindrel controls' lists all names and values.");
   render->add_option("--depth", words.depth, "Bits of a channel: 8, 16 or 32 for float (default: the input's own)")
-      ->type_name("BITS");
+      ->type_name("8|16|32");
   render->add_option("--frame", words.frame, "The frame to draw of a single picture, from 0 (default: 0)")
       ->type_name("N");
   addShot(*render, words);
   render->add_option("--fps", words.framesPerSecond, "Frames a second, also as in 24000/1001 (default: 24)")
       ->type_name("F");
   render->add_option("--downsample", words.downsample, "1, 2 or 4: draw at 1/1, 1/2 or 1/4 of the size (default: 1)")
-      ->type_name("N");
-  render->add_option("--road", words.road, "classic or smart (default: smart if the module can)")->type_name("ROAD");
+      ->type_name("1|2|4");
+  render->add_option("--road", words.road, "classic or smart (default: smart if the module can)")
+      ->type_name("classic|smart");
+  render->add_flag("--quiet", words.quiet, "Show no progress");
   addFileForms(*render, words);
   render->add_flag("--stamp", words.stamp,
                    "Put the time of day into OUT; without it, the same picture is the same file");
@@ -237,6 +239,13 @@ void declareCommands(CLI::App& app, Words& words) {
 
   addCheck(*app.add_subcommand("check", "Try what every effect module promises, each promise in a process of its own"),
            words);
+
+  CLI::App* completion = app.add_subcommand("completion", "Print a script that completes words in a shell");
+  completion->add_option("SHELL", words.shell, "The shell")->type_name("bash|zsh");
+  addModule(*completion, words);
+
+  CLI::App* man = app.add_subcommand("man", "Print the manual page, in roff");
+  addModule(*man, words);
 
   for (CLI::App* command : app.get_subcommands({})) {
     command->allow_extras();

@@ -54,8 +54,10 @@ struct Words {
   std::string aboutText;
   std::string height;
   bool replace = false;
+  std::string shell;
   bool skipExisting = false;
   bool checkOnly = false;
+  bool quiet = false;
   bool stamp = false;
   bool storedDefaults = false;
   bool allowPaths = false;

@@ -40,4 +40,10 @@ void printScreens(const Arguments& arguments, const Surroundings& surroundings);
 /// `vindrel presets`: lists the presets that can be named, or saves one.
 void usePresets(const Arguments& arguments, const Surroundings& surroundings);
 
+/// `vindrel completion`: a script for a shell.
+void printCompletion(const Arguments& arguments, const Surroundings& surroundings);
+
+/// `vindrel man`: the manual page.
+void printManPage(const Arguments& arguments, const Surroundings& surroundings);
+
 }  // namespace cli

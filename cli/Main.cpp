@@ -33,7 +33,7 @@ int main(int count, char** words) {
   cli::heedInterrupts();
   std::error_code ignored;
   const std::filesystem::path program = std::filesystem::canonical("/proc/self/exe", ignored);
-  const cli::Surroundings surroundings{std::cout, std::cerr, isatty(STDERR_FILENO) != 0, program.parent_path(),
+  const cli::Surroundings surroundings{std::cout, std::cerr, cli::terminalOf(STDERR_FILENO), program.parent_path(),
                                        userFolder()};
   return cli::run(arguments, surroundings);
 }

@@ -2,6 +2,7 @@
 #include <optional>
 #include <system_error>
 
+#include "cli/CommandTable.h"
 #include "cli/Commands.h"
 #include "cli/ControlTable.h"
 #include "cli/EffectSession.h"
@@ -86,6 +87,16 @@ void answerOptions(const Arguments& arguments, const Surroundings& surroundings)
   }
   surroundings.out << (save ? "Saved as values of new instances in " : "Forgot what was saved in ") << settings.string()
                    << '\n';
+}
+
+void printCompletion(const Arguments& arguments, const Surroundings& surroundings) {
+  const EffectSession session(arguments.module, Defaults::builtIn);
+  surroundings.out << completionFor(arguments.shell, session.controls());
+}
+
+void printManPage(const Arguments& arguments, const Surroundings& surroundings) {
+  const EffectSession session(arguments.module, Defaults::builtIn);
+  surroundings.out << manPage(session.controls());
 }
 
 }  // namespace cli

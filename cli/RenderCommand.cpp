@@ -14,20 +14,21 @@ namespace cli {
 namespace {
 
 void renderStill(const Arguments& arguments, const Surroundings& surroundings) {
+  ProgressBar bar(surroundings.err, arguments.quiet ? Terminal() : surroundings.terminal);
+  bar.show("Reading", 0.0);
   const FramePictures pictures(arguments);
   const FilePicture picture = pictures.read(arguments.input);
   checkWritable(arguments.output, picture.image.depth());
   FrameDrawer drawer(arguments, pictures, picture.image.height());
+  bar.clear();
   for (const std::string& line : drawer.warnings()) surroundings.err << "vindrel: warning: " << line << '\n';
   giveSignOfLife();
-  FilePicture drawn;
-  {
-    ProgressBar bar(surroundings.err, surroundings.errIsTerminal, "Drawing");
-    drawn = drawer.draw(picture, arguments.input, arguments.frame + arguments.start, [&](int32_t done, int32_t total) {
-      bar.show(done, total);
-      giveSignOfLife();
-    });
-  }
+  const FilePicture drawn =
+      drawer.draw(picture, arguments.input, arguments.frame + arguments.start, [&bar](int32_t done, int32_t total) {
+        bar.show("Drawing", total > 0 ? static_cast<double>(done) / total : 0.0);
+        giveSignOfLife();
+      });
+  bar.show("Writing", 1.0);
   pictures.write(arguments.output, drawn);
 }
 

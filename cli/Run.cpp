@@ -39,6 +39,12 @@ int dispatch(Arguments arguments, const Surroundings& surroundings) {
     case Command::presets:
       usePresets(arguments, surroundings);
       break;
+    case Command::completion:
+      printCompletion(arguments, surroundings);
+      break;
+    case Command::man:
+      printManPage(arguments, surroundings);
+      break;
     case Command::showText:
       surroundings.out << arguments.text;
       break;

@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "cli/Terminal.h"
+
 namespace cli {
 
 inline constexpr int exitDone = 0;
@@ -16,7 +18,7 @@ inline constexpr int exitWrongUse = 2;
 struct Surroundings {
   std::ostream& out;                    ///< results
   std::ostream& err;                    ///< messages, one line each, and the progress bar
-  bool errIsTerminal = false;           ///< shows the progress bar
+  Terminal terminal;                    ///< that err is shown on
   std::filesystem::path programFolder;  ///< the module built with the program lies here
   std::filesystem::path userFolder{};   ///< what the user saves by name goes below it; empty: nowhere
 };

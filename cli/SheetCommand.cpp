@@ -18,7 +18,7 @@ void drawSheet(const Arguments& arguments, const Surroundings& surroundings) {
   std::vector<standin::Image> drawn;
   std::vector<std::vector<std::string>> labels;
   {
-    ProgressBar bar(surroundings.err, surroundings.errIsTerminal, "Drawing");
+    ProgressBar bar(surroundings.err, surroundings.terminal);
     for (const std::vector<Assignment>& variant : variants) {
       Arguments its = arguments;
       its.sets.insert(its.sets.end(), variant.begin(), variant.end());
@@ -28,7 +28,8 @@ void drawSheet(const Arguments& arguments, const Surroundings& surroundings) {
       drawn.push_back(standin::shrunk(picture.image, factor).converted(standin::Depth::k8));
       std::vector<std::string>& lines = labels.emplace_back();
       for (const Assignment& value : variant) lines.push_back(value.name + ": " + value.text);
-      bar.show(static_cast<int32_t>(drawn.size()), static_cast<int32_t>(variants.size()));
+      bar.show(std::to_string(drawn.size()) + " of " + std::to_string(variants.size()) + " pictures",
+               static_cast<double>(drawn.size()) / static_cast<double>(variants.size()));
     }
   }
   const std::size_t columns = columnsFor(variants, drawn.front().width(), drawn.front().height());

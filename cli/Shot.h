@@ -24,6 +24,9 @@ bool isShot(const Arguments& arguments);
 ///         a frame before --start, an output that can't be written
 std::vector<ShotFrame> framesOfShot(const Arguments& arguments);
 
+/// What a frame has behind it.
+enum class FrameStep { read, drawn };
+
 /// What became of one frame.
 struct FrameResult {
   enum class Kind { done, skipped, failed };

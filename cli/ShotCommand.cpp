@@ -42,7 +42,7 @@ int renderShot(const Arguments& arguments, const Surroundings& surroundings) {
     // A worker that crashed may have been writing.
     tidyUp(frames);
   } else {
-    runPipeline(frames, arguments, drawer, take);
+    runPipeline(frames, arguments, drawer, take, [&](FrameStep step) { report.pass(step); });
   }
   return report.finish();
 }

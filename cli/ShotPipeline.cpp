@@ -164,7 +164,7 @@ std::optional<PictureSize> sizeOfShot(const std::vector<ShotFrame>& frames, cons
 }
 
 void runPipeline(const std::vector<ShotFrame>& frames, const Arguments& arguments, FrameDrawer& drawer,
-                 const std::function<void(const FrameResult&)>& take) {
+                 const std::function<void(const FrameResult&)>& take, const std::function<void(FrameStep)>& pass) {
   const std::size_t writerCount = std::clamp(std::thread::hardware_concurrency(), 1U, 8U);
   const std::size_t most = writerCount + 3;  // one in reading, one in drawing, one between
   std::mutex mutex;
@@ -206,6 +206,7 @@ void runPipeline(const std::vector<ShotFrame>& frames, const Arguments& argument
   }
   while (std::optional<Traveller> traveller = toDraw.pop()) {
     if (traveller->picture != nullptr) draw(*traveller, frames[traveller->result.index], drawer);
+    pass(FrameStep::drawn);
     if (traveller->picture != nullptr) {
       toWrite.push(std::move(*traveller));
     } else {

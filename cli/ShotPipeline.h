@@ -13,8 +13,9 @@
 namespace cli {
 
 /// @param take  gets each frame's result, on any thread, not two at once
+/// @param pass  told of each step of a frame, on any thread
 void runPipeline(const std::vector<ShotFrame>& frames, const Arguments& arguments, FrameDrawer& drawer,
-                 const std::function<void(const FrameResult&)>& take);
+                 const std::function<void(const FrameResult&)>& take, const std::function<void(FrameStep)>& pass);
 
 /// The size of the first frame that can be read; nothing when none can.
 std::optional<PictureSize> sizeOfShot(const std::vector<ShotFrame>& frames, const FramePictures& pictures);

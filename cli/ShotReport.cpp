@@ -49,15 +49,32 @@ ShotReport::ShotReport(const std::vector<ShotFrame>& frames, const Arguments& ar
       form_(arguments.log),
       checkOnly_(arguments.checkOnly),
       surroundings_(surroundings),
-      bar_(surroundings.err, surroundings.errIsTerminal, "Frames") {}
+      bar_(surroundings.err, arguments.quiet ? Terminal() : surroundings.terminal) {}
 
 void ShotReport::take(const FrameResult& result) {
   const std::scoped_lock lock(mutex_);
   const ShotFrame& frame = frames_[result.index];
+  // On a terminal the line must not begin behind the bar.
+  if (form_ != LogForm::none) bar_.clear();
   if (form_ == LogForm::text) surroundings_.out << textLine(frame, result) << std::endl;
   if (form_ == LogForm::json) surroundings_.out << jsonLine(frame, result) << std::endl;
   if (result.kind == FrameResult::Kind::failed) failed_.push_back(result);
-  bar_.show(++taken_, static_cast<int32_t>(frames_.size()));
+  ++taken_;
+  showProgress();
+}
+
+void ShotReport::pass(FrameStep step) {
+  const std::scoped_lock lock(mutex_);
+  ++(step == FrameStep::read ? read_ : drawn_);
+  showProgress();
+}
+
+void ShotReport::showProgress() {
+  // Reading, drawing and writing go on beside each other and count alike. A frame that is done with has all behind it,
+  // whether it was told of or not.
+  const std::size_t steps = std::max(read_, taken_) + std::max(drawn_, taken_) + taken_;
+  bar_.show(std::to_string(taken_) + " of " + std::to_string(frames_.size()) + " frames",
+            static_cast<double>(steps) / static_cast<double>(3 * frames_.size()));
 }
 
 int ShotReport::finish() {

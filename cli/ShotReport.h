@@ -19,17 +19,24 @@ class ShotReport {
   /// Takes a frame's result; for any thread, each frame once.
   void take(const FrameResult& result);
 
+  /// A frame has come a step further; for any thread.
+  void pass(FrameStep step);
+
   /// Writes the summary if a frame failed, and gives the exit code.
   int finish();
 
  private:
+  void showProgress();
+
   const std::vector<ShotFrame>& frames_;
   LogForm form_;
   bool checkOnly_;
   const Surroundings& surroundings_;
   std::mutex mutex_;
   ProgressBar bar_;
-  int32_t taken_ = 0;
+  std::size_t read_ = 0;
+  std::size_t drawn_ = 0;
+  std::size_t taken_ = 0;
   std::vector<FrameResult> failed_;
 };
 

@@ -88,15 +88,18 @@ void printSheet(const Arguments& arguments, const Surroundings& surroundings) {
   const Plane picture = premultiplied(original.image);
   const double factor = factorOfShifts(recipe, arguments, picture.height);
   Image sheet = emptySheet(recipe.paper, picture.width, picture.height);
+  ProgressBar bar(surroundings.err, surroundings.terminal);
   for (std::size_t i = 0; i < recipe.passes.size(); ++i) {
     const Pass& pass = recipe.passes[i];
     try {
       const Arguments words = wordsOf(pass, file, arguments, surroundings);
       FrameDrawer drawer(words, pictures, picture.height);
       const FilePicture screen{separated(picture, pass, recipe.black).converted(depth), original.facts};
-      ProgressBar bar(surroundings.err, surroundings.errIsTerminal, "Pass " + std::to_string(i + 1));
-      const FilePicture dots =
-          drawer.draw(screen, arguments.input, 0, [&bar](int32_t done, int32_t total) { bar.show(done, total); });
+      const auto passes = static_cast<double>(recipe.passes.size());
+      const std::string what = "pass " + std::to_string(i + 1) + " of " + std::to_string(recipe.passes.size());
+      const FilePicture dots = drawer.draw(screen, arguments.input, 0, [&](int32_t done, int32_t total) {
+        bar.show(what, (static_cast<double>(i) + (total > 0 ? static_cast<double>(done) / total : 0.0)) / passes);
+      });
       layInk(dots.image, pass.lay, static_cast<int32_t>(std::lround(pass.shiftX * factor)),
              static_cast<int32_t>(std::lround(pass.shiftY * factor)), sheet);
     } catch (const UserError& error) {

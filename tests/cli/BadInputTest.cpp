@@ -47,7 +47,8 @@ class BadInputTest : public testing::Test {
 
 TEST_F(BadInputTest, noCommandAtAll) {
   expectRefused({},
-                "no command; it must be render, sheet, screens, presets, controls, about, options or check ('vindrel "
+                "no command; it must be render, sheet, screens, presets, controls, about, options, check, completion "
+                "or man ('vindrel "
                 "--help' tells more)");
 }
 
@@ -56,9 +57,9 @@ TEST_F(BadInputTest, aMisspeltCommand) {
 }
 
 TEST_F(BadInputTest, aCommandThatIsNearNone) {
-  expectRefused(
-      {"photograph"},
-      "no command 'photograph'; it must be render, sheet, screens, presets, controls, about, options or check");
+  expectRefused({"photograph"},
+                "no command 'photograph'; it must be render, sheet, screens, presets, controls, about, options, check, "
+                "completion or man");
 }
 
 TEST_F(BadInputTest, aMisspeltOption) {

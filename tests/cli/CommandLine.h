@@ -19,7 +19,7 @@ struct Outcome {
 inline Outcome runCommandLine(const std::vector<std::string>& words) {
   std::ostringstream out;
   std::ostringstream err;
-  const cli::Surroundings surroundings{out, err, false, std::filesystem::path(VINDREL_MODULE).parent_path()};
+  const cli::Surroundings surroundings{out, err, {}, std::filesystem::path(VINDREL_MODULE).parent_path()};
   const int exitCode = cli::run(words, surroundings);
   return {exitCode, std::move(out).str(), std::move(err).str()};
 }

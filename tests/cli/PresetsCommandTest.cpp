@@ -17,7 +17,7 @@ class PresetsCommandTest : public LooksTest {
   Outcome runAsUser(const std::vector<std::string>& words) {
     std::ostringstream out;
     std::ostringstream err;
-    const cli::Surroundings surroundings{out, err, false, std::filesystem::path(VINDREL_MODULE).parent_path(),
+    const cli::Surroundings surroundings{out, err, {}, std::filesystem::path(VINDREL_MODULE).parent_path(),
                                          folder_ / "user"};
     const int exitCode = cli::run(words, surroundings);
     return {exitCode, std::move(out).str(), std::move(err).str()};
@@ -37,7 +37,7 @@ TEST_F(PresetsCommandTest, presetsAreFoundInShareBesideTheProgramsFolder) {
   folder_.write("share/vindrel/presets/mine.json", R"({"about": "A look of my own."})");
   std::ostringstream out;
   std::ostringstream err;
-  EXPECT_EQ(cli::run({"presets"}, {out, err, false, folder_ / "bin"}), 0);
+  EXPECT_EQ(cli::run({"presets"}, {out, err, {}, folder_ / "bin"}), 0);
   EXPECT_EQ(out.str(), "mine  A look of my own.\n");
   EXPECT_EQ(err.str(), "");
 }
