@@ -55,7 +55,7 @@ if(WIN32)
   target_link_options(vindrel_common INTERFACE -static -fstack-protector-strong -Wl,--no-insert-timestamp)
 elseif(EMSCRIPTEN)
   # Exceptions are the engine's own. Vector instructions are those of SSE2 by way of WebAssembly's.
-  target_compile_options(vindrel_common INTERFACE -fwasm-exceptions -msimd128 -msse2)
+  target_compile_options(vindrel_common INTERFACE -fwasm-exceptions -msimd128 -msse2 -mbulk-memory)
   target_include_directories(vindrel_common SYSTEM BEFORE INTERFACE "${PROJECT_SOURCE_DIR}/cmake/wasm-library")
   target_link_options(vindrel_common INTERFACE -fwasm-exceptions)
 else()

@@ -209,6 +209,16 @@ void layOut(Studio& s, const Image& drawn, int32_t width, int32_t height) {
     const int32_t first = drawn.originX < 0 ? -drawn.originX : 0;
     const int32_t end = drawn.width() < width - drawn.originX ? drawn.width() : width - drawn.originX;
     Channel* out = to + std::ptrdiff_t{first + drawn.originX} * 4;
+    if constexpr (sizeof(Pixel) == 4) {
+      // Alpha goes from the lowest byte of a word to the highest; so told, four pixels go at once.
+      for (int32_t x = first; x < end; ++x, out += 4) {
+        uint32_t word;
+        std::memcpy(&word, &row[x], 4);
+        word = word >> 8 | word << 24;
+        std::memcpy(out, &word, 4);
+      }
+      continue;
+    }
     for (int32_t x = first; x < end; ++x, out += 4) {
       out[0] = row[x].red;
       out[1] = row[x].green;
