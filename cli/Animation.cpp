@@ -118,10 +118,10 @@ void Animation::hold(int32_t index, standin::ParameterValues::Value value) {
   base_.setValue(index, std::move(value));
 }
 
-void Animation::follow(int32_t index, FramePattern files, uint64_t mostMemory) {
+void Animation::follow(int32_t index, FramePattern files, LayerReader read) {
   tracks_.erase(index);
   base_.setValue(index, standin::LayerValue::itself());  // so that it counts as given
-  files_.insert_or_assign(index, Files{std::move(files), mostMemory, -1, {}});
+  files_.insert_or_assign(index, Files{std::move(files), std::move(read), -1, {}});
 }
 
 ControlValue Animation::valueOf(const ControlFacts& control, const std::vector<Key>& keys, double frame) const {
@@ -140,7 +140,7 @@ ControlValue Animation::valueOf(const ControlFacts& control, const std::vector<K
 standin::LayerValue Animation::pictureOf(const Files& files, double frame) const {
   const auto number = static_cast<int32_t>(std::clamp(std::floor(frame), 0.0, double{lastFrameNumber}));
   if (number != files.lastNumber) {
-    files.last = standin::LayerValue::of(readPicture(files.pattern.fileOf(number), files.mostMemory));
+    files.last = standin::LayerValue::of(files.read(files.pattern.fileOf(number)));
     files.lastNumber = number;
   }
   return files.last;

@@ -10,6 +10,7 @@
 #include "cli/ControlValue.h"
 #include "cli/FramePattern.h"
 #include "cli/FrameRate.h"
+#include "cli/ImageFile.h"
 #include "cli/Keyframes.h"
 #include "host/ParameterValues.h"
 
@@ -33,7 +34,7 @@ class Animation {
   void hold(int32_t index, standin::ParameterValues::Value value);
 
   /// The layer control shows the file of each frame.
-  void follow(int32_t index, FramePattern files, uint64_t mostMemory);
+  void follow(int32_t index, FramePattern files, LayerReader read);
 
   /// The values of all that doesn't move.
   const standin::ParameterValues& base() const { return base_; }
@@ -57,7 +58,7 @@ class Animation {
   };
   struct Files {
     FramePattern pattern;
-    uint64_t mostMemory = 0;
+    LayerReader read;
     // The picture that was shown last: frames come in order, and most are asked for more than once.
     mutable int32_t lastNumber = -1;
     mutable standin::LayerValue last;

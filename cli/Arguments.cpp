@@ -154,6 +154,10 @@ void takeFileForms(const CLI::App& command, const Words& words, Arguments& argum
     choices.alpha = oneOf("--channels", words.channels, {"rgb", "rgba"}) == "rgba";
   }
   if (command.count("--matte") > 0) choices.matte = matteFrom(words.matte);
+  if (command.count("--color-space") > 0) {
+    if (words.colorSpace.empty()) throw UserError("--color-space takes srgb, linear or a name of the configuration");
+    arguments.colorSpace = words.colorSpace;
+  }
   if (command.count("--other-channels") > 0) {
     const bool keeps = oneOf("--other-channels", words.otherChannels, {"keep", "drop"}) == "keep";
     arguments.otherChannels = keeps ? OtherChannels::keep : OtherChannels::leave;

@@ -53,6 +53,8 @@ struct Arguments {
   Road road = Road::asModuleSays;
 
   WriteChoices writeChoices;
+  std::string colorSpace;                             ///< that the effect works in; empty: whatever the files hold
+  std::filesystem::path programFolder;                ///< with the program's parts
   OtherChannels otherChannels = OtherChannels::keep;  ///< of an EXR in an EXR
   bool storedDefaults = false;
   PathsOfPreset pathsOfPreset = PathsOfPreset::besideIt;

@@ -75,6 +75,10 @@ void addFileForms(CLI::App& app, Words& words) {
       ->type_name("rgba|rgb");
   app.add_option("--matte", words.matte, "The colour behind a picture without alpha, as #ff7d14 (default: #000000)")
       ->type_name("COLOUR");
+  app.add_option("--color-space,--colour-space", words.colorSpace,
+                 "The space that the effect works in: srgb, linear, or a name of the configuration in OCIO. EXR is "
+                 "linear, other files are srgb (default: the numbers in the files, as they are)")
+      ->type_name("NAME");
   app.add_option("--other-channels", words.otherChannels, "keep or drop further channels of an EXR (default: keep)")
       ->type_name("keep|drop");
 }

@@ -41,6 +41,7 @@ struct Words {
   std::string channels;
   std::string matte;
   std::string otherChannels;
+  std::string colorSpace;
   std::string log;
   std::string checkedModule;
   std::vector<std::string> only;

@@ -42,14 +42,14 @@ standin::HostSettings settingsFor(const fs::path& module, Defaults defaults) {
   return settings;
 }
 
-standin::LayerValue layerFrom(const ControlFacts& control, const std::string& text, uint64_t mostMemory) {
+standin::LayerValue layerFrom(const ControlFacts& control, const std::string& text, const LayerReader& readLayer) {
   if (control.kind != ControlKind::layer) {
     throw UserError("'" + control.name + "' is a " + kindName(control.kind) + ", not a layer; give it by --set");
   }
   if (text == "source") return standin::LayerValue::itself();
   if (text == "none") return standin::LayerValue::none();
   if (text.empty()) throw UserError("'" + control.name + "' takes a picture's file, source or none");
-  return standin::LayerValue::of(readPicture(text, mostMemory));
+  return standin::LayerValue::of(readLayer(text));
 }
 
 /// The control of this name, of whatever kind, so that a wrong kind can be told; a misspelt name is answered with the
@@ -64,14 +64,14 @@ const ControlFacts& findLayer(const std::vector<ControlFacts>& controls, const s
 }
 
 void applyAll(const std::vector<ControlFacts>& controls, const std::vector<Assignment>& sets,
-              const std::vector<LayerText>& layers, uint64_t mostMemory, standin::ParameterValues& values) {
+              const std::vector<LayerText>& layers, const LayerReader& readLayer, standin::ParameterValues& values) {
   for (const Assignment& set : sets) {
     const ControlFacts& control = findControl(controls, set.name);
     setValue(control, parseControlValue(control, set.text), values);
   }
   for (const LayerText& layer : layers) {
     const ControlFacts& control = findLayer(controls, layer.name);
-    values.setLayer(ByIndex{control.index}, layerFrom(control, layer.picture, mostMemory));
+    values.setLayer(ByIndex{control.index}, layerFrom(control, layer.picture, readLayer));
   }
 }
 
@@ -89,17 +89,18 @@ EffectSession::~EffectSession() {
 }
 
 standin::ParameterValues EffectSession::values(const PresetStack& presets, const std::vector<Assignment>& sets,
-                                               const std::vector<LayerText>& layers, uint64_t mostMemory) const {
+                                               const std::vector<LayerText>& layers,
+                                               const LayerReader& readLayer) const {
   standin::ParameterValues values = host_.defaults();
   if (presets.factorOfDefaults() != 1.0) scaleLengths(controls_, presets.factorOfDefaults(), values);
   for (const PresetStack::Layer& layer : presets.layers()) {
     try {
-      applyAll(controls_, layer.preset.controls, layer.preset.layers, mostMemory, values);
+      applyAll(controls_, layer.preset.controls, layer.preset.layers, readLayer, values);
     } catch (const UserError& error) {
       throw UserError(layer.where + error.what());
     }
   }
-  applyAll(controls_, sets, layers, mostMemory, values);
+  applyAll(controls_, sets, layers, readLayer, values);
   return values;
 }
 

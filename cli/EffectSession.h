@@ -33,10 +33,11 @@ class EffectSession {
 
   /// The defaults, with the presets' values over them, and the assignments over both. Pictures of layers are read here.
   /// Lengths that no preset names go along with the presets (PresetStack::factorOfDefaults).
-  /// @param mostMemory  as for readPicture
+  /// @param readLayer  for the pictures of layers
   /// @throws UserError for a name, value or picture that doesn't fit
   standin::ParameterValues values(const PresetStack& presets, const std::vector<Assignment>& sets,
-                                  const std::vector<LayerText>& layers, uint64_t mostMemory = usualMemoryLimit) const;
+                                  const std::vector<LayerText>& layers,
+                                  const LayerReader& readLayer = plainLayers()) const;
 
   /// Does nothing when the code is 0.
   /// @param during  what was being done: "while drawing"

@@ -88,21 +88,22 @@ std::vector<LayerText> stills(const std::vector<LayerText>& layers) {
   return some;
 }
 
-void followRows(const std::vector<LayerText>& layers, const EffectSession& session, uint64_t mostMemory,
+void followRows(const std::vector<LayerText>& layers, const EffectSession& session, const LayerReader& readLayer,
                 Animation& animation) {
   for (const LayerText& layer : layers) {
     auto files = rowOfFiles(layer.picture);
     if (!files) continue;
     const ControlFacts& control = findControl(session.controls(), layer.name);
     if (control.kind != ControlKind::layer) throw UserError("'" + control.name + "' is no layer; give it by --set");
-    animation.follow(control.index, std::move(*files), mostMemory);
+    animation.follow(control.index, std::move(*files), readLayer);
   }
 }
 
 /// From the weakest to the strongest: each preset and its keys, the keys' file, the table, and what was given by hand.
-Animation animationOf(const Arguments& arguments, const PresetStack& presets, const EffectSession& session) {
+Animation animationOf(const Arguments& arguments, const PresetStack& presets, const EffectSession& session,
+                      const LayerReader& readLayer) {
   const standin::ParameterValues all =
-      session.values(presets.withLayers(stills), arguments.sets, stills(arguments.layers), arguments.mostMemory);
+      session.values(presets.withLayers(stills), arguments.sets, stills(arguments.layers), readLayer);
   Animation animation(session.controls(), all, arguments.frameRate, arguments.start);
   const auto holdAll = [&](const auto& assignments) {
     for (const auto& given : assignments) {
@@ -113,7 +114,7 @@ Animation animationOf(const Arguments& arguments, const PresetStack& presets, co
   for (const PresetStack::Layer& layer : presets.layers()) {
     holdAll(layer.preset.controls);
     holdAll(stills(layer.preset.layers));
-    followRows(layer.preset.layers, session, arguments.mostMemory, animation);
+    followRows(layer.preset.layers, session, readLayer, animation);
     animation.add(layer.preset.animation, layer.where);
   }
   if (!arguments.animation.empty()) {
@@ -124,7 +125,7 @@ Animation animationOf(const Arguments& arguments, const PresetStack& presets, co
   }
   holdAll(arguments.sets);
   holdAll(stills(arguments.layers));
-  followRows(arguments.layers, session, arguments.mostMemory, animation);
+  followRows(arguments.layers, session, readLayer, animation);
   return animation;
 }
 
@@ -147,7 +148,7 @@ FrameDrawer::FrameDrawer(const Arguments& arguments, const FramePictures& pictur
       presets_(arguments.presets, arguments.pathsOfPreset),
       height_(height),
       scaled_(presets_.scaled(arguments.scale, height, session_.controls())),
-      animation_(animationOf(arguments, scaled_, session_)),
+      animation_(animationOf(arguments, scaled_, session_, pictures.layerReader())),
       preparations_(preparationsOf(arguments, scaled_, session_)),
       preparer_(session_),
       warnings_(missingLayers(session_.controls(), animation_.base())),

@@ -9,7 +9,9 @@
 #include <array>
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "cli/pictures/StoredPicture.h"
@@ -57,6 +59,12 @@ FilePicture readPictureAndFacts(const std::filesystem::path& file, const ReadCho
 /// The same without what it tells beside.
 standin::Image readPicture(const std::filesystem::path& file, uint64_t mostMemory = usualMemoryLimit);
 
+/// Reads the picture of a layer. For any thread.
+using LayerReader = std::function<standin::Image(const std::filesystem::path&)>;
+
+/// Layers as their files have them.
+LayerReader plainLayers(uint64_t mostMemory = usualMemoryLimit);
+
 struct PictureSize {
   int32_t width = 0;
   int32_t height = 0;
@@ -72,8 +80,13 @@ PictureSize pictureSize(const std::filesystem::path& file, const ReadChoices& ch
 /// @throws UserError naming the file and what would be right
 void checkWritable(const std::filesystem::path& file, standin::Depth depth);
 
-/// True when the file's ending is that of an EXR, in any case.
-bool isExr(const std::filesystem::path& file);
+/// What a file to be written is by its ending, and the most bits that it can hold.
+/// @throws UserError for another ending
+FileKind writtenKind(const std::filesystem::path& file);
+standin::Depth mostDepthOf(const std::filesystem::path& file);
+
+/// What a file to be read is by its first bytes; nothing when it can't be read as a picture at all.
+std::optional<FileKind> storedKind(const std::filesystem::path& file);
 
 enum class ExrType { asInput, half, float32 };
 

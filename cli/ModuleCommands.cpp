@@ -16,7 +16,7 @@ namespace {
 standin::ParameterValues valuesFor(const EffectSession& session, const Arguments& arguments) {
   const PresetStack stack(arguments.presets, arguments.pathsOfPreset);
   return session.values(stack.scaled(arguments.scale, std::nullopt, session.controls()), arguments.sets,
-                        arguments.layers, arguments.mostMemory);
+                        arguments.layers, plainLayers(arguments.mostMemory));
 }
 
 /// Names the answer to the stand-in for the module's dialog while it lives.

@@ -4,6 +4,7 @@
 #include <array>
 #include <bit>
 #include <cstdlib>
+#include <fstream>
 #include <limits>
 #include <memory>
 #include <type_traits>
@@ -28,20 +29,36 @@ bool beginsWith(std::span<const uint8_t> file, const std::array<uint8_t, Count>&
   return file.size() >= Count && std::equal(magic.begin(), magic.end(), file.begin());
 }
 
-/// The reader for what the file is by its first bytes, whatever its name says; null for none.
-std::unique_ptr<PictureReader> readerFor(std::span<const uint8_t> file, OtherChannels others) {
+/// What the file is by its first bytes, whatever its name says.
+std::optional<FileKind> kindOf(std::span<const uint8_t> file) {
   constexpr std::array<uint8_t, 8> png = {0x89, 'P', 'N', 'G', 0x0D, 0x0A, 0x1A, 0x0A};
   constexpr std::array<uint8_t, 4> exr = {0x76, 0x2F, 0x31, 0x01};
   constexpr std::array<uint8_t, 3> jpeg = {0xFF, 0xD8, 0xFF};
   constexpr std::array<std::array<uint8_t, 4>, 4> tiff = {
       {{'I', 'I', 42, 0}, {'M', 'M', 0, 42}, {'I', 'I', 43, 0}, {'M', 'M', 0, 43}}};
-  if (beginsWith(file, png)) return openPng(file);
-  if (beginsWith(file, exr)) return openExr(file, others);
-  if (beginsWith(file, jpeg)) return openJpeg(file);
+  if (beginsWith(file, png)) return FileKind::png;
+  if (beginsWith(file, exr)) return FileKind::exr;
+  if (beginsWith(file, jpeg)) return FileKind::jpeg;
   if (std::any_of(tiff.begin(), tiff.end(), [&](const auto& magic) { return beginsWith(file, magic); })) {
-    return openTiff(file);
+    return FileKind::tiff;
   }
-  return nullptr;
+  return std::nullopt;
+}
+
+std::unique_ptr<PictureReader> readerFor(std::span<const uint8_t> file, OtherChannels others) {
+  const auto kind = kindOf(file);
+  if (!kind) throw OtherPicture("is no picture that can be read; PNG, TIFF, EXR and JPEG can");
+  switch (*kind) {
+    case FileKind::png:
+      return openPng(file);
+    case FileKind::exr:
+      return openExr(file, others);
+    case FileKind::jpeg:
+      return openJpeg(file);
+    case FileKind::tiff:
+      break;
+  }
+  return openTiff(file);
 }
 
 std::string megabytes(uint64_t bytes) {
@@ -192,7 +209,6 @@ auto withReader(const fs::path& file, const ReadChoices& choices, const Work& wo
   const std::vector<uint8_t> bytes = readFile(file, "picture", choices.mostMemory);
   try {
     const std::unique_ptr<PictureReader> reader = readerFor(bytes, choices.others);
-    if (!reader) throw OtherPicture("is no picture that can be read; PNG, TIFF, EXR and JPEG can");
     checkSize(reader->layout(), file, choices);
     return work(*reader);
   } catch (const OtherPicture& other) {
@@ -232,6 +248,7 @@ FilePicture readPictureAndFacts(const fs::path& file, const ReadChoices& choices
                 layout.orientation);
     facts->display = {0, 0, static_cast<int32_t>(layout.fullWidth), static_cast<int32_t>(layout.fullHeight)};
     facts->data = storedPart(layout);
+    facts->depth = layout.depth;
     if (swapsSides(layout.orientation)) {
       std::swap(facts->display.width, facts->display.height);
       facts->data = facts->display;
@@ -241,6 +258,19 @@ FilePicture readPictureAndFacts(const fs::path& file, const ReadChoices& choices
     picture.facts = std::move(facts);
     return picture;
   });
+}
+
+LayerReader plainLayers(uint64_t mostMemory) {
+  return [mostMemory](const fs::path& file) { return readPicture(file, mostMemory); };
+}
+
+std::optional<FileKind> storedKind(const fs::path& file) {
+  std::error_code ignored;
+  if (!fs::is_regular_file(file, ignored)) return std::nullopt;  // a pipe could never end
+  std::ifstream stream(file, std::ios::binary);
+  std::array<char, 8> first{};
+  stream.read(first.data(), first.size());
+  return kindOf({reinterpret_cast<const uint8_t*>(first.data()), static_cast<std::size_t>(stream.gcount())});
 }
 
 Image readPicture(const fs::path& file, uint64_t mostMemory) {

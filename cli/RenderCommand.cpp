@@ -9,6 +9,7 @@
 #include "cli/ProgressBar.h"
 #include "cli/Shot.h"
 #include "cli/UserError.h"
+#include "cli/color/FileEncoding.h"
 
 namespace cli {
 namespace {
@@ -18,9 +19,12 @@ void renderStill(const Arguments& arguments, const Surroundings& surroundings) {
   bar.show("Reading", 0.0);
   const FramePictures pictures(arguments);
   const FilePicture picture = pictures.read(arguments.input);
-  checkWritable(arguments.output, picture.image.depth());
+  checkWritable(arguments.output, pictures.fileDepth(arguments.output, picture));
   FrameDrawer drawer(arguments, pictures, picture.image.height());
   bar.clear();
+  if (arguments.colorSpace.empty()) {
+    tellCrossing(arguments.input, picture.facts->kind, arguments.output, surroundings);
+  }
   for (const std::string& line : drawer.warnings()) surroundings.err << "vindrel: warning: " << line << '\n';
   giveSignOfLife();
   const FilePicture drawn =

@@ -16,6 +16,7 @@ int dispatch(Arguments arguments, const Surroundings& surroundings) {
   for (std::filesystem::path& preset : arguments.presets) {
     preset = findLook(preset.string(), surroundings, presetFiles);
   }
+  arguments.programFolder = surroundings.programFolder;
   switch (arguments.command) {
     case Command::render:
       return render(arguments, surroundings);

@@ -7,6 +7,7 @@
 #include "cli/ShotPipeline.h"
 #include "cli/ShotReport.h"
 #include "cli/ShotWorkers.h"
+#include "cli/color/FileEncoding.h"
 #include "cli/files/PutFile.h"
 
 namespace cli {
@@ -29,6 +30,10 @@ int renderShot(const Arguments& arguments, const Surroundings& surroundings) {
   const FramePictures pictures(arguments);
   FrameDrawer drawer(arguments, pictures);
   for (const std::string& line : drawer.warnings()) surroundings.err << "vindrel: warning: " << line << '\n';
+  const auto kind = frames.empty() ? std::nullopt : storedKind(frames.front().input);
+  if (kind && arguments.colorSpace.empty()) {
+    tellCrossing(frames.front().input, *kind, frames.front().output, surroundings);
+  }
   if (arguments.skipExisting && !arguments.checkOnly) tidyUp(frames);
 
   ShotReport report(frames, arguments, surroundings);

@@ -223,8 +223,12 @@ PixelWindow partFor(FileKind kind, const Image& image, const PictureFacts* facts
 
 }  // namespace
 
-bool isExr(const fs::path& file) {
-  return lowerEnding(file) == ".exr";
+FileKind writtenKind(const fs::path& file) {
+  return kindOf(file).kind;
+}
+
+Depth mostDepthOf(const fs::path& file) {
+  return kindOf(file).mostDepth;
 }
 
 void checkWritable(const fs::path& file, Depth depth) {

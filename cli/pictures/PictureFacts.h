@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "host/Depth.h"
+
 namespace cli {
 
 struct ExrFacts;
@@ -47,10 +49,11 @@ struct StoredPixel {
 
 struct PictureFacts {
   FileKind kind = FileKind::png;
-  PixelWindow display;       ///< the full image; left and top are 0
-  PixelWindow data;          ///< the part that the file stores
-  bool half = false;         ///< float samples of 16 bits
-  double pixelAspect = 1.0;  ///< width of a pixel : its height
+  PixelWindow display;                        ///< the full image; left and top are 0
+  PixelWindow data;                           ///< the part that the file stores
+  standin::Depth depth = standin::Depth::k8;  ///< of the file's samples
+  bool half = false;                          ///< float samples of 16 bits
+  double pixelAspect = 1.0;                   ///< width of a pixel : its height
   std::optional<PixelDensity> density;
   std::vector<uint8_t> iccProfile;  ///< of RGB numbers; empty: none
   std::vector<uint8_t> exif;        ///< from its byte order on, for an upright picture; empty: none

@@ -24,7 +24,10 @@ class RenderTest : public testing::Test {
     words.insert(words.end(), more.begin(), more.end());
     const Outcome outcome = runCommandLine(words);
     EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
-    EXPECT_EQ(outcome.err, "");
+    // Between an EXR and other files numbers go over as they are, and that is told.
+    if (!outcome.err.starts_with("vindrel: notice: the ")) {
+      EXPECT_EQ(outcome.err, "");
+    }
     return outcome.exitCode == 0 ? cli::readPicture(folder_ / out) : Image();
   }
 
