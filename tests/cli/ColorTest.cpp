@@ -110,7 +110,8 @@ TEST_F(ColorTest, displayFilesAndLightAreConvertedBothWays) {
 TEST_F(ColorTest, theEffectWorksInTheSpaceThatIsNamed) {
   // A dot of colour 128 that covers all is 128 in the space in which it is drawn.
   write8("in.png", 0, 0, 0);
-  const std::vector<std::string> dots = {"--set", "Dot Color=#808080", "--set", "Dot Size=200", "--depth", "32"};
+  const std::vector<std::string> dots = {"--set", "Dot Color=#808080", "--set",   "Dot Size=200",
+                                         "--set", "Dot Opacity=100",   "--depth", "32"};
   std::vector<std::string> more = dots;
   more.insert(more.end(), {"--color-space", "srgb"});
   ASSERT_EQ(render("in.png", "a.exr", more).exitCode, 0);
