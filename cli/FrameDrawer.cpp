@@ -200,7 +200,7 @@ FilePicture FrameDrawer::draw(const FilePicture& picture, const fs::path& file, 
 void FrameDrawer::goAlongWith(int32_t height) {
   if (height == height_ || arguments_.scale || !presets_.dependsOnHeight()) return;
   scaled_ = presets_.scaled({}, height, session_.controls());
-  animation_ = animationOf(arguments_, scaled_, session_);
+  animation_ = animationOf(arguments_, scaled_, session_, pictures_.layerReader());
   preparations_ = preparationsOf(arguments_, scaled_, session_);
   height_ = height;
 }
