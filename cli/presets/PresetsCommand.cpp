@@ -76,7 +76,7 @@ void save(const Arguments& arguments, const Surroundings& surroundings) {
   const PresetStack scaled = stack.scaled(arguments.scale, height, session.controls());
 
   // Whatever the module doesn't take is refused here, as it would be when the preset is used.
-  (void)session.values(scaled, arguments.sets, arguments.layers, arguments.mostMemory);
+  (void)session.values(scaled, arguments.sets, arguments.layers, plainLayers(arguments.mostMemory));
 
   std::vector<Preset> parts;
   // Lengths that nobody names belong to the look as well.
