@@ -21,8 +21,8 @@ class ConfiguredConversion final : public cli::ColorConversion {
     if (count < 1) return;
     // The alpha before each red is stepped over.
     ocio::PackedImageDesc picture(&pixels->red, count, 1, ocio::CHANNEL_ORDERING_RGB, ocio::BIT_DEPTH_F32,
-                                        sizeof pixels->red, sizeof(PF_PixelFloat),
-                                        static_cast<ptrdiff_t>(sizeof(PF_PixelFloat)) * count);
+                                  sizeof pixels->red, sizeof(PF_PixelFloat),
+                                  static_cast<ptrdiff_t>(sizeof(PF_PixelFloat)) * count);
     processor_->apply(picture);
   }
 

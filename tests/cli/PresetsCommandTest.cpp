@@ -17,8 +17,8 @@ class PresetsCommandTest : public LooksTest {
   Outcome runAsUser(const std::vector<std::string>& words) {
     std::ostringstream out;
     std::ostringstream err;
-    const cli::Surroundings surroundings{out, err, {}, std::filesystem::path(VINDREL_MODULE).parent_path(),
-                                         folder_ / "user"};
+    const cli::Surroundings surroundings{
+        out, err, {}, std::filesystem::path(VINDREL_MODULE).parent_path(), folder_ / "user"};
     const int exitCode = cli::run(words, surroundings);
     return {exitCode, std::move(out).str(), std::move(err).str()};
   }
