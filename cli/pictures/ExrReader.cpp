@@ -11,6 +11,7 @@
 #include <string>
 
 #include "cli/pictures/ExrFacts.h"
+#include "cli/pictures/ExrHeader.h"
 
 namespace cli {
 namespace {
@@ -41,6 +42,7 @@ class ExrReader final : public PictureReader {
   ExrReader(std::span<const uint8_t> file, OtherChannels others) : stream_(file) {
     facts_.kind = FileKind::exr;
     facts_.exr = own_;
+    checkExrHeader(file);
     withExrErrors([&] {
       file_ = std::make_unique<Imf::InputFile>(stream_, 0);
       takeWindows();

@@ -363,6 +363,26 @@ TEST_F(ImageFileTest, aPictureThatTakesTooMuchMemoryIsRefusedByItsHeader) {
                                      "4500 MB");
 }
 
+// The library takes the room for both before it reads them: some gigabytes for a file of a few hundred bytes.
+TEST_F(ImageFileTest, anExrThatPromisesMoreThanItsBytesIsRefusedByItsHeader) {
+  cli::writePicture(folder_ / "whole.exr", everyPair8());
+  const std::string whole = folder_.read("whole.exr");
+  const auto withNumber = [&](const std::string& after, std::size_t skipped, uint32_t number) {
+    std::string file = whole;
+    const std::size_t at = file.find(after);
+    EXPECT_NE(at, std::string::npos);
+    std::memcpy(file.data() + at + after.size() + skipped, &number, sizeof number);
+    folder_.write("other.exr", file);
+    return refusalToRead(folder_ / "other.exr");
+  };
+  const std::string cut = "can't read '" + (folder_ / "other.exr").string() + "': the file is cut";
+  const std::string attribute("compression\0compression\0", 24);
+  EXPECT_EQ(withNumber(attribute, 0, 0x7FFFFFFF), cut);
+  EXPECT_EQ(withNumber(attribute, 0, 0xFFFFFFFF), cut);
+  const std::string window("dataWindow\0box2i\0", 17);
+  EXPECT_EQ(withNumber(window, 4 + 12, 0x3FFFFFFE), cut) << "a billion rows";
+}
+
 TEST_F(ImageFileTest, aPngThatIsTooShortForItsSizeIsRefusedByItsHeader) {
   const auto file = folder_.write("bomb.png", pngThatClaims(30000, 30000, 250));
   EXPECT_EQ(refusalToRead(file),
