@@ -150,9 +150,9 @@ class ExrReader final : public PictureReader {
     facts_.half = std::all_of(names_.begin(), names_.end(), [&](const std::string& name) {
       return header.channels()[name.c_str()].type == Imf::HALF;
     });
-    facts_.pixelAspect = double{header.pixelAspectRatio()};
+    facts_.pixelAspect = static_cast<double>(header.pixelAspectRatio());
     if (Imf::hasXDensity(header) && Imf::xDensity(header) > 0.0F) {
-      const double density = double{Imf::xDensity(header)};
+      const auto density = static_cast<double>(Imf::xDensity(header));
       facts_.density = PixelDensity{density, density * facts_.pixelAspect};
     }
     if (Imf::hasChromaticities(header)) {

@@ -3,6 +3,7 @@
 #include <half.h>
 
 #if defined(__x86_64__)
+#include <cpuid.h>
 #include <immintrin.h>
 #endif
 
@@ -23,13 +24,19 @@ void oneByOne(std::span<const float> floats, uint16_t* halves) {
   }
   oneByOne(floats.subspan(i), halves + i);
 }
+
+/// Not every compiler has a name for the conversions, so the processor is asked for them by its own number.
+bool convertsHalves() {
+  unsigned a = 0, b = 0, c = 0, d = 0;
+  return __builtin_cpu_supports("avx") != 0 && __get_cpuid(1, &a, &b, &c, &d) != 0 && (c & bit_F16C) != 0;
+}
 #endif
 
 }  // namespace
 
 void toHalves(std::span<const float> floats, uint16_t* halves) {
 #if defined(__x86_64__)
-  static const bool byProcessor = __builtin_cpu_supports("avx") != 0 && __builtin_cpu_supports("f16c") != 0;
+  static const bool byProcessor = convertsHalves();
   if (byProcessor) {
     eightByEight(floats, halves);
     return;

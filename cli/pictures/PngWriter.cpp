@@ -87,8 +87,8 @@ class PngWriter {
     if (facts.png != nullptr && facts.png->srgbIntent) png_set_sRGB(png_, info_, *facts.png->srgbIntent);
     if (facts.png != nullptr && facts.png->gamma) png_set_gAMA_fixed(png_, info_, *facts.png->gamma);
     if (facts.chromaticities) {
-      const auto& c = *facts.chromaticities;
-      png_set_cHRM(png_, info_, c[6], c[7], c[0], c[1], c[2], c[3], c[4], c[5]);
+      const auto number = [&](std::size_t i) { return static_cast<double>((*facts.chromaticities)[i]); };
+      png_set_cHRM(png_, info_, number(6), number(7), number(0), number(1), number(2), number(3), number(4), number(5));
     }
     tellDensity(facts);
     tellNotes();

@@ -144,13 +144,13 @@ class TiffReader final : public PictureReader {
     facts_.kind = FileKind::tiff;
     facts_.half = layout_.depth == Depth::k32 && bits_ == 16;
     TIFF* const tiff = tiff_.get();
-    const auto x = tiffField<float>(tiff, TIFFTAG_XRESOLUTION, 0);
-    const auto y = tiffField<float>(tiff, TIFFTAG_YRESOLUTION, 0);
+    const auto x = static_cast<double>(tiffField<float>(tiff, TIFFTAG_XRESOLUTION, 0));
+    const auto y = static_cast<double>(tiffField<float>(tiff, TIFFTAG_YRESOLUTION, 0));
     const auto unit = tiffField<uint16_t>(tiff, TIFFTAG_RESOLUTIONUNIT, RESUNIT_INCH);
     if (x > 0 && y > 0) {
-      facts_.pixelAspect = double{y} / double{x};
+      facts_.pixelAspect = y / x;
       const double inches = unit == RESUNIT_CENTIMETER ? 2.54 : 1.0;
-      if (unit != RESUNIT_NONE) facts_.density = PixelDensity{double{x} * inches, double{y} * inches};
+      if (unit != RESUNIT_NONE) facts_.density = PixelDensity{x * inches, y * inches};
     }
     facts_.iccProfile = block(TIFFTAG_ICCPROFILE);
     const std::vector<uint8_t> xmp = block(TIFFTAG_XMLPACKET);

@@ -11,8 +11,8 @@ struct Fault : faulty::Honest {
   static inline std::atomic<double> shared = 0;
   static void beforeFrame(PF_InData*, const PF_EffectWorld& output, const faulty::Values& values, bool) {
     shared = values.amount * output.width / 100;
-    // Time enough for another thread.
-    std::this_thread::sleep_for(std::chrono::microseconds(200));
+    // Time enough for another thread on any system: some round a shorter sleep down to none.
+    std::this_thread::sleep_for(std::chrono::milliseconds(4));
   }
   static double amountOf(const faulty::Values&, double, bool) { return shared; }
 };
