@@ -93,7 +93,8 @@ TEST(AveragePictureTest, anotherSizeKeepsMeansAndReadsBetweenPixels) {
   EXPECT_NEAR(half.values[1], 4.5F, 1e-6F);
   const Plane doubled = cli::resampled(plane, 0, 0, 4, 1, 8, 1);
   for (int32_t x = 0; x < 8; ++x) {
-    EXPECT_NEAR(double{doubled.values[static_cast<std::size_t>(x)]}, std::clamp(x * 0.5 - 0.25, 0.0, 3.0), 1e-6);
+    EXPECT_NEAR(static_cast<double>(doubled.values[static_cast<std::size_t>(x)]), std::clamp(x * 0.5 - 0.25, 0.0, 3.0),
+                1e-6);
   }
 }
 

@@ -92,13 +92,13 @@ TEST(SeparationTest, inksLieOverEachOtherByTheirKind) {
     return sheet.at<PF_PixelFloat>(1, 0);
   };
   const PF_PixelFloat ink = laid(cli::Pass::Lay::multiply);
-  EXPECT_NEAR(double{ink.red}, 0.4, 1e-6);
-  EXPECT_NEAR(double{ink.green}, 0.6, 1e-6);
-  EXPECT_NEAR(double{ink.blue}, 0.8, 1e-6);
+  EXPECT_NEAR(static_cast<double>(ink.red), 0.4, 1e-6);
+  EXPECT_NEAR(static_cast<double>(ink.green), 0.6, 1e-6);
+  EXPECT_NEAR(static_cast<double>(ink.blue), 0.8, 1e-6);
   const PF_PixelFloat paint = laid(cli::Pass::Lay::over);
-  EXPECT_NEAR(double{paint.red}, 0.4, 1e-6);
-  EXPECT_NEAR(double{paint.green}, 0.65, 1e-6);
-  EXPECT_NEAR(double{paint.blue}, 0.9, 1e-6);
+  EXPECT_NEAR(static_cast<double>(paint.red), 0.4, 1e-6);
+  EXPECT_NEAR(static_cast<double>(paint.green), 0.65, 1e-6);
+  EXPECT_NEAR(static_cast<double>(paint.blue), 0.9, 1e-6);
 }
 
 TEST_F(ScreensTest, idealInksGiveThePictureBackInTheMean) {
