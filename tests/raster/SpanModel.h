@@ -46,7 +46,9 @@ inline Runs maximalRuns(const Columns& columns) {
 }
 
 inline int pick(std::mt19937& random, int from, int to) {
-  return from + static_cast<int>(random() % static_cast<unsigned>(to - from + 1));
+  // In unsigned numbers, since the distance may not fit a signed one.
+  const unsigned first = static_cast<unsigned>(from), count = static_cast<unsigned>(to) - first + 1;
+  return static_cast<int>(first + static_cast<unsigned>(random() % count));
 }
 
 /// Up to nine runs on a narrow stretch, so that every way for two lists to meet comes up; sometimes none at all.

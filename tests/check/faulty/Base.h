@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <limits>
 
 #include "ae/AppSuites.h"
 #include "ae/Constants.h"
@@ -38,10 +39,13 @@ constexpr double fullOf() {
   return 1;
 }
 
-/// A channel of 0 to full, rounded at whole numbers.
+/// A channel of 0 to full, rounded at whole numbers, where what is no number is 0.
 template <class Channel>
 Channel rounded(double value) {
-  if constexpr (std::is_integral_v<Channel>) return static_cast<Channel>(value + 0.5);
+  if constexpr (std::is_integral_v<Channel>) {
+    return value > 0.0 ? static_cast<Channel>(std::min(value + 0.5, double{std::numeric_limits<Channel>::max()}))
+                       : Channel{0};
+  }
   return static_cast<Channel>(value);
 }
 
