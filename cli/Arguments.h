@@ -19,7 +19,8 @@ enum class Road { asModuleSays, classic, smart };
 enum class LogForm { none, text, json };
 enum class OptionsAction { save, restore };
 
-struct Arguments {
+// There is one of it in a program, and its fields stand with what they belong to.
+struct Arguments {  // NOLINT(clang-analyzer-optin.performance.Padding)
   Command command = Command::showText;
   std::string text;  ///< showText: help or version, ready to print
 

@@ -15,13 +15,14 @@ namespace {
 
 /// One channel that is 0 but for a single 1.
 Plane point(int32_t side, int32_t x, int32_t y) {
-  Plane plane{side, side, 1, std::vector<float>(static_cast<std::size_t>(side * side), 0.0F)};
-  plane.values[static_cast<std::size_t>(y * side + x)] = 1.0F;
+  Plane plane{side, side, 1, std::vector<float>(static_cast<std::size_t>(side) * static_cast<std::size_t>(side), 0.0F)};
+  plane.values[static_cast<std::size_t>(y) * static_cast<std::size_t>(side) + static_cast<std::size_t>(x)] = 1.0F;
   return plane;
 }
 
 float at(const Plane& plane, int32_t x, int32_t y) {
-  return plane.values[static_cast<std::size_t>(y * plane.width + x)];
+  const auto row = static_cast<std::size_t>(y) * static_cast<std::size_t>(plane.width);
+  return plane.values[row + static_cast<std::size_t>(x)];
 }
 
 }  // namespace

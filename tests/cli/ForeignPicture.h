@@ -19,7 +19,7 @@ void writeForeign(const std::filesystem::path& file, const OIIO::ImageSpec& layo
 
 /// All channels of a file as the library gives them, straight where the file is.
 template <class Channel>
-std::vector<Channel> readForeign(const std::filesystem::path& file, OIIO::TypeDesc expectedFormat) {
+std::vector<Channel> readForeign(const std::filesystem::path& file, const OIIO::TypeDesc& expectedFormat) {
   OIIO::ImageSpec wishes;
   wishes.attribute("oiio:UnassociatedAlpha", 1);
   const auto input = OIIO::ImageInput::open(file.string(), &wishes);

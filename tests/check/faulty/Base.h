@@ -75,10 +75,8 @@ struct Honest {
   static A_long lastColumn(const PF_EffectWorld& output) { return output.width; }
   static PF_Err toldError(PF_Err error) { return error; }
   static PF_Err readRecord(const Record& from, size_t size, Record& to) {
-    if (size < sizeof from || from.mark != kMark || from.length < 0 || from.length > 6)
-      to = freshRecord();
-    else
-      to = from;
+    const bool whole = size >= sizeof from && from.mark == kMark && from.length >= 0 && from.length <= 6;
+    to = whole ? from : freshRecord();
     return PF_Err_NONE;
   }
   static bool releasesSuite() { return true; }
