@@ -10,7 +10,6 @@ using standin::Depth;
 using standin::FrameRequest;
 using standin::Image;
 using standin::Matter;
-using standin::ParameterValues;
 using standin::RenderResult;
 
 constexpr int32_t kWidth = 48;

@@ -46,6 +46,7 @@ void anyOrderOfFrames(Trial& trial) {
   Life life(trial);
   const std::vector<Wanted> frames = severalFrames(life);
   std::vector<Image> forward;
+  forward.reserve(frames.size());
   trial.step("drawing frames in order");
   for (const Wanted& wanted : frames) {
     forward.push_back(drawn(life, wanted.way, wanted.frame, life.host.defaults()));

@@ -59,7 +59,7 @@ void twoInstances(Trial& trial) {
   StandInHost& host = life.host;
   const Way way = mainWay(host);
   const Image alone = drawn(life, way, frameOf(way.depth, 24, 18), host.defaults());
-  const PF_Handle first = host.sequenceData();
+  PF_Handle first = host.sequenceData();
   trial.step("a second instance is set up");
   host.setSequenceData(nullptr);
   const PF_Err error = host.sequenceSetup();
