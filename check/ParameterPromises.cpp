@@ -13,7 +13,6 @@ namespace {
 
 using standin::Control;
 using standin::ParameterValues;
-using standin::StandInHost;
 
 std::string nameOf(const Control& control) {
   return "parameter " + std::to_string(control.index) + " \"" + control.name + "\"";

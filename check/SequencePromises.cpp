@@ -75,7 +75,7 @@ void isDuplicated(Trial& trial) {
   Life life(trial);
   const Image before = frameOfInstance(life);
   const Bytes bytes = stored(life);
-  const PF_Handle own = life.host.sequenceData();
+  PF_Handle own = life.host.sequenceData();
   trial.step("the instance is duplicated");
   life.host.loadSequence(bytes);
   PF_Err error = life.host.sequenceResetup();
@@ -182,7 +182,7 @@ void corruptedDoesNoHarm(Trial& trial) {
 void withoutData(Trial& trial) {
   Life life(trial);
   mustHaveData(life);
-  const PF_Handle own = life.host.sequenceData();
+  PF_Handle own = life.host.sequenceData();
   trial.step("it is set up again without any stored data");
   life.host.setSequenceData(nullptr);
   const PF_Err error = life.host.sequenceResetup();
