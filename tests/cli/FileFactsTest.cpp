@@ -7,8 +7,10 @@
 #include <ImfStandardAttributes.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <iterator>
 
 #include "cli/ImageFile.h"
 #include "tests/cli/ForeignPicture.h"
@@ -16,7 +18,6 @@
 #include "tests/cli/TemporaryFolder.h"
 
 using cli::FilePicture;
-using cli::PixelWindow;
 using OIIO::ImageSpec;
 using OIIO::TypeDesc;
 using standin::Depth;
@@ -89,7 +90,9 @@ TEST_F(FileFactsTest, anExrKeepsItsAttributes) {
   EXPECT_EQ(rateBack[0], 24000);
   EXPECT_EQ(rateBack[1], 1001);
   ASSERT_NE(back.find_attribute("chromaticities"), nullptr);
-  EXPECT_EQ(std::memcmp(back.find_attribute("chromaticities")->data(), places, sizeof places), 0);
+  float placesBack[std::size(places)] = {};
+  std::memcpy(placesBack, back.find_attribute("chromaticities")->data(), sizeof placesBack);
+  EXPECT_TRUE(std::equal(std::begin(places), std::end(places), std::begin(placesBack)));
 }
 
 TEST_F(FileFactsTest, anExrKeepsItsTimecode) {
