@@ -1,5 +1,5 @@
-// Any bytes as a picture file. Held: it is read, or refused with a message, and never takes more than the memory that the
-// caller allows.
+// Any bytes as a picture file. Held: it is read, or refused with a message, and never takes more than the memory that
+// the caller allows.
 #include <unistd.h>
 
 #include <cstdint>
