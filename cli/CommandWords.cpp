@@ -83,10 +83,13 @@ void addFileForms(CLI::App& app, Words& words) {
       ->type_name("keep|drop");
 }
 
+/// A file that is told by its place in the line. A second one is refused, where a repeated option means the last.
+void addFile(CLI::App& app, const std::string& name, std::string& file, const std::string& help) {
+  app.add_option(name, file, help)->type_name("")->multi_option_policy(CLI::MultiOptionPolicy::Throw);
+}
+
 void addCheck(CLI::App& check, Words& words) {
-  check.add_option("MODULE", words.checkedModule, "The effect module (default: the one built with this program)")
-      ->type_name("")
-      ->multi_option_policy(CLI::MultiOptionPolicy::Throw);
+  addFile(check, "MODULE", words.checkedModule, "The effect module (default: the one built with this program)");
   check.add_option("--only", words.only, "A promise by its name; may be repeated (default: all)")
       ->type_name("NAME")
       ->expected(1)
@@ -114,12 +117,8 @@ void addLimits(CLI::App& app, Words& words) {
 
 void addSheet(CLI::App& app, Words& words) {
   CLI::App* sheet = app.add_subcommand("sheet", "Draw variants side by side, each with a label");
-  sheet->add_option("IN", words.input, "The picture to read")
-      ->type_name("")
-      ->multi_option_policy(CLI::MultiOptionPolicy::Throw);
-  sheet->add_option("OUT", words.output, "The picture to write, of 8 bits")
-      ->type_name("")
-      ->multi_option_policy(CLI::MultiOptionPolicy::Throw);
+  addFile(*sheet, "IN", words.input, "The picture to read");
+  addFile(*sheet, "OUT", words.output, "The picture to write, of 8 bits");
   sheet
       ->add_option("--vary", words.varied,
                    "A control and its values, as in \"Dot Size=4,8,12\"; may be repeated, for all combinations. Values "
@@ -153,12 +152,8 @@ void declareCommands(CLI::App& app, Words& words) {
   app.option_defaults()->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
 
   CLI::App* render = app.add_subcommand("render", "Draw dots over a picture");
-  render->add_option("IN", words.input, "The picture to read, or numbered ones: in.####.exr, in.%04d.exr")
-      ->type_name("")
-      ->multi_option_policy(CLI::MultiOptionPolicy::Throw);
-  render->add_option("OUT", words.output, "The picture to write: .png, .tif, .tiff, .exr, .jpg or .jpeg")
-      ->type_name("")
-      ->multi_option_policy(CLI::MultiOptionPolicy::Throw);
+  addFile(*render, "IN", words.input, "The picture to read, or numbered ones: in.####.exr, in.%04d.exr");
+  addFile(*render, "OUT", words.output, "The picture to write: .png, .tif, .tiff, .exr, .jpg or .jpeg");
   addValues(*render, words);
   addLayers(*render, words);
   render->footer(
@@ -186,12 +181,8 @@ void declareCommands(CLI::App& app, Words& words) {
 
   addSheet(app, words);
   CLI::App* screens = app.add_subcommand("screens", "Print a picture in several inks, each with its own screen");
-  screens->add_option("IN", words.input, "The picture to read")
-      ->type_name("")
-      ->multi_option_policy(CLI::MultiOptionPolicy::Throw);
-  screens->add_option("OUT", words.output, "The picture to write: .png, .tif, .tiff or .exr")
-      ->type_name("")
-      ->multi_option_policy(CLI::MultiOptionPolicy::Throw);
+  addFile(*screens, "IN", words.input, "The picture to read");
+  addFile(*screens, "OUT", words.output, "The picture to write: .png, .tif, .tiff or .exr");
   screens->add_option("--recipe", words.recipe, "The inks, by the recipe's name (--list shows them) or from a file")
       ->type_name("NAME|FILE.json");
   screens->add_flag("--list", words.list, "List the recipes that can be named");
