@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 #include <cstring>
 #include <limits>
@@ -154,6 +155,7 @@ std::vector<std::pair<int32_t, int32_t>> sorted(const lanes::EightRuns& runs) {
   std::memcpy(start, runs.start, sizeof start);
   std::memcpy(end, runs.end, sizeof end);
   std::vector<std::pair<int32_t, int32_t>> result;
+  result.reserve(8);
   for (int i = 0; i < 8; ++i) result.emplace_back(start[i], end[i]);
   std::sort(result.begin(), result.end());
   return result;
@@ -244,7 +246,9 @@ template <class Pixel>
 bool sameValue(const Pixel& a, const Pixel& b) {
   if (sameBytes(a, b)) return true;
   if constexpr (sizeof(Pixel) == sizeof(Pixel32)) {
-    const auto same = [](float x, float y) { return (std::isnan(x) && std::isnan(y)) || std::memcmp(&x, &y, 4) == 0; };
+    const auto same = [](float x, float y) {
+      return (std::isnan(x) && std::isnan(y)) || std::bit_cast<uint32_t>(x) == std::bit_cast<uint32_t>(y);
+    };
     return same(a.alpha, b.alpha) && same(a.red, b.red) && same(a.green, b.green) && same(a.blue, b.blue);
   }
   return false;
