@@ -1,11 +1,13 @@
 """Pictures of the manual, rendered by the effect while the manual is built, and the reference of the controls.
 
-Three directives:
+Four directives:
 
   .. strip:: Ratio Size #         the strip of a control, as manual/strips.json has it
   .. controls:: Dot Shape, ...    a section for each of these controls: name, help, range, default and strip
   .. pictures::                   a strip of its own, a line a picture: "label :: options of the command line"; another
                                   ground's name may stand before the options, and ";;" parts those of stacked effects
+  .. looks:: presets              a section for each preset (or each of the recipes): what it says of itself, two pictures of
+                                  docs/make-gallery, its command and its settings
 
 A picture is drawn by the command that stands beside it, in the folder of grounds. It is drawn once for each build of the
 module and the program and kept in a cache; what a build draws otherwise than the last one is told at the end.
@@ -29,6 +31,7 @@ from sphinx.util import logging
 
 log = logging.getLogger(__name__)
 here = Path(__file__).resolve().parent.parent
+tree = here.parent
 grounds = here / 'grounds'
 
 # What many strips of effectors begin with; "#" is the effector.
@@ -212,6 +215,26 @@ class Studio:
                 Path(folder, 'out.png').rename(file)
         return key
 
+    def look_keys(self, kind):
+        """The keys of both pictures of each look of a kind, by its name."""
+        maker = (tree / 'docs/make-gallery').read_bytes()
+        return {file.stem: {part: digest(self.build, maker, file.read_bytes(), part)[:32] + '.jpg' for part in ('whole', 'part')}
+                for file in sorted((tree / kind).glob('*.json'))}
+
+    def draw_looks(self, kind):
+        looks = self.look_keys(kind)
+        lacking = [name for name, keys in looks.items() if not all((self.cache / key).exists() for key in keys.values())]
+        if lacking:
+            with tempfile.TemporaryDirectory(dir=self.cache) as folder:
+                done = subprocess.run([tree / 'docs/make-gallery', '--pictures', folder, *lacking], capture_output=True, text=True,
+                                      env={**os.environ, 'VINDREL': str(program())})
+                if done.returncode:
+                    raise ExtensionError(f'docs/make-gallery --pictures {folder}\n{done.stdout}{done.stderr}')
+                for name in lacking:
+                    for part, key in looks[name].items():
+                        Path(folder, f'{name}-{part}.jpg').rename(self.cache / key)
+        return looks
+
     def pixels(self, key):
         with Image.open(self.cache / key) as image:
             return digest(image.mode, image.size, image.tobytes())
@@ -219,6 +242,10 @@ class Studio:
 
 class strip(nodes.General, nodes.Element):
     """A row of pictures, each with its settings."""
+
+
+class look(nodes.General, nodes.Element):
+    """The two pictures of a look."""
 
 
 def add_strip(env, pictures, base, unlike=True):
@@ -354,6 +381,62 @@ class ControlsDirective(Directive):
         yield 'Default', shown_default(row)
 
 
+class LooksDirective(Directive):
+    """Every look of a kind, with its two pictures."""
+    required_arguments = 1
+    commands = {'presets': 'vindrel render IN OUT --preset ', 'recipes': 'vindrel screens IN OUT --recipe '}
+
+    def run(self):
+        env, kind = self.state.document.settings.env, self.arguments[0]
+        if kind not in self.commands:
+            raise self.error(f'looks are {" or ".join(self.commands)}, not "{kind}"')
+        env.note_dependency(str(tree / 'docs/make-gallery'))
+        sections = []
+        for name, keys in env.app.vindrel_studio.draw_looks(kind).items():
+            file = tree / kind / f'{name}.json'
+            env.note_dependency(str(file))
+            settings = file.read_text(encoding='utf-8')
+            page = nodes.section(ids=[name], names=[name])
+            page += nodes.title('', look_title(name))
+            page += nodes.paragraph('', json.loads(settings)['about'])
+            page += add_look(env, name, keys)
+            page += nodes.literal_block('', self.commands[kind] + name)
+            page += folded('Settings', settings)
+            sections.append(page)
+        return sections
+
+
+def look_title(name):
+    title = name.replace('-', ' ').capitalize()
+    return re.sub(r'^(Cmyk|Led)\b', lambda word: word.group().upper(), title)
+
+
+def add_look(env, name, keys):
+    studio, shown = env.app.vindrel_studio, env.vindrel_shown.setdefault(env.docname, {})
+    node = look(pictures=[])
+    for part, words in (('whole', f'{name}, the whole picture made small'), ('part', f'a part of {name}, four times as large')):
+        shown[f'{name}-{part}'] = keys[part]
+        with Image.open(studio.cache / keys[part]) as image:
+            node['pictures'].append((f'{name}-{part}', words, image.size))
+    return node
+
+
+def visit_look(writer, node):
+    up = '../' * writer.builder.current_docname.count('/')
+    writer.body.append('<div class="look">\n')
+    for name, words, (width, height) in node['pictures']:
+        writer.body.append(f'<img src="{up}pictures/{name}.jpg" width="{width}" height="{height}" '
+                           f'alt="{escape(words)}">\n')
+    writer.body.append('</div>\n')
+    raise nodes.SkipNode
+
+
+def folded(summary, text):
+    """A text that a click unfolds."""
+    return nodes.raw('', f'<details class="settings"><summary>{escape(summary)}</summary>'
+                         f'<div class="highlight"><pre>{escape(text)}</pre></div></details>\n', format='html')
+
+
 def begin(app):
     env = app.env
     for name in ('vindrel_shown', 'vindrel_told'):
@@ -390,19 +473,20 @@ def finish(app, error):
             if now.get(name, key) != key:
                 raise ExtensionError(f'two pictures of the manual are called {name}')
             now[name] = key
-            target = folder / f'{name}.png'
+            target = folder / (name + Path(key).suffix)
             if not target.exists() or target.read_bytes() != (studio.cache / key).read_bytes():
                 shutil.copyfile(studio.cache / key, target)
     mend_theme(Path(app.outdir) / '_static')
     shutil.copytree(grounds, Path(app.outdir) / 'grounds', dirs_exist_ok=True, ignore=shutil.ignore_patterns('make'))
-    for file in folder.glob('*.png'):
-        if file.stem not in now:
+    for file in folder.iterdir():
+        if Path(now.get(file.stem, '')).suffix != file.suffix:
             file.unlink()
     tell_changes(studio, now)
     used = set(now.values())
-    for file in studio.cache.glob('*.png'):
-        if file.name not in used:
-            file.unlink()
+    for ending in ('*.png', '*.jpg'):
+        for file in studio.cache.glob(ending):
+            if file.name not in used:
+                file.unlink()
 
 
 def mend_theme(static):
@@ -449,13 +533,15 @@ def tell_changes(studio, now):
           ' since the last build in this folder')
     for word, names in groups:
         for name in sorted(names):
-            print(f'  {word}: {name}.png')
+            print(f'  {word}: {name}')
 
 
 def setup(app):
     app.add_config_value('vindrel_cache', '', 'env')
     app.add_config_value('vindrel_build', '', 'env')
     app.add_node(strip, html=(visit_strip, None))
+    app.add_node(look, html=(visit_look, None))
+    app.add_directive('looks', LooksDirective)
     app.add_directive('strip', StripDirective)
     app.add_directive('pictures', PicturesDirective)
     app.add_directive('controls', ControlsDirective)
