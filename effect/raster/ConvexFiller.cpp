@@ -10,6 +10,7 @@
 #include "effect/raster/FetchAhead.h"
 #include "effect/raster/PaintPixel.h"
 #include "effect/raster/RowPainter.h"
+#include "effect/raster/RunLanes.h"
 
 namespace vindrel {
 namespace {

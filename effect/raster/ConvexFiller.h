@@ -13,6 +13,7 @@
 #include "effect/raster/CanvasView.h"
 #include "effect/raster/Path.h"
 #include "effect/raster/RowPainter.h"
+#include "effect/raster/SideLanes.h"
 
 namespace vindrel {
 

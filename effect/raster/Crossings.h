@@ -13,7 +13,7 @@
 #include <cstdint>
 
 #include "effect/raster/EdgeTable.h"
-#include "effect/raster/RunVectors.h"
+#include "effect/raster/SideLanes.h"
 #include "effect/raster/SpanTable.h"
 
 namespace vindrel {
@@ -65,7 +65,7 @@ class Crossings {
 
  private:
   int32_t scanTwo(SpanTable& table, int32_t y, int32_t stop) {
-    vectors::TwoSides sides(x_, slope_);
+    lanes::TwoSides sides(x_, slope_);
     while (y < stop && inOrder_) {
       table.set(y & 7, sides.columns());
       sides.step();
@@ -79,7 +79,7 @@ class Crossings {
   /// With two runs each is between two neighbours; a single one is between the outermost edges.
   template <int32_t runs>
   int32_t scanFour(SpanTable& table, int32_t y, int32_t stop) {
-    vectors::TwoSides left(x_, slope_), right(x_ + 2, slope_ + 2);
+    lanes::TwoSides left(x_, slope_), right(x_ + 2, slope_ + 2);
     while (y < stop && inOrder_) {
       if constexpr (runs == 2) {
         table.set(y & 7, left.columns(), right.columns());

@@ -1,7 +1,7 @@
 // Fills any outline, crossing itself or not, by the non-zero winding rule.
 //
 // A scan from sub-row to sub-row over the sides of the outline (EdgeTable), kept sorted by their x. The runs between
-// them are kept (RunStore) until the last sub-row of a pixel row is known, and that row is painted: from a small table
+// them are kept until the last sub-row of a pixel row is known, and that row is painted: from a small table
 // on the stack (SpanTable), or from lists (CoverageRows) when a row doesn't suit that. x stands for the upper
 // end of a side and steps from its first sub-row, without a correction to the sub-row's centre, and a run keeps the
 // sub-column on which it ends: so runs are one sub-column wider on the right than the convex filler's. Kept as is:
@@ -36,12 +36,5 @@ SubRowRange scannedSubRows(const std::vector<PathVertex>& vertices);
 template <class Pixel>
 void fillGeneral(std::vector<ScanEdge>& edges, CoverageRows& coverage, const std::vector<PathVertex>& outline,
                  const CanvasView<Pixel>& canvas, const Pixel& color);
-
-/// Paints the pixel row of sub-row y from the coverage, and empties that. A row off the canvas is only emptied. A pixel
-/// is painted once for each run of touched pixels that holds it, so twice where two runs, still apart on the sub-pixel
-/// grid, meet in one pixel. Kept as is: it is the stronger edge at the tips of a star
-/// (aPixelWhereTwoRunsMeetIsPaintedTwice).
-template <class Pixel>
-void flushRow(CoverageRows& coverage, const CanvasView<Pixel>& canvas, const Pixel& color, int32_t y);
 
 }  // namespace vindrel

@@ -10,8 +10,9 @@
 #include <algorithm>
 #include <cstdint>
 
-#include "effect/raster/Lanes.h"
+#include "effect/raster/MixLanes.h"
 #include "effect/raster/PaintPixel.h"
+#include "effect/raster/RunLanes.h"
 #include "effect/raster/WideLanes.h"
 
 namespace vindrel {

@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "effect/pixel/Wrap.h"
-#include "effect/raster/RunVectors.h"
+#include "effect/raster/RunLanes.h"
 
 namespace vindrel {
 namespace {
@@ -104,7 +104,7 @@ SpanTable::Shape SpanTable::shape() const {
   shape.layers = layerCount();
   for (int32_t k = 0; k < shape.layers; ++k) {
     if (isFull(k)) {
-      shape.extent[k] = vectors::extentOf(layers_[k]);
+      shape.extent[k] = lanes::extentOf(layers_[k]);
       continue;
     }
     LayerExtent extent{lastOrderlyColumn, std::numeric_limits<int32_t>::min(), lastOrderlyColumn,

@@ -4,6 +4,9 @@
 
 #include "effect/pixel/Pixel.h"
 #include "effect/raster/FetchAhead.h"
+#include "effect/raster/RowPainter.h"
+#include "effect/raster/RunLanes.h"
+#include "effect/raster/SideLanes.h"
 
 namespace vindrel {
 namespace {

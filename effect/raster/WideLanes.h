@@ -1,6 +1,6 @@
 // Laying a half transparent colour over long stretches of wholly covered pixels, with the wider registers (AVX2) of
-// processors that have them. Other processors, and all shorter stretches, go by fours (Lanes.h),
-// with the same bytes.
+// processors that have them. Other processors, and all shorter stretches, go by fours (MixLanes.h), with the same
+// bytes.
 #pragma once
 
 #include <cstddef>

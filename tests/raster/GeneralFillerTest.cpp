@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "effect/raster/DrawDot.h"
+#include "effect/raster/PaintLists.h"
 #include "effect/raster/PaintPixel.h"
 #include "tests/raster/TestCanvas.h"
 
