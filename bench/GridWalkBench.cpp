@@ -22,11 +22,11 @@ int32_t heightOf(int32_t width) {
 }
 
 RenderParams onePixelLattice(int32_t width) {
-  RenderParams params = testing::plainParams();
+  RenderParams params = test::plainParams();
   params.dotSize = 1.0;
   params.distanceBetween = distanceBetweenCentersItem;
   params.dotDistanceX = params.dotDistanceY = 1.0;
-  testing::placeCenter(params, width * 0.5, heightOf(width) * 0.5);
+  test::placeCenter(params, width * 0.5, heightOf(width) * 0.5);
   return params;
 }
 
@@ -40,7 +40,7 @@ void showCells(benchmark::State& state, int64_t rings, int64_t dots) {
 
 void walk(benchmark::State& state) {
   const auto width = static_cast<int32_t>(state.range(0));
-  const DotGrid grid = testing::gridOf(onePixelLattice(width), width, heightOf(width));
+  const DotGrid grid = test::gridOf(onePixelLattice(width), width, heightOf(width));
   int64_t dots = 0;
   for (auto _ : state) {
     randomState = 0;
@@ -80,7 +80,7 @@ void plainWalk(benchmark::State& state) {
 template <class Pixel>
 void collectRecords(benchmark::State& state) {
   const auto width = static_cast<int32_t>(state.range(0));
-  const auto settings = testing::settingsOf<Pixel>(onePixelLattice(width));
+  const auto settings = test::settingsOf<Pixel>(onePixelLattice(width));
   std::size_t dots = 0;
   for (auto _ : state) {
     const DotField<Pixel> field = collectDots(settings, width, heightOf(width));
@@ -93,8 +93,8 @@ void collectRecords(benchmark::State& state) {
 // A centre far outside: the rings on the way are leapt over.
 void walkFromAfar(benchmark::State& state) {
   RenderParams params = onePixelLattice(1920);
-  testing::placeCenter(params, static_cast<double>(state.range(0)), 540.0);
-  const DotGrid grid = testing::gridOf(params, 1920, 1080);
+  test::placeCenter(params, static_cast<double>(state.range(0)), 540.0);
+  const DotGrid grid = test::gridOf(params, 1920, 1080);
   int64_t dots = 0;
   for (auto _ : state) {
     dots = 0;

@@ -12,14 +12,14 @@
 
 namespace compare {
 
-using moduletest::RandomFrame;
-using moduletest::RandomFrames;
 using standin::Control;
 using standin::Image;
 using standin::Matter;
 using standin::ParameterValues;
 using standin::RenderResult;
 using standin::StandInHost;
+using vindrel::test::RandomFrame;
+using vindrel::test::RandomFrames;
 
 namespace {
 

@@ -16,13 +16,13 @@
 namespace vindrel {
 namespace {
 
-using testing::farthestRing;
-using testing::fixed;
-using testing::placeCenter;
-using testing::plainParams;
-using testing::RandomFrame;
-using testing::randomFrame;
-using testing::settingsOf;
+using test::farthestRing;
+using test::fixed;
+using test::placeCenter;
+using test::plainParams;
+using test::RandomField;
+using test::randomField;
+using test::settingsOf;
 
 template <class Pixel>
 void expectSameRecords(const DotField<Pixel>& field, const plain::Field<Pixel>& twin) {
@@ -45,7 +45,7 @@ template <class Pixel>
 void expectTwinsOverRandomFrames(uint32_t firstSeed) {
   std::size_t dots = 0;
   for (uint32_t seed = firstSeed; seed < firstSeed + 80; ++seed) {
-    const RandomFrame frame = randomFrame(seed);
+    const RandomField frame = randomField(seed);
     SCOPED_TRACE(::testing::Message() << frame);
     const int32_t currentTime = static_cast<int32_t>(seed % 23) * 1001 - 7000;
     const int32_t timeStep = seed % 5 == 0 ? 0 : 1001;
@@ -91,10 +91,10 @@ TEST(CollectDots, veryManyDotsAreTheSlowTwinsToo) {
 
 template <class Pixel>
 void expectABlockThatJustHoldsThem(std::size_t bytesOfADot) {
-  testing::largestBlock = 0;
+  test::largestBlock = 0;
   const DotField<Pixel> field = collectDots(settingsOf<Pixel>(veryManyDots()), 300, 300);
   EXPECT_EQ(field.records.size(), 302U * 302U);
-  EXPECT_EQ(testing::largestBlock, 302U * 302U * bytesOfADot);
+  EXPECT_EQ(test::largestBlock, 302U * 302U * bytesOfADot);
 }
 
 TEST(CollectDots, veryManyDotsGetABlockThatJustHoldsThem) {
@@ -194,9 +194,9 @@ TEST(CollectDots, theMapOfADisabledEffectorIsBuilt) {
     RenderParams params = centered();
     for (EffectorParams& effector : params.effector) effector.enabled = enabled;
     const FieldSettings<Pixel8> settings = settingsOf<Pixel8>(params);
-    const int before = testing::blocksMade;
+    const int before = test::blocksMade;
     const std::size_t dots = collectDots(settings, 90, 90).records.size();
-    const int made = testing::blocksMade - before;
+    const int made = test::blocksMade - before;
     EXPECT_EQ(dots, 25U);
     return made;
   };

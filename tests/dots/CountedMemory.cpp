@@ -4,19 +4,19 @@
 #include <cstdlib>
 #include <new>
 
-namespace vindrel::testing {
+namespace vindrel::test {
 
 int blocksHeld = 0;
 int blocksMade = 0;
 size_t largestBlock = 0;
 int allocationsUntilFailure = -1;
 
-}  // namespace vindrel::testing
+}  // namespace vindrel::test
 
 // A source of its own: where the compiler sees these beside their use, it takes the pair of malloc and free for a
 // mix-up.
 void* operator new(size_t size) {
-  using namespace vindrel::testing;
+  using namespace vindrel::test;
   if (allocationsUntilFailure == 0) throw std::bad_alloc();
   if (allocationsUntilFailure > 0) --allocationsUntilFailure;
   void* block = std::malloc(size == 0 ? 1 : size);
@@ -28,7 +28,7 @@ void* operator new(size_t size) {
 }
 
 void operator delete(void* block) noexcept {
-  if (block) --vindrel::testing::blocksHeld;
+  if (block) --vindrel::test::blocksHeld;
   std::free(block);
 }
 

@@ -4,7 +4,7 @@
 
 #include <cstddef>
 
-namespace vindrel::testing {
+namespace vindrel::test {
 
 /// Blocks handed out and not given back.
 extern int blocksHeld;
@@ -16,4 +16,4 @@ extern size_t largestBlock;
 /// Allocations that still succeed; the next one after them throws std::bad_alloc. Below 0: memory never ends.
 extern int allocationsUntilFailure;
 
-}  // namespace vindrel::testing
+}  // namespace vindrel::test

@@ -9,7 +9,7 @@
 #include "effect/raster/DrawContext.h"
 #include "effect/raster/PolygonRasterizer.h"
 
-namespace vindrel::testing {
+namespace vindrel::test {
 
 /// Transparent at first.
 template <class Pixel>
@@ -56,4 +56,4 @@ struct ProgressListener {
   int32_t failure = 0;
 };
 
-}  // namespace vindrel::testing
+}  // namespace vindrel::test

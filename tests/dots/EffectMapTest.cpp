@@ -13,9 +13,9 @@
 namespace vindrel {
 namespace {
 
-using testing::fixed;
-using testing::LayerWorld;
-using testing::MappedEffector;
+using test::fixed;
+using test::LayerWorld;
+using test::MappedEffector;
 
 /// At (20, 30), reach 40, falloff a half.
 EffectorParams effector(int32_t effectMap) {

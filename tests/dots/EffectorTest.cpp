@@ -17,11 +17,11 @@
 namespace vindrel {
 namespace {
 
-using testing::effectorOf;
-using testing::expectSame;
-using testing::fixed;
-using testing::LayerWorld;
-using testing::MappedEffector;
+using test::effectorOf;
+using test::expectSame;
+using test::fixed;
+using test::LayerWorld;
+using test::MappedEffector;
 
 constexpr double degree = 0.017453292519943295;
 

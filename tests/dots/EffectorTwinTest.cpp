@@ -15,9 +15,9 @@
 namespace vindrel {
 namespace {
 
-using testing::expectSame;
-using testing::LayerWorld;
-using testing::MappedEffector;
+using test::expectSame;
+using test::LayerWorld;
+using test::MappedEffector;
 
 /// Random numbers of as many bits as a double has. Not the library's distributions, which differ between libraries.
 class RandomNumbers {

@@ -5,7 +5,7 @@
 
 #include "effect/dots/Effector.h"
 
-namespace vindrel::testing {
+namespace vindrel::test {
 
 /// To the last bit.
 template <class Pixel>
@@ -20,4 +20,4 @@ void expectSame(const DotDraft<Pixel>& dot, const DotDraft<Pixel>& expected) {
   EXPECT_EQ(dot.color, expected.color);
 }
 
-}  // namespace vindrel::testing
+}  // namespace vindrel::test

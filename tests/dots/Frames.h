@@ -12,9 +12,7 @@
 #include "effect/params/RenderParams.h"
 #include "tests/support/Fixed.h"
 
-namespace vindrel::testing {
-
-using test::fixed;
+namespace vindrel::test {
 
 /// The settings of a frame at full resolution, at a time in the host's units; without a time step time stands still.
 template <class Pixel>
@@ -79,13 +77,13 @@ inline void placeCenter(RenderParams& params, double x, double y) {
 }
 
 /// A frame and its canvas.
-struct RandomFrame {
+struct RandomField {
   uint32_t seed;
   RenderParams params;
   int32_t width, height;
 };
 
-inline std::ostream& operator<<(std::ostream& out, const RandomFrame& frame) {
+inline std::ostream& operator<<(std::ostream& out, const RandomField& frame) {
   const RenderParams& p = frame.params;
   out << "seed " << frame.seed << ", canvas " << frame.width << " x " << frame.height << "\n"
       << "dotSize " << p.dotSize << ", distanceBetween " << p.distanceBetween << ", distances " << p.dotDistanceX << " "
@@ -106,7 +104,7 @@ inline std::ostream& operator<<(std::ostream& out, const RandomFrame& frame) {
 }
 
 /// A frame that a slow walk can bear. Its last bits are random too, so that no place is a round number by chance.
-inline RandomFrame randomFrame(uint32_t seed) {
+inline RandomField randomField(uint32_t seed) {
   std::mt19937 engine(seed);
   // Not the library's distributions, which differ between libraries: frames are the same everywhere.
   const auto next = [&] { return static_cast<uint32_t>(engine()); };
@@ -118,7 +116,7 @@ inline RandomFrame randomFrame(uint32_t seed) {
   const auto orZero = [&](double value) { return below(2) == 0 ? value : 0.0; };
   const auto length = [&] { return below(2) == 0 ? between(0.0, 25.0) : below(20); };
 
-  RandomFrame frame{seed, plainParams(), static_cast<int32_t>(below(90)), static_cast<int32_t>(below(90))};
+  RandomField frame{seed, plainParams(), static_cast<int32_t>(below(90)), static_cast<int32_t>(below(90))};
   RenderParams& p = frame.params;
   p.dotShape = static_cast<int32_t>(1 + below(6));
   p.dotColor = {.alpha = 255,
@@ -187,4 +185,4 @@ inline int32_t farthestRing(const RenderParams& p, int32_t width, int32_t height
   return static_cast<int32_t>(farthest / std::fmin(pitchX, pitchY)) + 2;
 }
 
-}  // namespace vindrel::testing
+}  // namespace vindrel::test

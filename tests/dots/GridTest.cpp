@@ -15,12 +15,12 @@
 namespace vindrel {
 namespace {
 
-using testing::fixed;
-using testing::gridOf;
-using testing::placeCenter;
-using testing::plainParams;
-using testing::RandomFrame;
-using testing::randomFrame;
+using test::fixed;
+using test::gridOf;
+using test::placeCenter;
+using test::plainParams;
+using test::RandomField;
+using test::randomField;
 
 struct Visit {
   double x, y;
@@ -59,7 +59,7 @@ RenderParams lattice(double pitchX, double pitchY) {
 
 void expectSameWalk(const RenderParams& params, int32_t width, int32_t height, uint32_t state) {
   const plain::Grid twin = plain::makeGrid(params, width, height);
-  const int32_t limit = testing::farthestRing(params, width, height, twin.pitchX, twin.pitchY);
+  const int32_t limit = test::farthestRing(params, width, height, twin.pitchX, twin.pitchY);
   const std::vector<Visit> expected = walkPlainly(twin, state, limit);
   const std::vector<Visit> visits = walk(gridOf(params, width, height), state);
   ASSERT_EQ(visits.size(), expected.size());
@@ -72,7 +72,7 @@ void expectSameWalk(const RenderParams& params, int32_t width, int32_t height, u
 
 TEST(Grid, theLatticeIsTheSlowTwinsBitForBit) {
   for (uint32_t seed = 1; seed <= 500; ++seed) {
-    const RandomFrame frame = randomFrame(seed);
+    const RandomField frame = randomField(seed);
     SCOPED_TRACE(::testing::Message() << frame);
     const plain::Grid twin = plain::makeGrid(frame.params, frame.width, frame.height);
     const DotGrid grid = gridOf(frame.params, frame.width, frame.height);
@@ -93,7 +93,7 @@ TEST(Grid, theLatticeIsTheSlowTwinsBitForBit) {
 TEST(Grid, theWalkIsTheSlowTwinsBitForBit) {
   std::size_t dots = 0;
   for (uint32_t seed = 1; seed <= 250; ++seed) {
-    const RandomFrame frame = randomFrame(seed);
+    const RandomField frame = randomField(seed);
     SCOPED_TRACE(::testing::Message() << frame);
     expectSameWalk(frame.params, frame.width, frame.height, static_cast<uint32_t>(frame.params.randomSeed));
     if (::testing::Test::HasFatalFailure()) return;
@@ -126,7 +126,7 @@ TEST(Grid, aFarCenterIsWalkedToAsTheSlowTwinDoes) {
 TEST(Grid, lopsidedLatticesAreWalkedAsTheSlowTwinDoes) {
   std::size_t dots = 0;
   for (uint32_t seed = 1; seed <= 30; ++seed) {
-    RandomFrame frame = randomFrame(seed + 5000);
+    RandomField frame = randomField(seed + 5000);
     frame.params.distanceBetween = 2;
     frame.params.dotDistanceX = 1.5 + 0.01 * seed;
     frame.params.dotDistanceY = 40.0 + seed;
@@ -418,11 +418,11 @@ TEST(Grid, aCanvasOfNoSizeStillHasItsMargins) {
 
 TEST(Grid, theRingsThatMayReachHoldEveryRingWithADot) {
   for (uint32_t seed = 1000; seed < 1060; ++seed) {
-    const RandomFrame frame = randomFrame(seed);
+    const RandomField frame = randomField(seed);
     SCOPED_TRACE(::testing::Message() << frame);
     const plain::Grid twin = plain::makeGrid(frame.params, frame.width, frame.height);
     const RingSpan rings = ringsThatMayReach(gridOf(frame.params, frame.width, frame.height));
-    const int32_t limit = testing::farthestRing(frame.params, frame.width, frame.height, twin.pitchX, twin.pitchY);
+    const int32_t limit = test::farthestRing(frame.params, frame.width, frame.height, twin.pitchX, twin.pitchY);
     plain::Generator generator;
     plain::walkGrid(twin, generator, limit, [&](double, double, int32_t ring, int32_t, int32_t) {
       EXPECT_GE(ring, rings.first);

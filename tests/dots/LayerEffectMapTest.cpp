@@ -12,7 +12,7 @@
 namespace vindrel {
 namespace {
 
-using testing::LayerWorld;
+using test::LayerWorld;
 
 constexpr Tiling none = Tiling::none;
 constexpr Tiling repeat = Tiling::repeat;

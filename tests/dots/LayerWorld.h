@@ -10,7 +10,7 @@
 #include "ae/Worlds.h"
 #include "effect/dots/LayerEffectMap.h"
 
-namespace vindrel::testing {
+namespace vindrel::test {
 
 /// @tparam Pixel  the depth of the layer
 template <class Pixel>
@@ -67,4 +67,4 @@ class LayerWorld {
   LayerView<Pixel> view_;
 };
 
-}  // namespace vindrel::testing
+}  // namespace vindrel::test

@@ -11,12 +11,12 @@
 namespace vindrel {
 namespace {
 
-using testing::DrawnCanvas;
-using testing::fixed;
-using testing::placeCenter;
-using testing::plainParams;
-using testing::ProgressListener;
-using testing::settingsOf;
+using test::DrawnCanvas;
+using test::fixed;
+using test::placeCenter;
+using test::plainParams;
+using test::ProgressListener;
+using test::settingsOf;
 
 /// 25 dots on a canvas of 90 x 90, nine of them within it.
 RenderParams centered() {

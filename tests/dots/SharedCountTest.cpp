@@ -12,8 +12,8 @@
 namespace vindrel {
 namespace {
 
-using testing::allocationsUntilFailure;
-using testing::blocksHeld;
+using test::allocationsUntilFailure;
+using test::blocksHeld;
 
 class Shape {
  public:

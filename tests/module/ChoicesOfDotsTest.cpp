@@ -1,7 +1,7 @@
 // Each choice of the controls of the dots themselves, as a whole frame shows it.
 #include "tests/module/WholeFrame.h"
 
-namespace moduletest {
+namespace vindrel::test {
 namespace {
 
 using standin::Depth;
@@ -371,4 +371,4 @@ TEST_F(DotChoices, aBackgroundIsTheSourceUntilItIsCleared) {
 }
 
 }  // namespace
-}  // namespace moduletest
+}  // namespace vindrel::test

@@ -3,7 +3,7 @@
 
 #include "tests/module/WholeFrame.h"
 
-namespace moduletest {
+namespace vindrel::test {
 namespace {
 
 using standin::Depth;
@@ -432,4 +432,4 @@ TEST_F(FrontOrders, eachEffectorBringsTheDotsAtItsPositionToTheFront) {
 }
 
 }  // namespace
-}  // namespace moduletest
+}  // namespace vindrel::test

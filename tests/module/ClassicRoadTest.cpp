@@ -3,14 +3,14 @@
 
 namespace {
 
-using moduletest::HostedModule;
-using moduletest::LoadedOnly;
-using moduletest::opaquePicture;
-using moduletest::plainHost;
 using standin::Depth;
 using standin::FrameRequest;
 using standin::Matter;
 using standin::RenderResult;
+using vindrel::test::HostedModule;
+using vindrel::test::LoadedOnly;
+using vindrel::test::opaquePicture;
+using vindrel::test::plainHost;
 
 class ClassicRoad : public HostedModule {
  protected:

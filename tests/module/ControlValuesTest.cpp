@@ -7,7 +7,7 @@
 
 #include "tests/module/HostedModule.h"
 
-namespace moduletest {
+namespace vindrel::test {
 namespace {
 
 using standin::Matter;
@@ -135,4 +135,4 @@ TEST_F(ControlValues, thatCannotBeGivenBackDoNotHideTheErrorOfTheFrame) {
 }
 
 }  // namespace
-}  // namespace moduletest
+}  // namespace vindrel::test

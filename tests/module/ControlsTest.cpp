@@ -11,7 +11,7 @@
 
 #include "tests/module/HostedModule.h"
 
-namespace moduletest {
+namespace vindrel::test {
 namespace {
 
 using standin::Control;
@@ -396,4 +396,4 @@ TEST_F(SecondLife, addsTheSame122ControlsAndGoesOnCounting) {
 }
 
 }  // namespace
-}  // namespace moduletest
+}  // namespace vindrel::test

@@ -6,7 +6,7 @@
 
 #include "tests/module/HostedModule.h"
 
-namespace moduletest {
+namespace vindrel::test {
 namespace {
 
 using standin::ChangedParams;
@@ -189,4 +189,4 @@ TEST_F(DistanceFrames, clampAnAspectThatAnExpressionDroveBeyondItsLimit) {
 }
 
 }  // namespace
-}  // namespace moduletest
+}  // namespace vindrel::test

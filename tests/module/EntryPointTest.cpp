@@ -9,10 +9,10 @@
 
 namespace {
 
-using moduletest::HostedModule;
-using moduletest::LoadedOnly;
-using moduletest::plainHost;
 using standin::Matter;
+using vindrel::test::HostedModule;
+using vindrel::test::LoadedOnly;
+using vindrel::test::plainHost;
 
 constexpr std::array<PF_Cmd, 10> ignoredCommands = {PF_Cmd_UNUSED_0,
                                                     PF_Cmd_FRAME_SETUP,
@@ -272,7 +272,7 @@ TEST_F(Failures, ofMemoryThatNobodyStopsReachTheHostAsDamage) {
 TEST_F(Failures, ofASuiteReachTheHostAsDamageAndNotAsTheirOwnNumber) {
   host.settings().withheld = {{"PF Fill Matte Suite", 2}};
   standin::FrameRequest request;
-  request.input = moduletest::opaquePicture(standin::Depth::k8, 8, 8);
+  request.input = vindrel::test::opaquePicture(standin::Depth::k8, 8, 8);
   EXPECT_EQ(host.renderClassic(request, host.defaults()).error, PF_Err_INTERNAL_STRUCT_DAMAGED);
   finishOwing({Matter::kParameter});  // the exception passes by the giving back of values
 }
@@ -280,7 +280,7 @@ TEST_F(Failures, ofASuiteReachTheHostAsDamageAndNotAsTheirOwnNumber) {
 TEST_F(Failures, leaveNoMessageForTheUser) {
   host.settings().withheld = {{"PF Fill Matte Suite", 2}};
   standin::FrameRequest request;
-  request.input = moduletest::opaquePicture(standin::Depth::k8, 8, 8);
+  request.input = vindrel::test::opaquePicture(standin::Depth::k8, 8, 8);
   ASSERT_NE(host.renderClassic(request, host.defaults()).error, 0);
   EXPECT_STREQ(host.outData().return_msg, "");
   EXPECT_EQ(host.outData().out_flags & PF_OutFlag_DISPLAY_ERROR_MESSAGE, 0);

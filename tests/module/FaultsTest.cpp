@@ -10,7 +10,7 @@
 
 #include "tests/module/WholeFrame.h"
 
-namespace moduletest {
+namespace vindrel::test {
 namespace {
 
 using standin::Depth;
@@ -333,4 +333,4 @@ TEST(ManyLives, anExceptionInEachTakesNothingOfTheProcessForGood) {
 }
 
 }  // namespace
-}  // namespace moduletest
+}  // namespace vindrel::test

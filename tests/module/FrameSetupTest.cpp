@@ -3,8 +3,6 @@
 
 namespace {
 
-using moduletest::isTransparentBlack;
-using moduletest::opaquePicture;
 using standin::Depth;
 using standin::FrameRequest;
 using standin::Image;
@@ -12,10 +10,12 @@ using standin::LayerValue;
 using standin::ParameterValues;
 using standin::RenderResult;
 using standin::TransferCall;
+using vindrel::test::isTransparentBlack;
+using vindrel::test::opaquePicture;
 
 enum MaskItem : int32_t { normal = 1, none = 2, layer = 3 };
 
-class FrameSetup : public moduletest::HostedModule {
+class FrameSetup : public vindrel::test::HostedModule {
  protected:
   void SetUp() override {
     HostedModule::SetUp();

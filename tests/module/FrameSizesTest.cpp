@@ -1,7 +1,7 @@
 // Frames of the smallest size, and of more rows than fit when a row's eighths are counted in 16 bits.
 #include "tests/module/WholeFrame.h"
 
-namespace moduletest {
+namespace vindrel::test {
 namespace {
 
 class FrameSizes : public WholeFrame {
@@ -74,4 +74,4 @@ TEST_F(FrameSizes, everyShapeCoversAsMuchBelowRow4096AsAtTheTop) {
 }
 
 }  // namespace
-}  // namespace moduletest
+}  // namespace vindrel::test

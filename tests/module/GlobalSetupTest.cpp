@@ -9,8 +9,8 @@
 
 namespace {
 
-using moduletest::HostedModule;
-using moduletest::LoadedOnly;
+using vindrel::test::HostedModule;
+using vindrel::test::LoadedOnly;
 
 using GlobalSetup = LoadedOnly;
 

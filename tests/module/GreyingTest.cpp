@@ -10,13 +10,11 @@
 #include "tests/module/HostedModule.h"
 #include "tests/params/GreyingTwin.h"
 
-namespace moduletest {
+namespace vindrel::test {
 namespace {
 
 using standin::Control;
 using standin::Matter;
-using vindrel::test::Deciders;
-using vindrel::test::Tellings;
 
 class Greying : public HostedModule {
  protected:
@@ -159,11 +157,11 @@ TEST_F(Greying, followsThePlainRulesForAnySettings) {
   constexpr uint32_t seed = 77001;
   std::mt19937 random(seed);
   for (int round = 0; round < 150; ++round) {
-    const Deciders deciders = vindrel::test::randomDeciders(random);
+    const Deciders deciders = randomDeciders(random);
     set(deciders);
     host.log().clear();
     update();
-    const Tellings told = vindrel::test::greyingTwin(deciders);
+    const Tellings told = greyingTwin(deciders);
     std::vector<std::pair<int32_t, bool>> expected, calls;
     for (const auto& [name, free] : told) {
       expected.emplace_back(name.empty() ? 0 : host.control(name)->index, free);
@@ -172,7 +170,7 @@ TEST_F(Greying, followsThePlainRulesForAnySettings) {
       calls.emplace_back(call.index, (call.uiFlags & PF_PUI_DISABLED) == 0);
     }
     ASSERT_EQ(calls, expected) << "seed " << seed << " round " << round << ": " << deciders;
-    for (const auto& [name, free] : vindrel::test::finalState(told)) {
+    for (const auto& [name, free] : finalState(told)) {
       ASSERT_EQ(host.control(name)->greyed(), !free)
           << name << ", seed " << seed << " round " << round << ": " << deciders;
     }
@@ -238,4 +236,4 @@ TEST_F(GreyingInARenderEngine, isOfEveryControlAndNoModeIsRemembered) {
 }
 
 }  // namespace
-}  // namespace moduletest
+}  // namespace vindrel::test

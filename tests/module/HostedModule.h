@@ -10,7 +10,7 @@
 #include "ae/Constants.h"
 #include "host/StandInHost.h"
 
-namespace moduletest {
+namespace vindrel::test {
 
 /// After Effects 13.0 as the stand-in host plays it, with a module path that has no settings file beside it.
 inline standin::HostSettings plainHost() {
@@ -87,4 +87,4 @@ inline bool isTransparentBlack(const standin::Image& picture) {
   return samePixels(picture, nothing);
 }
 
-}  // namespace moduletest
+}  // namespace vindrel::test

@@ -10,7 +10,7 @@
 #include "tests/module/HostedModule.h"
 #include "tests/support/TemporaryFolder.h"
 
-namespace moduletest {
+namespace vindrel::test {
 namespace {
 
 // Two texts of the dialog in the bytes of Shift-JIS.
@@ -55,7 +55,7 @@ class OptionDialog : public ::testing::Test {
     return settings;
   }
 
-  vindrel::test::TemporaryFolder folder;
+  TemporaryFolder folder;
 
  private:
   std::optional<std::string> localeBefore_;
@@ -111,4 +111,4 @@ TEST_F(OptionDialog, isGreyOnAnOldHostAndItsButtonsDoNothing) {
 }
 
 }  // namespace
-}  // namespace moduletest
+}  // namespace vindrel::test

@@ -6,7 +6,7 @@
 #include "tests/module/HostedModule.h"
 #include "tests/platform/HoldShift.h"
 
-namespace moduletest {
+namespace vindrel::test {
 namespace {
 
 using About = HostedModule;
@@ -40,4 +40,4 @@ TEST_F(OptionDialogCommand, isDamageWithoutTheBasicSuite) {
 }
 
 }  // namespace
-}  // namespace moduletest
+}  // namespace vindrel::test

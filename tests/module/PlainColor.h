@@ -12,7 +12,7 @@
 
 #include "host/Depth.h"
 
-namespace moduletest {
+namespace vindrel::test {
 
 /// Numbers of one depth. Channels are handled as doubles, which hold every value of every depth exactly.
 template <class Pixel>
@@ -184,4 +184,4 @@ Pixel blendedColor(int32_t item, const Pixel& under, const Pixel& source) {
   return {under.alpha, one(under.red, source.red), one(under.green, source.green), one(under.blue, source.blue)};
 }
 
-}  // namespace moduletest
+}  // namespace vindrel::test

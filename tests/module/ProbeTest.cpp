@@ -7,9 +7,9 @@ namespace {
 using standin::Depth;
 using standin::Matter;
 
-class Probe : public moduletest::LoadedOnly {
+class Probe : public vindrel::test::LoadedOnly {
  protected:
-  Probe() : LoadedOnly(moduletest::plainHost(), VINDREL_PROBE_PATH) {}
+  Probe() : LoadedOnly(vindrel::test::plainHost(), VINDREL_PROBE_PATH) {}
 
   void SetUp() override { ASSERT_EQ(host.start(), 0); }
 
@@ -23,7 +23,7 @@ class Probe : public moduletest::LoadedOnly {
 
   standin::FrameRequest frame() const {
     standin::FrameRequest request;
-    request.input = moduletest::opaquePicture(Depth::k8, 12, 8);
+    request.input = vindrel::test::opaquePicture(Depth::k8, 12, 8);
     return request;
   }
 

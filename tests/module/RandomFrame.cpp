@@ -5,7 +5,7 @@
 #include <limits>
 #include <sstream>
 
-namespace moduletest {
+namespace vindrel::test {
 
 using standin::Control;
 using standin::Depth;
@@ -269,4 +269,4 @@ RandomFrame RandomFrames::next() {
   return frame;
 }
 
-}  // namespace moduletest
+}  // namespace vindrel::test

@@ -10,7 +10,7 @@
 #include "host/FrameRequest.h"
 #include "host/ParameterValues.h"
 
-namespace moduletest {
+namespace vindrel::test {
 
 struct RandomFrame {
   standin::FrameRequest request;
@@ -59,4 +59,4 @@ class RandomFrames {
   std::mt19937_64 engine_;
 };
 
-}  // namespace moduletest
+}  // namespace vindrel::test

@@ -7,7 +7,7 @@
 #include "tests/module/RandomFrame.h"
 #include "tests/module/WholeFrame.h"
 
-namespace moduletest {
+namespace vindrel::test {
 namespace {
 
 using standin::Depth;
@@ -258,4 +258,4 @@ TEST_P(EveryFrame, endsWithTheFirstAnswerToItsProgressThatIsNotZero) {
 }
 
 }  // namespace
-}  // namespace moduletest
+}  // namespace vindrel::test

@@ -1,7 +1,7 @@
 // One frame by both roads: where they give the same pixels, and where what the host lends makes them differ.
 #include "tests/module/WholeFrame.h"
 
-namespace moduletest {
+namespace vindrel::test {
 namespace {
 
 using standin::Depth;
@@ -364,4 +364,4 @@ TEST_F(Roads, aMapLayerThatIsStillGreyedWeighsNothingOnTheClassicRoadAlone) {
 }
 
 }  // namespace
-}  // namespace moduletest
+}  // namespace vindrel::test

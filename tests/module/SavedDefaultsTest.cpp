@@ -10,7 +10,7 @@
 #include "tests/module/HostedModule.h"
 #include "tests/support/TemporaryFolder.h"
 
-namespace moduletest {
+namespace vindrel::test {
 namespace {
 
 class SavedDefaults : public ::testing::Test {
@@ -48,7 +48,7 @@ class SavedDefaults : public ::testing::Test {
     ASSERT_EQ(host->doDialog(values), 0);
   }
 
-  vindrel::test::TemporaryFolder folder;
+  TemporaryFolder folder;
   std::optional<standin::LoadedModule> module;
   std::optional<standin::StandInHost> host;
 };
@@ -103,4 +103,4 @@ TEST_F(SavedDefaults, areGoneAfterRestoringAndASecondRestoreIsSilent) {
 }
 
 }  // namespace
-}  // namespace moduletest
+}  // namespace vindrel::test

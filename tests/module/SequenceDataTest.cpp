@@ -13,7 +13,7 @@ const Bytes storedForm = {0x71, 0x65, 0x73, 0x70, 1, 0, 0, 0, 1, 0, 0, 0, 24, 0,
 const Bytes freshRecord = {0x71, 0x65, 0x73, 0x70, 0, 0, 0, 0, 24, 0, 0, 0, 1, 0, 0, 0,
                            0,    0,    0,    0,    0, 0, 0, 0, 0,  0, 0, 0, 0, 0, 0, 0};
 
-class SequenceData : public moduletest::HostedModule {
+class SequenceData : public vindrel::test::HostedModule {
  protected:
   /// The record that comes of `stored` when a project is loaded. What was stored is put back by the host.
   Bytes recordFrom(const Bytes& stored) {

@@ -5,7 +5,6 @@
 
 namespace {
 
-using moduletest::opaquePicture;
 using standin::Depth;
 using standin::FrameRequest;
 using standin::Image;
@@ -15,13 +14,14 @@ using standin::Matter;
 using standin::ParameterValues;
 using standin::PreRendered;
 using standin::RenderResult;
+using vindrel::test::opaquePicture;
 
 std::string text(const PF_LRect& rect) {
   return std::to_string(rect.left) + ' ' + std::to_string(rect.top) + ' ' + std::to_string(rect.right) + ' ' +
          std::to_string(rect.bottom);
 }
 
-class SmartRoad : public moduletest::HostedModule {
+class SmartRoad : public vindrel::test::HostedModule {
  protected:
   void SetUp() override {
     HostedModule::SetUp();
@@ -80,7 +80,7 @@ TEST_F(SmartRoad, anInvertedNormalMaskAsksForTheWholeLayer) {
 }
 
 TEST_F(SmartRoad, aMaskOfNoneAsksForTheWholeLayer) {
-  values.setPopup("Mask", moduletest::maskNone);
+  values.setPopup("Mask", vindrel::test::maskNone);
   const PreRendered made = host.preRender(partOfALayer(), values);
   ASSERT_EQ(made.error(), 0);
   EXPECT_EQ(text(made.resultRect()), "0 0 40 30");
@@ -89,7 +89,7 @@ TEST_F(SmartRoad, aMaskOfNoneAsksForTheWholeLayer) {
 }
 
 TEST_F(SmartRoad, aMaskLayerAsksForTheWholeDownsampledLayer) {
-  values.setPopup("Mask", moduletest::maskLayer);
+  values.setPopup("Mask", vindrel::test::maskLayer);
   FrameRequest request = partOfALayer();
   request.layerWidth = 81;
   request.layerHeight = 121;
@@ -206,7 +206,7 @@ TEST_F(SmartRoad, anInputWithoutPixelsIsNotDrawnButCheckedIn) {
   request.input = Image();
   request.layerWidth = 24;
   request.layerHeight = 16;
-  values.setPopup("Mask", moduletest::maskNone);  // else nothing would be asked for at all
+  values.setPopup("Mask", vindrel::test::maskNone);  // else nothing would be asked for at all
   PreRendered made = host.preRender(request, values);
   ASSERT_EQ(made.error(), 0);
   const RenderResult result = made.render();
@@ -363,7 +363,7 @@ TEST_F(SmartRoad, aFailedFetchIsToldAndNoLayerIsRequested) {
 
 TEST_F(SmartRoad, aFailedFetchStillFillsTheRectangles) {
   // "Mask" is fetched before the value that fails.
-  values.setPopup("Mask", moduletest::maskNone);
+  values.setPopup("Mask", vindrel::test::maskNone);
   host.faults().fail("checkout_param", 60, 81);
   const PreRendered made = host.preRender(partOfALayer(), values);
   EXPECT_EQ(made.error(), 81);
@@ -431,7 +431,7 @@ TEST_F(BothRoads, giveTheSamePixelsAtEveryDepthAndMask) {
   values.setLayer("Mask Target Layer", LayerValue::of(mask));
   values.setAngle("Global Rotation", 20);
   for (const Depth depth : standin::kAllDepths) {
-    for (const int32_t item : {moduletest::maskNormal, moduletest::maskNone, moduletest::maskLayer}) {
+    for (const int32_t item : {vindrel::test::maskNormal, vindrel::test::maskNone, vindrel::test::maskLayer}) {
       for (const bool inverted : {false, true}) {
         values.setPopup("Mask", item);
         values.setCheckbox("Invert Mask", inverted);
@@ -491,15 +491,15 @@ TEST_F(BothRoads, differWhereALayerIsGreyedThoughItIsAskedFor) {
   values.setLayer("Mask Target Layer", LayerValue::of(opaquePicture(Depth::k8, 24, 16)));
   values.setCheckbox("Clear Background", true);
   values.setNumber("Dot Size", 200);
-  values.setPopup("Mask", moduletest::maskNone);
+  values.setPopup("Mask", vindrel::test::maskNone);
   ASSERT_EQ(host.updateParamsUi(values), 0);
   // The mask is switched to the layer, and the frame comes before the controls were updated: the classic road doesn't
   // fetch a greyed layer, the smart road asks for every layer.
-  values.setPopup("Mask", moduletest::maskLayer);
+  values.setPopup("Mask", vindrel::test::maskLayer);
   const RenderResult classic = host.renderClassic(frame(), values);
   const RenderResult smart = host.renderSmart(frame(), values);
-  EXPECT_TRUE(moduletest::isTransparentBlack(classic.output));
-  EXPECT_FALSE(moduletest::isTransparentBlack(smart.output));
+  EXPECT_TRUE(vindrel::test::isTransparentBlack(classic.output));
+  EXPECT_FALSE(vindrel::test::isTransparentBlack(smart.output));
 }
 
 }  // namespace

@@ -8,7 +8,7 @@
 #include "tests/module/HostedModule.h"
 #include "tests/support/TemporaryFolder.h"
 
-namespace moduletest {
+namespace vindrel::test {
 namespace {
 
 /// The module copied to a.b.aex in a temporary folder. The host tells the path that it was loaded from.
@@ -36,7 +36,7 @@ class StoredDefaultsOfAModule : public ::testing::Test {
     return host->defaults();
   }
 
-  vindrel::test::TemporaryFolder folder;
+  TemporaryFolder folder;
   std::optional<standin::LoadedModule> module;
   std::optional<standin::StandInHost> host;
 };
@@ -109,4 +109,4 @@ TEST_F(StoredDefaultsOfAModule, areTheBuiltInOnesWhenThePathHasNoDot) {
 }
 
 }  // namespace
-}  // namespace moduletest
+}  // namespace vindrel::test

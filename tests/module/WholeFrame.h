@@ -11,7 +11,7 @@
 #include "tests/module/HostedModule.h"
 #include "tests/module/PlainColor.h"
 
-namespace moduletest {
+namespace vindrel::test {
 
 enum ShapeItem : int32_t { circle = 1, square = 2, roundSquare = 3, cross = 4, star = 5, diamond = 6 };
 enum DistanceItem : int32_t { betweenDots = 1, betweenCenters = 2 };
@@ -189,4 +189,4 @@ void atEveryDepth(Work&& work) {
   }
 }
 
-}  // namespace moduletest
+}  // namespace vindrel::test
