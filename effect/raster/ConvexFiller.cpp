@@ -128,7 +128,8 @@ void fillConvex(ConvexFiller<Pixel>& filler, std::vector<PathVertex>& outline, c
     bottom = std::max(bottom, v.iy);
     if (top->ty > v.ty) top = &v;
   }
-  fetchPixelsAhead(canvas, left, right, top->iy >> 3, bottom >> 3);
+  RowsAhead<Pixel> ahead(canvas, left, right, top->iy >> 3, bottom >> 3);
+  ahead.ask(RowsAhead<Pixel>::distance);
 
   SideTracker forward, backward;
   forward.cur = forward.next = backward.cur = backward.next = top;
@@ -159,6 +160,7 @@ void fillConvex(ConvexFiller<Pixel>& filler, std::vector<PathVertex>& outline, c
     lanes::SidePair sides(forward.x, backward.x, forward.slope, backward.slope);
     while (y < change) {
       const int32_t end = std::min(change, (y | 7) + 1);
+      if ((end & 7) == 0) ahead.ask(1);
       emitRow(filler, painter, sides, y, end);
       y = end;
     }

@@ -134,11 +134,14 @@ void fillGeneral(std::vector<ScanEdge>& storage, CoverageRows& coverage, const s
   const bool ordinary = isOrdinary(outline);
   const auto [left, right] = std::minmax_element(outline.begin(), outline.end(),
                                                  [](const PathVertex& a, const PathVertex& b) { return a.tx < b.tx; });
-  fetchPixelsAhead(canvas, left->tx, right->tx, range.first >> 3, range.last >> 3);
+  RowsAhead<Pixel> ahead(canvas, left->tx, right->tx, range.first >> 3, range.last >> 3);
+  ahead.ask(RowsAhead<Pixel>::distance);
   EdgeTable edges(storage, outline, ordinary);
   RunStore<Pixel> store(coverage, canvas, color, range.last, ordinary);
   const auto flushIfDone = [&](int32_t next) {
-    if (store.ready() || next - 1 == range.last) store.flush(next - 1);
+    if (!store.ready() && next - 1 != range.last) return;
+    ahead.ask(1);
+    store.flush(next - 1);
   };
   // Above the canvas nothing is painted. Below it neither, and nobody looks at the edges again.
   const int32_t behind = std::min(range.last, wrapMultiply(canvas.height, 8) - 1) + 1;

@@ -12,7 +12,6 @@ namespace vindrel {
 namespace {
 
 constexpr int32_t mostFours = 4;  // of pixels that are painted row by row without looking how far the row reaches
-constexpr int32_t rowsAhead = 2;  // whose pixels a large dot asks for while it paints
 constexpr double columnMargin = 1.0 / 64.0;
 
 /// Steps one chain's sides down the table.
@@ -71,7 +70,11 @@ bool fillTurned(SideTable& table, const TurnedOutline& outline, double x, double
       std::min(lanes::truncated((outline.right() + x) * 8.0 - 0.5 + columnMargin) >> 3, canvas.width - 1);
   if (firstRow >= behindRow || firstPixel > lastPixel) return true;
 
-  fetchPixelsAhead(canvas, firstPixel, lastPixel, firstRow, behindRow - 1);
+  const int32_t rows = behindRow - firstRow;
+  const int32_t fours = (lastPixel - firstPixel) / 4 + 1;
+  const bool narrow = fours <= mostFours && fours * 4 <= canvas.width;
+  RowsAhead<Pixel> ahead(canvas, firstPixel, lastPixel, firstRow, behindRow - 1);
+  ahead.ask(narrow ? rows : RowsAhead<Pixel>::distance);
   lanes::placeVertices(outline.x(), outline.y(), count, x, y, table.x, table.y, table.row);
   lanes::startSides(count, table.x, table.y, table.row, table.slope);
   std::fill(table.forward, table.forward + 8, -1.0);
@@ -85,9 +88,7 @@ bool fillTurned(SideTable& table, const TurnedOutline& outline, double x, double
   RowPainter<Pixel> painter(color);
   const double* const f = table.forward + (firstRow * 8 - base);
   const double* const b = table.backward + (firstRow * 8 - base);
-  const int32_t rows = behindRow - firstRow;
-  const int32_t fours = (lastPixel - firstPixel) / 4 + 1;
-  if (fours <= mostFours && fours * 4 <= canvas.width) {
+  if (narrow) {
     const int32_t first = std::min(firstPixel, canvas.width - fours * 4);
     Pixel* const pixels = canvas.row(firstRow) + first;
     switch (fours) {
@@ -107,7 +108,7 @@ bool fillTurned(SideTable& table, const TurnedOutline& outline, double x, double
     return true;
   }
   for (int32_t r = 0; r < rows; ++r) {
-    if (r + rowsAhead < rows) fetchRowAhead(canvas, firstPixel, lastPixel + 1, firstRow + r + rowsAhead);
+    ahead.ask(1);
     paintRuns(painter, lanes::runsBetween(f + 8 * r, b + 8 * r), canvas.row(firstRow + r), canvas.width);
   }
   return true;
