@@ -11,7 +11,7 @@
 #include "effect/raster/DrawDot.h"
 #include "fuzz/Require.h"
 #include "tests/raster/PlainRasterizer.h"
-#include "tests/raster/TestCanvas.h"
+#include "tests/support/TestCanvas.h"
 
 namespace {
 
@@ -47,7 +47,7 @@ template <class Pixel>
 void drawBoth(FuzzedDataProvider& bytes) {
   const auto width = bytes.ConsumeIntegralInRange<int32_t>(1, 40);
   const auto height = bytes.ConsumeIntegralInRange<int32_t>(1, 24);
-  vindrel::TestCanvas<Pixel> shipped(width, height), expected(width, height);
+  vindrel::test::TestCanvas<Pixel> shipped(width, height), expected(width, height);
   if (bytes.ConsumeBool()) {
     for (int32_t y = 0; y < height; ++y) {
       for (int32_t x = 0; x < width; ++x) shipped.at(x, y) = expected.at(x, y) = anyPixel<Pixel>(bytes);

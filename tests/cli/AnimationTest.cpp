@@ -82,7 +82,7 @@ class AnimationTest : public testing::Test {
     EXPECT_FALSE(std::filesystem::exists(folder_ / "out.1.png"));
   }
 
-  TemporaryFolder folder_;
+  vindrel::test::TemporaryFolder folder_;
 };
 
 }  // namespace

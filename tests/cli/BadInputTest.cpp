@@ -37,7 +37,7 @@ class BadInputTest : public testing::Test {
     expectRefused(words, message);
   }
 
-  TemporaryFolder folder_;
+  vindrel::test::TemporaryFolder folder_;
   std::vector<std::string> before_;
 };
 

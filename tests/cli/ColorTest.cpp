@@ -35,7 +35,7 @@ class ColorTest : public testing::Test {
     cli::writePicture(folder_ / name, image);
   }
 
-  TemporaryFolder folder_;
+  vindrel::test::TemporaryFolder folder_;
 };
 
 constexpr char configuration[] = R"(ocio_profile_version: 1

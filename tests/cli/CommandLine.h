@@ -8,7 +8,7 @@
 
 #include "cli/ImageFile.h"
 #include "cli/Run.h"
-#include "tests/cli/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 struct Outcome {
   int exitCode = -1;

@@ -104,7 +104,7 @@ class OptionsCommandTest : public testing::Test {
     module_ = (folder_ / "Copy.so").string();
     std::filesystem::copy_file(VINDREL_MODULE, module_);
   }
-  TemporaryFolder folder_;
+  vindrel::test::TemporaryFolder folder_;
   std::string module_;
 };
 

@@ -46,7 +46,7 @@ class CompletionTest : public testing::Test {
     return list;
   }
 
-  const TemporaryFolder folder_;
+  const vindrel::test::TemporaryFolder folder_;
 };
 
 using Words = std::vector<std::string>;

@@ -8,7 +8,7 @@
 #include "tests/cli/CommandLine.h"
 
 TEST(DocumentedShotsTest, everyCommandOfThePageRuns) {
-  const TemporaryFolder folder;
+  const vindrel::test::TemporaryFolder folder;
   for (int32_t i = 1; i <= 8; ++i) {
     cli::writePicture(folder / ("in.000" + std::to_string(i) + ".png"), smallPicture(standin::Depth::k8));
   }

@@ -15,7 +15,7 @@
 #include "cli/ImageFile.h"
 #include "tests/cli/ForeignPicture.h"
 #include "tests/cli/PngChunk.h"
-#include "tests/cli/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 using cli::FilePicture;
 using OIIO::ImageSpec;
@@ -64,7 +64,7 @@ class FileFactsTest : public testing::Test {
     return spec;
   }
 
-  TemporaryFolder folder_;
+  vindrel::test::TemporaryFolder folder_;
 };
 
 }  // namespace

@@ -9,7 +9,7 @@
 #include "cli/pictures/HalfFloats.h"
 #include "cli/pictures/TextEncoding.h"
 #include "tests/cli/ForeignPicture.h"
-#include "tests/cli/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 using cli::ExrType;
 using cli::FilePicture;
@@ -33,7 +33,7 @@ class FileFormsTest : public testing::Test {
     return image.converted(depth);
   }
 
-  TemporaryFolder folder_;
+  vindrel::test::TemporaryFolder folder_;
 };
 
 }  // namespace

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
-#include <fstream>
 #include <future>
 
 #include "cli/UserError.h"
@@ -44,7 +43,7 @@ class FilesTest : public testing::Test {
     cli::writePicture(folder_ / "in.png", image);
   }
 
-  TemporaryFolder folder_;
+  vindrel::test::TemporaryFolder folder_;
 };
 
 void limitFileSize() {

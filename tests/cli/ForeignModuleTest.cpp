@@ -28,7 +28,7 @@ class ForeignModuleTest : public testing::Test {
     EXPECT_EQ(folder_.names(), std::vector<std::string>{"in.png"}) << "nothing half-written";
   }
 
-  TemporaryFolder folder_;
+  vindrel::test::TemporaryFolder folder_;
 };
 
 TEST_F(ForeignModuleTest, anHonestOneRenders) {

@@ -4,7 +4,7 @@
 
 #include "cli/FrameRate.h"
 #include "cli/UserError.h"
-#include "tests/cli/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 using cli::frameList;
 using cli::FramePattern;
@@ -31,7 +31,7 @@ TEST(FramePatternTest, twoPlacesAreRefused) {
 }
 
 TEST(FramePatternTest, theNumbersOfAllFilesAreFound) {
-  const TemporaryFolder folder;
+  const vindrel::test::TemporaryFolder folder;
   for (const char* name : {"in.0010.png", "in.0002.png", "in.10000.png", "in.3.png", "in.00004.png", "in.000x.png",
                            "in..png", "out.0005.png", "in.0006.png.txt"}) {
     folder.write(name, "");

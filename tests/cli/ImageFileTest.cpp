@@ -8,7 +8,7 @@
 #include "cli/UserError.h"
 #include "tests/cli/ForeignPicture.h"
 #include "tests/cli/PngChunk.h"
-#include "tests/cli/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 using OIIO::ImageInput;
 using OIIO::ImageSpec;
@@ -29,7 +29,7 @@ std::string refusalToRead(const std::filesystem::path& file) {
 
 class ImageFileTest : public testing::Test {
  protected:
-  TemporaryFolder folder_;
+  vindrel::test::TemporaryFolder folder_;
 
   /// Every pair of an alpha and a colour that 8 bits have.
   static Image everyPair8() {

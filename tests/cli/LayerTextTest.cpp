@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "cli/UserError.h"
-#include "tests/cli/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 using cli::LayerText;
 using cli::Preparation;
@@ -47,7 +47,7 @@ TEST(LayerTextTest, keysStandBehindTheLastColon) {
 }
 
 TEST(LayerTextTest, aFileOfTheWholeNameIsThatFile) {
-  const TemporaryFolder folder;
+  const vindrel::test::TemporaryFolder folder;
   const std::string file = folder.write("a:blur=b.png", "").string();
   EXPECT_EQ(read(file).picture, file);
 }

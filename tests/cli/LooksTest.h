@@ -36,5 +36,5 @@ class LooksTest : public testing::Test {
     EXPECT_EQ(folder_.names(), before) << "a file was left behind";
   }
 
-  TemporaryFolder folder_;
+  vindrel::test::TemporaryFolder folder_;
 };

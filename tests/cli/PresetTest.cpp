@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "cli/UserError.h"
-#include "tests/cli/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace {
 
@@ -25,7 +25,7 @@ class PresetTest : public testing::Test {
     const std::string text = refusal(file);
     return text.starts_with(start) ? text.substr(start.size()) : text;
   }
-  TemporaryFolder folder_;
+  vindrel::test::TemporaryFolder folder_;
 };
 
 }  // namespace
@@ -80,7 +80,7 @@ TEST_F(PresetTest, aKeyThatStandsTwiceIsRefused) {
 }
 
 TEST_F(PresetTest, picturesOutsideItsFolderAreRefusedUnlessAllowed) {
-  const TemporaryFolder other;
+  const vindrel::test::TemporaryFolder other;
   std::filesystem::create_directory(folder_ / "in");
   std::filesystem::create_directory_symlink(other.path(), folder_ / "in/out");
   const std::vector<std::string> pictures = {(other / "a.png").string(), "../a.png", "b/../../a.png", "out/a.png"};

@@ -158,7 +158,7 @@ TEST_F(PresetsCommandTest, whatCannotBeSavedIsRefused) {
 }
 
 TEST_F(PresetsCommandTest, aPictureFromElsewhereIsSavedOnlyWhenAllowed) {
-  const TemporaryFolder other;
+  const vindrel::test::TemporaryFolder other;
   cli::writePicture(other / "m.png", smallPicture(standin::Depth::k8));
   const std::string picture = (other / "m.png").string();
   expectRefused({"presets", "--save", path("p.json"), "--layer", "Mask Target Layer=" + picture},

@@ -31,7 +31,7 @@ class RenderTest : public testing::Test {
     return outcome.exitCode == 0 ? cli::readPicture(folder_ / out) : Image();
   }
 
-  TemporaryFolder folder_;
+  vindrel::test::TemporaryFolder folder_;
 };
 
 }  // namespace

@@ -41,7 +41,7 @@ class SheetTest : public testing::Test {
     EXPECT_FALSE(std::filesystem::exists(folder_ / "out.png"));
   }
 
-  TemporaryFolder folder_;
+  vindrel::test::TemporaryFolder folder_;
 };
 
 }  // namespace

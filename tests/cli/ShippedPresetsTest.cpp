@@ -2,11 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <iterator>
-
 #include "cli/Preset.h"
 #include "tests/cli/CommandLine.h"
+#include "tests/support/ReadFile.h"
 
 namespace {
 
@@ -27,7 +25,7 @@ TEST(ShippedPresetsTest, thereAreTwentyFourAtLeast) {
 
 TEST(ShippedPresetsTest, eachRendersAtEveryDepthAndChangesThePicture) {
   for (const standin::Depth depth : standin::kAllDepths) {
-    const TemporaryFolder folder;
+    const vindrel::test::TemporaryFolder folder;
     const std::string ending = depth == standin::Depth::k32 ? ".exr" : ".png";
     const std::string in = (folder / ("in" + ending)).string();
     const std::string out = (folder / ("out" + ending)).string();
@@ -41,7 +39,7 @@ TEST(ShippedPresetsTest, eachRendersAtEveryDepthAndChangesThePicture) {
 }
 
 TEST(ShippedPresetsTest, eachGivesTheSamePictureByEitherRoad) {
-  const TemporaryFolder folder;
+  const vindrel::test::TemporaryFolder folder;
   const std::string in = (folder / "in.png").string();
   cli::writePicture(in, smallPicture(standin::Depth::k8, 400, 280));
   for (const auto& preset : shippedPresets()) {
@@ -65,17 +63,12 @@ TEST(ShippedPresetsTest, eachFitsItsControlsUpTo8K) {
 
 namespace {
 
-std::string contentOf(const std::filesystem::path& file) {
-  std::ifstream stream(file, std::ios::binary);
-  return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
-}
-
 const std::filesystem::path docs = std::filesystem::path(VINDREL_SOURCE_DIR) / "docs";
 
 }  // namespace
 
 TEST(GalleryTest, everyPresetAndRecipeStandsInItWithBothPictures) {
-  const std::string page = contentOf(docs / "gallery.md");
+  const std::string page = vindrel::test::readFile(docs / "gallery.md");
   int32_t looks = 0;
   for (const char* kind : {"presets", "recipes"}) {
     for (const auto& entry : std::filesystem::directory_iterator(docs.parent_path() / kind)) {
@@ -93,9 +86,9 @@ TEST(GalleryTest, everyPresetAndRecipeStandsInItWithBothPictures) {
 }
 
 TEST(GalleryTest, noPictureLiesThereThatNoPageShows) {
-  std::string pages = contentOf(docs.parent_path() / "README.md");
+  std::string pages = vindrel::test::readFile(docs.parent_path() / "README.md");
   for (const auto& entry : std::filesystem::directory_iterator(docs)) {
-    if (entry.path().extension() == ".md") pages += contentOf(entry.path());
+    if (entry.path().extension() == ".md") pages += vindrel::test::readFile(entry.path());
   }
   uintmax_t bytes = 0;
   for (const auto& entry : std::filesystem::recursive_directory_iterator(docs / "pictures")) {

@@ -59,7 +59,7 @@ class ShotTest : public testing::Test {
     EXPECT_TRUE(outputs().empty());
   }
 
-  TemporaryFolder folder_;
+  vindrel::test::TemporaryFolder folder_;
 };
 
 }  // namespace

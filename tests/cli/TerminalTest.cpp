@@ -54,7 +54,7 @@ class TerminalTest : public testing::Test {
     return text;
   }
 
-  const TemporaryFolder folder_;
+  const vindrel::test::TemporaryFolder folder_;
 };
 
 /// What stands on the screen one after the other: the text between returns, without escapes.

@@ -13,6 +13,7 @@
 #include "ae/SmartRender.h"
 #include "ae/Suites.h"
 #include "host/LoadedModule.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace compare {
 namespace {
@@ -32,20 +33,9 @@ PF_Err plantedEntry(PF_Cmd command, PF_InData* inData, PF_OutData* outData, PF_P
 
 class Comparing : public ::testing::Test {
  protected:
-  Comparing()
-      : folder_(std::filesystem::path(::testing::TempDir()) /
-                ("compare " + std::string(::testing::UnitTest::GetInstance()->current_test_info()->name()))) {
+  Comparing() {
     // A file that is loaded twice is one module, so the second one is a copy.
-    std::filesystem::create_directories(folder_);
-    const std::filesystem::path original = VINDREL_MODULE_PATH;
-    copy_ = folder_ / original.filename();
-    std::filesystem::copy_file(original, copy_, std::filesystem::copy_options::overwrite_existing);
-  }
-  ~Comparing() override {
-    one_.reset();
-    other_.reset();
-    std::error_code ignored;
-    std::filesystem::remove_all(folder_, ignored);
+    std::filesystem::copy_file(VINDREL_MODULE_PATH, copy_);
   }
 
   Outcome run(Calls calls, Fault planted = {}) {
@@ -70,8 +60,9 @@ class Comparing : public ::testing::Test {
   std::string difference(Calls calls, Fault planted) { return run(calls, std::move(planted)).difference.value_or(""); }
 
  private:
-  std::filesystem::path folder_;
-  std::filesystem::path copy_;
+  // The folder goes after the module in it is unloaded.
+  vindrel::test::TemporaryFolder folder_;
+  std::filesystem::path copy_ = folder_ / std::filesystem::path(VINDREL_MODULE_PATH).filename().string();
   std::optional<standin::LoadedModule> one_;
   std::optional<standin::LoadedModule> other_;
 };

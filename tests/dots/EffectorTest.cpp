@@ -13,6 +13,7 @@
 #include "tests/dots/ExpectDraft.h"
 #include "tests/dots/Frames.h"
 #include "tests/dots/LayerWorld.h"
+#include "tests/support/AllPixels.h"
 
 namespace vindrel {
 namespace {
@@ -512,8 +513,7 @@ TEST(EffectorPick, underAnotherMapTheLayerIsNotLookedAt) {
 
 template <class Pixel>
 class EffectorLayer : public ::testing::Test {};
-using Depths = ::testing::Types<Pixel8, Pixel16, Pixel32>;
-TYPED_TEST_SUITE(EffectorLayer, Depths);
+TYPED_TEST_SUITE(EffectorLayer, test::AllPixels);
 
 TYPED_TEST(EffectorLayer, withoutOneThereIsNoWeightAndNoColorIsPicked) {
   const TypeParam color{0, 1, 0, 1};

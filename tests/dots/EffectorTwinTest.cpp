@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <random>
 
 #include "effect/dots/Effector.h"
 #include "effect/dots/LayerEffectMap.h"
@@ -11,6 +10,8 @@
 #include "tests/dots/Frames.h"
 #include "tests/dots/LayerWorld.h"
 #include "tests/dots/PlainEffector.h"
+#include "tests/support/AllPixels.h"
+#include "tests/support/Dice.h"
 
 namespace vindrel {
 namespace {
@@ -19,52 +20,44 @@ using test::expectSame;
 using test::LayerWorld;
 using test::MappedEffector;
 
-/// Random numbers of as many bits as a double has. Not the library's distributions, which differ between libraries.
-class RandomNumbers {
+/// Values as the controls of an effector hold them.
+class RandomControls : public test::Dice {
  public:
-  explicit RandomNumbers(uint32_t seed) : engine_(seed) {}
-
-  uint32_t below(uint32_t count) { return static_cast<uint32_t>(engine_() % count); }
-  double between(double low, double high) {
-    return low + (high - low) * (static_cast<double>(engine_() >> 11U) / 9007199254740992.0);
-  }
+  using Dice::Dice;
   Bool8 flag() { return static_cast<Bool8>(below(2)); }
   uint8_t byte() { return static_cast<uint8_t>(below(3) == 0 ? below(2) * 255 : below(256)); }
-  PF_Fixed fixed(double low, double high) { return static_cast<PF_Fixed>(between(low, high) * 65536.0); }
+  PF_Fixed fixed(double low, double high) { return static_cast<PF_Fixed>(number(low, high) * 65536.0); }
   /// Degrees, often a right angle.
   PF_Fixed angle() {
     return below(3) == 0 ? (static_cast<PF_Fixed>(below(17)) - 8) * 90 * 65536 : fixed(-3000.0, 3000.0);
   }
-
- private:
-  std::mt19937_64 engine_;
 };
 
-EffectorParams randomEffector(RandomNumbers& random) {
+EffectorParams randomEffector(RandomControls& random) {
   EffectorParams e{};
   e.enabled = 1;
   e.effectMap = 1 + static_cast<int32_t>(random.below(6));
   e.angle = random.angle();
   e.position = {random.fixed(-50.0, 150.0), random.fixed(-50.0, 150.0)};
   e.centerDotToFront = random.flag();
-  e.size = random.below(8) == 0 ? 0.0 : random.between(0.0, 150.0);
-  e.falloff = random.below(4) == 0 ? random.below(2) * 100.0 : random.between(0.0, 100.0);
+  e.size = random.below(8) == 0 ? 0.0 : random.number(0.0, 150.0);
+  e.falloff = random.below(4) == 0 ? random.below(2) * 100.0 : random.number(0.0, 100.0);
   e.fitToLayer = random.flag();
   e.pickSourceColor = random.flag();
   e.tiling = 1 + static_cast<int32_t>(random.below(4));
   e.absolute = random.flag();
-  e.absSize = random.between(0.0, 100.0);
-  e.absAspect = random.between(-130.0, 130.0);
+  e.absSize = random.number(0.0, 100.0);
+  e.absAspect = random.number(-130.0, 130.0);
   e.absRotation = random.angle();
-  e.absOpacity = random.between(0.0, 100.0);
-  e.ratioSize = random.between(0.0, 4.0);
-  e.ratioAspect = random.between(0.0, 4.0);
-  e.ratioRotation = random.between(0.0, 4.0);
-  e.ratioOpacity = random.between(0.0, 4.0);
-  e.offsetSize = random.between(-100.0, 100.0);
-  e.offsetAspect = random.between(-130.0, 130.0);
+  e.absOpacity = random.number(0.0, 100.0);
+  e.ratioSize = random.number(0.0, 4.0);
+  e.ratioAspect = random.number(0.0, 4.0);
+  e.ratioRotation = random.number(0.0, 4.0);
+  e.ratioOpacity = random.number(0.0, 4.0);
+  e.offsetSize = random.number(-100.0, 100.0);
+  e.offsetAspect = random.number(-130.0, 130.0);
   e.offsetRotation = random.angle();
-  e.offsetOpacity = random.between(-100.0, 100.0);
+  e.offsetOpacity = random.number(-100.0, 100.0);
   e.color = random.flag();
   e.blendMode = static_cast<int32_t>(random.below(16));
   e.blendColor = {.alpha = random.byte(), .red = random.byte(), .green = random.byte(), .blue = random.byte()};
@@ -73,10 +66,10 @@ EffectorParams randomEffector(RandomNumbers& random) {
 }
 
 template <class Pixel>
-Pixel randomPixel(RandomNumbers& random) {
+Pixel randomPixel(RandomControls& random) {
   const auto channel = [&] {
     if constexpr (std::is_same_v<Pixel, Pixel32>) {
-      return static_cast<float>(random.between(-0.25, 1.75));
+      return static_cast<float>(random.number(-0.25, 1.75));
     } else {
       return static_cast<Channel<Pixel>>(random.below(PixelTraits<Pixel>::fullScale + 1U));
     }
@@ -89,14 +82,13 @@ Pixel randomPixel(RandomNumbers& random) {
 
 template <class Pixel>
 class EffectorTwin : public ::testing::Test {};
-using Depths = ::testing::Types<Pixel8, Pixel16, Pixel32>;
-TYPED_TEST_SUITE(EffectorTwin, Depths);
+TYPED_TEST_SUITE(EffectorTwin, test::AllPixels);
 
 TYPED_TEST(EffectorTwin, everyValueIsThatOfThePlainStepsBitForBit) {
   constexpr uint32_t seed = 31337;
   constexpr int32_t canvasWidth = 97;
   constexpr int32_t canvasHeight = 61;
-  RandomNumbers random(seed);
+  RandomControls random(seed);
   LayerWorld<TypeParam> layer(13, 9, 5);
   for (int32_t row = 0; row < 9; ++row) {
     for (int32_t column = 0; column < 13; ++column) layer.set(column, row, randomPixel<TypeParam>(random));
@@ -109,13 +101,13 @@ TYPED_TEST(EffectorTwin, everyValueIsThatOfThePlainStepsBitForBit) {
     for (int place = 0; place < 3; ++place) {
       const bool frontOrdering = random.below(4) != 0;
       DotDraft<TypeParam> before{};
-      before.frontKey = random.below(2) == 0 ? -1.0 : random.between(0.0, 9000.0);
-      before.x = random.between(-40.0, 140.0);
-      before.y = random.between(-40.0, 140.0);
-      before.size = random.between(-20.0, 60.0);
-      before.aspect = random.between(-2.0, 2.0);
-      before.rotation = random.between(-7.0, 7.0);
-      before.opacity = random.between(-1.0, 2.0);
+      before.frontKey = random.below(2) == 0 ? -1.0 : random.number(0.0, 9000.0);
+      before.x = random.number(-40.0, 140.0);
+      before.y = random.number(-40.0, 140.0);
+      before.size = random.number(-20.0, 60.0);
+      before.aspect = random.number(-2.0, 2.0);
+      before.rotation = random.number(-7.0, 7.0);
+      before.opacity = random.number(-1.0, 2.0);
       before.color = randomPixel<TypeParam>(random);
       DotDraft<TypeParam> dot = before;
       applyEffector(mapped.state, *mapped.map, frontOrdering, dot);
@@ -134,7 +126,7 @@ TYPED_TEST(EffectorTwin, everyValueIsThatOfThePlainStepsBitForBit) {
 
 TEST(LayerTwin, besideEachEdgeOfAColumnLastBitsDecideAsInThePlainSteps) {
   constexpr uint32_t seed = 8086;
-  RandomNumbers random(seed);
+  RandomControls random(seed);
   LayerWorld<Pixel16> layer(13, 9);
   layer.number();
   for (int round = 0; round < 20000; ++round) {
@@ -149,8 +141,8 @@ TEST(LayerTwin, besideEachEdgeOfAColumnLastBitsDecideAsInThePlainSteps) {
     const auto positionOf = [&](double x, double y) {
       return plain::layerPosition(params, canvasWidth, canvasHeight, x, y);
     };
-    const double y = random.between(-40.0, 140.0);
-    double x = random.between(-40.0, 140.0);
+    const double y = random.number(-40.0, 140.0);
+    double x = random.number(-40.0, 140.0);
     // Go to where the column changes, and then look at the numbers next to that place on both sides.
     const double columnsPerPixel = positionOf(x + 1.0, y).u - positionOf(x, y).u;
     if (std::abs(columnsPerPixel) < 0.01) continue;

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "tests/dots/LayerWorld.h"
+#include "tests/support/AllPixels.h"
 
 namespace vindrel {
 namespace {
@@ -254,8 +255,7 @@ TEST(LayerColor, aPositionOutsideGivesTheFallbackWhateverTheTiling) {
 
 template <class Pixel>
 class LayerMemory : public ::testing::Test {};
-using Depths = ::testing::Types<Pixel8, Pixel16, Pixel32>;
-TYPED_TEST_SUITE(LayerMemory, Depths);
+TYPED_TEST_SUITE(LayerMemory, test::AllPixels);
 
 TYPED_TEST(LayerMemory, rowsMayBePaddedAndUnaligned) {
   for (const int32_t padding : {0, 1, 3, 16, 61}) {

@@ -2,21 +2,41 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
+#include <cstdint>
 #include <vector>
 
 #include "effect/pixel/Pixel.h"
-#include "tests/dots/DrawnCanvas.h"
 #include "tests/dots/Frames.h"
+#include "tests/support/TestCanvas.h"
 
 namespace vindrel {
 namespace {
 
-using test::DrawnCanvas;
 using test::fixed;
 using test::placeCenter;
 using test::plainParams;
-using test::ProgressListener;
 using test::settingsOf;
+using test::TestCanvas;
+
+/// Writes down each share that it is told, and answers 0 but to the call numbered `failAt`, to which it says `failure`.
+struct ProgressListener {
+  ProgressListener() = default;
+  ProgressListener(const ProgressListener&) = delete;
+  ProgressListener& operator=(const ProgressListener&) = delete;
+
+  static int32_t tell(void* listener, int32_t percent) {
+    auto& self = *static_cast<ProgressListener*>(listener);
+    self.percents.push_back(percent);
+    return self.percents.size() == self.failAt ? self.failure : 0;
+  }
+
+  ProgressCall call() { return {&ProgressListener::tell, this}; }
+
+  std::vector<int32_t> percents;
+  std::size_t failAt = 0;  ///< counted from 1; 0 for never
+  int32_t failure = 0;
+};
 
 /// 25 dots on a canvas of 90 x 90, nine of them within it.
 RenderParams centered() {
@@ -37,14 +57,14 @@ RenderParams largeSquares() {
 
 template <class Pixel>
 std::vector<Pixel> rendered(const RenderParams& params, int32_t time = 0) {
-  DrawnCanvas<Pixel> canvas(90, 90);
+  TestCanvas<Pixel> canvas(90, 90);
   EXPECT_EQ(RenderDotField(settingsOf<Pixel>(params, time, 100), canvas.context, {}), 0);
-  return canvas.pixels;
+  return canvas.pixels();
 }
 
 template <class Pixel>
 void expectDotsInTheirPlaces() {
-  DrawnCanvas<Pixel> canvas(90, 90);
+  TestCanvas<Pixel> canvas(90, 90);
   EXPECT_EQ(RenderDotField(settingsOf<Pixel>(centered()), canvas.context, {}), 0);
   for (const int32_t row : {15, 45, 75}) {
     for (const int32_t column : {15, 45, 75}) {
@@ -69,10 +89,10 @@ TEST(RenderDotField, dotsStandInTheirPlacesInFloat) {
 
 TEST(RenderDotField, theSamePictureIsDrawnWhoeverListens) {
   ProgressListener listener;
-  DrawnCanvas<Pixel8> canvas(90, 90);
+  TestCanvas<Pixel8> canvas(90, 90);
   EXPECT_EQ(RenderDotField(settingsOf<Pixel8>(centered()), canvas.context, listener.call()), 0);
   EXPECT_EQ(listener.percents.size(), 25U);
-  EXPECT_EQ(rendered<Pixel8>(centered()), canvas.pixels);
+  EXPECT_EQ(rendered<Pixel8>(centered()), canvas.pixels());
 }
 
 TEST(RenderDotField, progressIsToldAfterEachDotInTruncatedPercent) {
@@ -82,7 +102,7 @@ TEST(RenderDotField, progressIsToldAfterEachDotInTruncatedPercent) {
   params.dotDistanceX = 40.0;
   params.dotDistanceY = 20.0;
   ProgressListener listener;
-  DrawnCanvas<Pixel8> canvas(10, 20);
+  TestCanvas<Pixel8> canvas(10, 20);
   EXPECT_EQ(RenderDotField(settingsOf<Pixel8>(params), canvas.context, listener.call()), 0);
   EXPECT_EQ(listener.percents, (std::vector<int32_t>{11, 22, 33, 44, 55, 66, 77, 88, 100}));
 }
@@ -96,10 +116,10 @@ TEST(RenderDotField, noDotsTellNoProgress) {
   params.globalRotation = fixed(90.0);
   placeCenter(params, 500.0, 50.0);
   ProgressListener listener;
-  DrawnCanvas<Pixel8> canvas(100, 100);
+  TestCanvas<Pixel8> canvas(100, 100);
   EXPECT_EQ(RenderDotField(settingsOf<Pixel8>(params), canvas.context, listener.call()), 0);
   EXPECT_TRUE(listener.percents.empty());
-  EXPECT_TRUE(canvas.isEmpty());
+  EXPECT_EQ(canvas.paintedPixels(), 0);
 }
 
 TEST(RenderDotField, progressOfManyDotsDoesNotOverflow) {
@@ -110,10 +130,10 @@ TEST(RenderDotField, progressOfManyDotsDoesNotOverflow) {
 /// Renders, expects 25 dots to be told, and returns whether anything was drawn.
 bool drawsAnything(const RenderParams& params) {
   ProgressListener listener;
-  DrawnCanvas<Pixel8> canvas(90, 90);
+  TestCanvas<Pixel8> canvas(90, 90);
   EXPECT_EQ(RenderDotField(settingsOf<Pixel8>(params), canvas.context, listener.call()), 0);
   EXPECT_EQ(listener.percents.size(), 25U);
-  return !canvas.isEmpty();
+  return canvas.paintedPixels() > 0;
 }
 
 TEST(RenderDotField, dotsOfNoSizeCountForProgressAndDrawNothing) {
@@ -147,7 +167,7 @@ TEST(RenderDotField, anAnswerToTheFirstProgressLeavesOneDotDrawn) {
   ProgressListener listener;
   listener.failAt = 1;
   listener.failure = 1234;
-  DrawnCanvas<Pixel8> canvas(90, 90);
+  TestCanvas<Pixel8> canvas(90, 90);
   EXPECT_EQ(RenderDotField(settingsOf<Pixel8>(largeSquares()), canvas.context, listener.call()), 1234);
   EXPECT_EQ(listener.percents.size(), 1U);
   // The first in reading order stands at (-15, -15) and reaches to column and row 9; the next one, at (15, -15), would
@@ -163,7 +183,7 @@ TEST(RenderDotField, aNegativeAnswerEndsTheDrawingToo) {
   ProgressListener listener;
   listener.failAt = 7;
   listener.failure = -17;
-  DrawnCanvas<Pixel8> canvas(90, 90);
+  TestCanvas<Pixel8> canvas(90, 90);
   EXPECT_EQ(RenderDotField(settingsOf<Pixel8>(centered()), canvas.context, listener.call()), -17);
   EXPECT_EQ(listener.percents.size(), 7U);
   // Five dots stand above the canvas; the seventh is the first that lies on it, at (15, 15).
@@ -176,7 +196,7 @@ TEST(RenderDotField, theCenterDotLiesOnTop) {
   RenderParams params = largeSquares();
   params.centerDotToFront = 1;
   params.randomHue = fixed(180.0);
-  DrawnCanvas<Pixel8> canvas(90, 90);
+  TestCanvas<Pixel8> canvas(90, 90);
   const Pixel8 center = collectDots(settingsOf<Pixel8>(params), 90, 90).records.at(0).color;
   EXPECT_EQ(RenderDotField(settingsOf<Pixel8>(params), canvas.context, {}), 0);
   // The whole of the centre dot shows: from 20 to 70 in both directions.
@@ -189,7 +209,7 @@ TEST(RenderDotField, inReadingOrderLowerDotsLieOverHigherOnes) {
   RenderParams params = largeSquares();
   params.dotDistanceX = 200.0;
   params.randomHue = fixed(180.0);
-  DrawnCanvas<Pixel8> canvas(90, 90);
+  TestCanvas<Pixel8> canvas(90, 90);
   const auto records = collectDots(settingsOf<Pixel8>(params), 90, 90).records;
   EXPECT_EQ(RenderDotField(settingsOf<Pixel8>(params), canvas.context, {}), 0);
   // The dot below the centre one, at (45, 75), begins at row 50; the centre one shows above it down to there.
@@ -228,14 +248,14 @@ TEST(RenderDotField, framesInAnyOrderAreTheSameFrames) {
 }
 
 TEST(RenderDotField, anEmptyCanvasIsNoError) {
-  DrawnCanvas<Pixel8> canvas(0, 0);
+  TestCanvas<Pixel8> canvas(0, 0);
   EXPECT_EQ(RenderDotField(settingsOf<Pixel8>(centered()), canvas.context, {}), 0);
 }
 
 TEST(RenderDotField, settingsAsTheyAreMadeDrawNothing) {
-  DrawnCanvas<Pixel16> canvas(4, 4);
+  TestCanvas<Pixel16> canvas(4, 4);
   EXPECT_EQ(RenderDotField(FieldSettings<Pixel16>{}, canvas.context, {}), 0);
-  EXPECT_TRUE(canvas.isEmpty());
+  EXPECT_EQ(canvas.paintedPixels(), 0);
 }
 
 }  // namespace

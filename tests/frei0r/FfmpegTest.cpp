@@ -6,7 +6,7 @@
 #include <fstream>
 
 #include "cli/ImageFile.h"
-#include "tests/cli/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace fs = std::filesystem;
 
@@ -48,7 +48,7 @@ class FfmpegTest : public testing::Test {
     EXPECT_FALSE(fs::exists(folder_ / "got.0012.png"));
   }
 
-  const TemporaryFolder folder_;
+  const vindrel::test::TemporaryFolder folder_;
   const std::string presets_ = VINDREL_SOURCE_DIR "/presets/";
 };
 

@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "cli/EffectSession.h"
-#include "tests/cli/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace {
 
@@ -175,7 +175,7 @@ TEST_F(FilterTest, aSecondFilterThatEndsTakesNothingFromTheFirst) {
 }
 
 TEST_F(FilterTest, aPresetGoesUnderTheParametersInWhateverOrderTheyCome) {
-  const TemporaryFolder folder;
+  const vindrel::test::TemporaryFolder folder;
   const std::string look =
       folder.write("look.json", R"({"controls": {"Dot Shape": "Square", "Dot Size": 14}})").string();
   auto* const byHand = make();
@@ -194,7 +194,7 @@ TEST_F(FilterTest, aPresetGoesUnderTheParametersInWhateverOrderTheyCome) {
 
 TEST_F(FilterTest, aParameterAtItsDefaultLeavesTheValueToThePreset) {
   // Some programs give all parameters with every frame, whether anybody touched them or not.
-  const TemporaryFolder folder;
+  const vindrel::test::TemporaryFolder folder;
   const std::string look = folder.write("look.json", R"({"controls": {"Dot Size": 14}})").string();
   auto* const untouched = make();
   setPreset(untouched, look);
@@ -216,7 +216,7 @@ TEST_F(FilterTest, aParameterAtItsDefaultLeavesTheValueToThePreset) {
 }
 
 TEST_F(FilterTest, aPresetThatIsTakenAwayLeavesNothingBehind) {
-  const TemporaryFolder folder;
+  const vindrel::test::TemporaryFolder folder;
   auto* const instance = make();
   const Frame plain = draw(instance);
   setPreset(instance, folder.write("look.json", R"({"controls": {"Dot Size": 14}})").string());
@@ -226,7 +226,7 @@ TEST_F(FilterTest, aPresetThatIsTakenAwayLeavesNothingBehind) {
 }
 
 TEST_F(FilterTest, aPresetThatCantBeUsedIsToldOnceAndCountsAsNone) {
-  const TemporaryFolder folder;
+  const vindrel::test::TemporaryFolder folder;
   const std::string look = folder.write("look.json", R"({"controls": {"Dot Sise": 14}})").string();
   auto* const instance = make();
   const Frame plain = draw(instance);
@@ -239,7 +239,7 @@ TEST_F(FilterTest, aPresetThatCantBeUsedIsToldOnceAndCountsAsNone) {
 }
 
 TEST_F(FilterTest, keysOfAPresetAreToldToBeLeftOut) {
-  const TemporaryFolder folder;
+  const vindrel::test::TemporaryFolder folder;
   const std::string look =
       folder.write("look.json", R"({"animation": {"Dot Size": [{"frame": 1, "value": 4}]}})").string();
   auto* const instance = make();
@@ -321,7 +321,7 @@ TEST_F(FilterControlsTest, everyControlOfTheModuleButGroupsAndLayersIsAParameter
 }
 
 TEST(FilterPlaceTest, aFilterWithoutAModuleSaysWhichOneItMisses) {
-  const TemporaryFolder folder;
+  const vindrel::test::TemporaryFolder folder;
   std::filesystem::copy_file(VINDREL_FILTER, folder / "vindrel.so");
   const Library library((folder / "vindrel.so").string());
   testing::internal::CaptureStderr();
@@ -334,7 +334,7 @@ TEST(FilterPlaceTest, aFilterWithoutAModuleSaysWhichOneItMisses) {
 }
 
 TEST(FilterPlaceTest, theVariableNamesAModuleAndALinkLeadsToOne) {
-  const TemporaryFolder folder;
+  const vindrel::test::TemporaryFolder folder;
   std::filesystem::copy_file(VINDREL_FILTER, folder / "vindrel.so");
   setenv("VINDREL_MODULE", VINDREL_MODULE, 1);
   {

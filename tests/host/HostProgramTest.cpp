@@ -3,12 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <filesystem>
-#include <fstream>
 #include <sstream>
 
 #include "host/program/HostProgram.h"
 #include "host/program/RawFrame.h"
+#include "tests/support/ReadFile.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace {
 
@@ -33,14 +33,8 @@ Ran run(const std::vector<std::string>& words) {
 
 class HostProgram : public testing::Test {
  protected:
-  HostProgram() {
-    const auto* info = testing::UnitTest::GetInstance()->current_test_info();
-    folder = std::filesystem::path("host-program") / info->name();
-    std::filesystem::create_directories(folder);
-  }
-  ~HostProgram() override { std::filesystem::remove_all(folder); }
-  std::string file(const std::string& name) const { return (folder / name).string(); }
-  std::filesystem::path folder;
+  std::string file(const std::string& name) const { return folder.path(name); }
+  vindrel::test::TemporaryFolder folder;
 };
 
 // A ramp in every channel, with some transparency.
@@ -55,21 +49,16 @@ Image ramp(int32_t width, int32_t height) {
   return image;
 }
 
-std::string bytesOf(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), {}};
-}
-
 TEST_F(HostProgram, aRawFrameIsALineAndItsPixelsAtEveryDepth) {
   Image small(Depth::k8, 2, 1);
   small.at<PF_Pixel>(0, 0) = {1, 2, 3, 4};
   small.at<PF_Pixel>(1, 0) = {5, 6, 7, 8};
   standin::writeRawFrame(file("small"), small);
-  EXPECT_EQ(bytesOf(file("small")), "VINDREL-RAW 1 2 1 8\n\1\2\3\4\5\6\7\10");
+  EXPECT_EQ(folder.read("small"), "VINDREL-RAW 1 2 1 8\n\1\2\3\4\5\6\7\10");
   Image deep(Depth::k16, 1, 1, 6);
   deep.at<PF_Pixel16>(0, 0) = {0x102, 0x304, 0x506, 0x708};
   standin::writeRawFrame(file("deep"), deep);
-  EXPECT_EQ(bytesOf(file("deep")), "VINDREL-RAW 1 1 1 16\n\2\1\4\3\6\5\10\7");
+  EXPECT_EQ(folder.read("deep"), "VINDREL-RAW 1 1 1 16\n\2\1\4\3\6\5\10\7");
   for (const Depth depth : standin::kAllDepths) {
     const Image image = ramp(5, 3).converted(depth);
     standin::writeRawFrame(file("any"), image);
@@ -79,7 +68,7 @@ TEST_F(HostProgram, aRawFrameIsALineAndItsPixelsAtEveryDepth) {
 
 TEST_F(HostProgram, wrongFramesAreToldInOneLine) {
   const auto written = [&](const std::string& bytes) {
-    std::ofstream(file("bad"), std::ios::binary) << bytes;
+    folder.write("bad", bytes);
     return run({"render", invert, file("bad"), file("out")});
   };
   for (const char* bytes :
@@ -88,7 +77,7 @@ TEST_F(HostProgram, wrongFramesAreToldInOneLine) {
     const Ran ran = written(bytes);
     EXPECT_EQ(ran.code, 1) << bytes;
     EXPECT_EQ(std::count(ran.err.begin(), ran.err.end(), '\n'), 1) << ran.err;
-    EXPECT_FALSE(std::filesystem::exists(file("out")));
+    EXPECT_FALSE(folder.has("out"));
   }
   EXPECT_EQ(run({"render", invert, file("none"), file("out")}).code, 1);
   standin::writeRawFrame(file("in"), ramp(2, 2));
@@ -112,7 +101,7 @@ TEST_F(HostProgram, wrongWordsAreToldInOneLine) {
     EXPECT_EQ(ran.code, 2);
     EXPECT_EQ(std::count(ran.err.begin(), ran.err.end(), '\n'), 1) << ran.err;
   }
-  EXPECT_FALSE(std::filesystem::exists(file("out")));
+  EXPECT_FALSE(folder.has("out"));
   EXPECT_EQ(run({"load", file("no module")}).code, 1);
   EXPECT_EQ(run({}).code, 0);
 }
@@ -140,7 +129,9 @@ TEST_F(HostProgram, theRealModuleDrawsTheSameBytesInEveryBuild) {
     const Ran ran = run({"render", VINDREL_MODULE_FILE, file("in"), file("out"), "--road", road, "--set", "Dot Size=6",
                          "--set", "Dot Color=#ff7d14"});
     ASSERT_EQ(ran.code, 0) << ran.err;
-    EXPECT_TRUE(bytesOf(file("out")) == bytesOf(std::string(HOST_PROGRAM_PICTURES) + "/vindrel-48x27.raw")) << road;
+    EXPECT_TRUE(folder.read("out") ==
+                vindrel::test::readFile(std::string(HOST_PROGRAM_PICTURES) + "/vindrel-48x27.raw"))
+        << road;
   }
 }
 

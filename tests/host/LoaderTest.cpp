@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
 #include <memory>
 #include <string>
 #include <vector>
@@ -74,10 +73,8 @@ TEST(Loader, aMissingFileIsNamed) {
 }
 
 TEST(Loader, aFileThatIsNoModuleIsRefused) {
-  const std::filesystem::path file = std::filesystem::temp_directory_path() / "vindrel-no-module.bin";
-  std::ofstream(file) << "this is no module";
-  EXPECT_THROW(LoadedModule{file.string()}, std::runtime_error);
-  std::filesystem::remove(file);
+  const vindrel::test::TemporaryFolder folder;
+  EXPECT_THROW(LoadedModule{folder.write("no-module.bin", "this is no module").string()}, std::runtime_error);
 }
 
 TEST(Loader, aMovedModuleIsUnloadedOnce) {

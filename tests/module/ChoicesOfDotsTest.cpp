@@ -184,16 +184,17 @@ class RotationTypes : public DotChoices {
 TEST_F(RotationTypes, onlyNormalTurnsTheDotWithTheLattice) {
   values.setAngle("Global Rotation", 90);
   for (const Depth depth : standin::kAllDepths) {
-    EXPECT_EQ(turn(depth, 1), 90);
+    EXPECT_EQ(turn(depth, rotationNormal), 90);
     // A dot on the centre has nothing to look at and keeps its own turn.
-    EXPECT_EQ(turn(depth, 2), 0);
+    EXPECT_EQ(turn(depth, rotationLookAtCenter), 0);
     // The control counts six items and names three: all behind the third are like it.
-    for (int32_t item = 3; item <= itemsOf("Rotation Type"); ++item) EXPECT_EQ(turn(depth, item), 0) << item;
+    for (int32_t item = rotationFixDotAngle; item <= itemsOf("Rotation Type"); ++item)
+      EXPECT_EQ(turn(depth, item), 0) << item;
   }
 }
 
 TEST_F(RotationTypes, lookAtCenterLaysTheDotAcrossTheLineToTheRotationCenter) {
-  values.setPopup("Global Rotation Center", 2);
+  values.setPopup("Global Rotation Center", centerFx1);
   struct Case {
     double x, y;
     int32_t turn;
@@ -201,9 +202,10 @@ TEST_F(RotationTypes, lookAtCenterLaysTheDotAcrossTheLineToTheRotationCenter) {
   for (const Depth depth : standin::kAllDepths) {
     for (const Case& look : {Case{32, 8, 0}, {8, 32, 90}, {16, 16, 135}, {48, 16, 45}}) {
       values.setPoint("Position 1", look.x, look.y);
-      EXPECT_EQ(turn(depth, 2), look.turn) << look.x << ", " << look.y << bitsOf(depth);
-      EXPECT_EQ(turn(depth, 1), 0);
-      for (int32_t item = 3; item <= itemsOf("Rotation Type"); ++item) EXPECT_EQ(turn(depth, item), 0) << item;
+      EXPECT_EQ(turn(depth, rotationLookAtCenter), look.turn) << look.x << ", " << look.y << bitsOf(depth);
+      EXPECT_EQ(turn(depth, rotationNormal), 0);
+      for (int32_t item = rotationFixDotAngle; item <= itemsOf("Rotation Type"); ++item)
+        EXPECT_EQ(turn(depth, item), 0) << item;
     }
   }
 }
@@ -212,9 +214,10 @@ TEST_F(RotationTypes, theDotsOwnTurnIsAddedUnderEachOfThem) {
   values.setAngle("Dot Rotation", 45);
   values.setAngle("Global Rotation", 45);
   for (const Depth depth : standin::kAllDepths) {
-    EXPECT_EQ(turn(depth, 1), 90);
-    EXPECT_EQ(turn(depth, 2), 45);
-    for (int32_t item = 3; item <= itemsOf("Rotation Type"); ++item) EXPECT_EQ(turn(depth, item), 45) << item;
+    EXPECT_EQ(turn(depth, rotationNormal), 90);
+    EXPECT_EQ(turn(depth, rotationLookAtCenter), 45);
+    for (int32_t item = rotationFixDotAngle; item <= itemsOf("Rotation Type"); ++item)
+      EXPECT_EQ(turn(depth, item), 45) << item;
   }
 }
 
@@ -268,7 +271,7 @@ TEST_F(DotChoices, aDotThatEndsAtTheLeftEdgeLeavesAnEighthOfAPixelThere) {
 
 TEST_F(DotChoices, eachGlobalRotationCenterCarriesTheDotAboutItsOwnPoint) {
   values.setAngle("Global Rotation", 90);
-  values.setPopup("Rotation Type", 3);
+  values.setPopup("Rotation Type", rotationFixDotAngle);
   values.setPoint("Position 1", 24, 32);
   values.setPoint("Position 2", 32, 40);
   values.setPoint("Position 3", 40, 36);

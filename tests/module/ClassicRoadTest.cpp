@@ -1,5 +1,6 @@
 // The classic road of a frame: the render command and the canvas that it makes.
 #include "tests/module/HostedModule.h"
+#include "tests/support/PopupItems.h"
 
 namespace {
 
@@ -201,7 +202,7 @@ TEST_F(ClassicRoad, aGreyedMaskLayerIsAnAllZeroMask) {
   standin::ParameterValues values = host.defaults();
   values.setLayer("Mask Target Layer", standin::LayerValue::of(opaquePicture(Depth::k8, 24, 16)));
   ASSERT_EQ(host.updateParamsUi(values), 0);  // "Mask" isn't on "Layer": the layer's control goes grey
-  values.setPopup("Mask", 3);
+  values.setPopup("Mask", vindrel::test::maskLayer);
   ASSERT_EQ(host.renderClassic(frame(), values).error, 0);
   ASSERT_EQ(host.log().transfers.size(), 1U);
   const std::optional<PF_MaskWorld>& mask = host.log().transfers[0].mask;

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "tests/module/HostedModule.h"
+#include "tests/support/PopupItems.h"
 
 namespace vindrel::test {
 namespace {
@@ -64,9 +65,9 @@ TEST_F(ControlValues, greyedLayersAreNotCheckedOutOnTheClassicRoad) {
 }
 
 TEST_F(ControlValues, freeLayersAreCheckedOutAndGivenBackOnTheClassicRoad) {
-  values.setPopup("Mask", 3);
+  values.setPopup("Mask", maskLayer);
   values.setCheckbox("Enable Effector 2", true);
-  values.setPopup("Effect Map 2", 1);
+  values.setPopup("Effect Map 2", customMap);
   ASSERT_EQ(host.updateParamsUi(values), 0);
   host.log().clear();
   ASSERT_EQ(host.renderClassic(request, values).error, 0);

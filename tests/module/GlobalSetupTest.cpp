@@ -1,11 +1,10 @@
 // What the effect tells of itself, where it looks for stored defaults, and the one flag that follows a value.
 #include <cstdlib>
 #include <cstring>
-#include <filesystem>
-#include <fstream>
 #include <limits>
 
 #include "tests/module/HostedModule.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace {
 
@@ -22,27 +21,17 @@ TEST_F(GlobalSetup, tellsVersionAndFlags) {
   EXPECT_EQ(host.globalSetdown(), 0);
 }
 
-/// A folder of its own for settings files, which goes with the test.
+/// Settings files in a folder of their own.
 class SettingsFolder {
  public:
-  SettingsFolder() {
-    const auto* const test = testing::UnitTest::GetInstance()->current_test_info();
-    path_ = std::filesystem::temp_directory_path() / (std::string("vindrel-global-setup-") + test->name());
-    std::filesystem::remove_all(path_);
-    std::filesystem::create_directories(path_);
-  }
-  ~SettingsFolder() { std::filesystem::remove_all(path_); }
-  SettingsFolder(const SettingsFolder&) = delete;
-  SettingsFolder& operator=(const SettingsFolder&) = delete;
-
-  std::string file(const std::string& name) const { return (path_ / name).string(); }
+  std::string file(const std::string& name) const { return folder_.path(name); }
 
   void writeDotSize(const std::string& name, int size, const std::string& section = "Version=1.5") const {
-    std::ofstream(file(name)) << '[' << section << "]\nDot Size=" << size << '\n';
+    folder_.write(name, '[' + section + "]\nDot Size=" + std::to_string(size) + '\n');
   }
 
  private:
-  std::filesystem::path path_;
+  vindrel::test::TemporaryFolder folder_;
 };
 
 class StoredDefaults : public LoadedOnly {

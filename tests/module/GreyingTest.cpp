@@ -9,6 +9,7 @@
 
 #include "tests/module/HostedModule.h"
 #include "tests/params/GreyingTwin.h"
+#include "tests/support/PopupItems.h"
 
 namespace vindrel::test {
 namespace {
@@ -68,7 +69,7 @@ const std::vector<std::string> mapControls = {"Angle 1",        "Position 1",   
                                               "Fit to Layer 1", "Pick Source Color 1"};
 
 TEST_F(Greying, aMaskOfNoneGreysItsLayerAndItsInversion) {
-  values.setPopup("Mask", 2);
+  values.setPopup("Mask", maskNone);
   update();
   EXPECT_TRUE(host.control("Mask Target Layer")->greyed());
   EXPECT_TRUE(host.control("Invert Mask")->greyed());
@@ -81,7 +82,7 @@ TEST_F(Greying, aNormalMaskGreysItsLayerOnly) {
 }
 
 TEST_F(Greying, aLayerMaskGreysNeither) {
-  values.setPopup("Mask", 3);
+  values.setPopup("Mask", maskLayer);
   update();
   EXPECT_FALSE(host.control("Mask Target Layer")->greyed());
   EXPECT_FALSE(host.control("Invert Mask")->greyed());

@@ -46,7 +46,7 @@ class OptionDialog : public ::testing::Test {
     EXPECT_EQ(host.start(), 0);
     EXPECT_EQ(host.doDialog(host.defaults()), 0);
     EXPECT_EQ(host.finish(), 0);
-    return folder.read("dialog.log");
+    return folder.readLines("dialog.log");
   }
 
   static standin::HostSettings oldHost() {
@@ -78,9 +78,9 @@ TEST_F(OptionDialog, isJapaneseOnAJapaneseSystem) {
 
 TEST_F(OptionDialog, changesNoFileWhenItIsClosed) {
   folder.write("effect.ini", "[Version=1.5]\r\nDot Shape=4\r\n");
-  const std::string before = folder.read("effect.ini");
+  const std::string before = folder.readLines("effect.ini");
   shownAfter("close");
-  EXPECT_EQ(folder.read("effect.ini"), before);
+  EXPECT_EQ(folder.readLines("effect.ini"), before);
 }
 
 TEST_F(OptionDialog, makesNoFileWhenItIsClosed) {
@@ -101,12 +101,12 @@ TEST_F(OptionDialog, deletesTheFileByItsSecondButton) {
 
 TEST_F(OptionDialog, isGreyOnAnOldHostAndItsButtonsDoNothing) {
   folder.write("effect.ini", "[Version=1.5]\r\nDot Shape=4\r\n");
-  const std::string before = folder.read("effect.ini");
+  const std::string before = folder.readLines("effect.ini");
   for (const char* const answer : {"save", "restore"}) {
     const std::string shown = shownAfter(answer, oldHost());
     EXPECT_NE(shown.find("\n1010 grey "), std::string::npos) << shown;
     EXPECT_NE(shown.find("\n1012 grey "), std::string::npos) << shown;
-    EXPECT_EQ(folder.read("effect.ini"), before) << answer;
+    EXPECT_EQ(folder.readLines("effect.ini"), before) << answer;
   }
 }
 

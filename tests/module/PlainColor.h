@@ -11,6 +11,7 @@
 #include <type_traits>
 
 #include "host/Depth.h"
+#include "tests/support/PopupItems.h"
 
 namespace vindrel::test {
 
@@ -76,24 +77,6 @@ template <class Pixel>
 Pixel dotColorOf(PF_Pixel bytes) {
   return throughHsv(PlainDepth<Pixel>::fromBytes(bytes));
 }
-
-/// Items of "Blend Mode", the two separators counted.
-enum BlendItem : int32_t {
-  blendNormal = 1,
-  blendFirstLine = 2,
-  blendAdd = 3,
-  blendSubtract = 4,
-  blendMultiply = 5,
-  blendScreen = 6,
-  blendOverlay = 7,
-  blendHardLight = 8,
-  blendSoftLight = 9,
-  blendSecondLine = 10,
-  blendDarken = 11,
-  blendLighten = 12,
-  blendDifference = 13,
-  blendExclusion = 14
-};
 
 /// One channel d under an opaque source's s, at 8 (full 255) or 16 bits (full 32768). A separator is "Normal".
 ///

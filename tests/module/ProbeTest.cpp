@@ -1,6 +1,7 @@
 // The entry around a filter that fails on command, and the base filter's own forms of the frame commands.
 #include "tests/module/HostedModule.h"
 #include "tests/module/ProbeCommands.h"
+#include "tests/support/PopupItems.h"
 
 namespace {
 
@@ -137,7 +138,7 @@ TEST_F(Probe, theBaseFilterLeavesTheFlagsAlone) {
 
 TEST_F(Probe, theBaseFilterAsksForNoMoreThanItsInput) {
   standin::ParameterValues values = host.defaults();
-  values.setPopup("Mask", 2);
+  values.setPopup("Mask", vindrel::test::maskNone);
   standin::FrameRequest request = frame();
   request.layerWidth = 40;
   request.layerHeight = 30;

@@ -157,7 +157,7 @@ TEST_P(EveryFrame, isTheSameWithAnEffectorThatWeighsNothing) {
     values.setCheckbox(numbered("Center Dot to Front", number), false);
     if (frames.happens(0.5)) {
       // Out of reach of any dot; "Pick Source Color" is of custom maps alone.
-      values.setPopup("Global Rotation Center", 1);
+      values.setPopup("Global Rotation Center", centerCenter);
       values.setPopup(numbered("Effect Map", number), radialMap);
       values.setPoint(numbered("Position", number), -20000, 15000);
       values.setNumber(numbered("Size", number), 300);

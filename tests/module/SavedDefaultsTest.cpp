@@ -8,6 +8,7 @@
 #include <string>
 
 #include "tests/module/HostedModule.h"
+#include "tests/support/PopupItems.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace vindrel::test {
@@ -57,7 +58,7 @@ TEST_F(SavedDefaults, areTheDefaultsOfTheNextStart) {
   standin::ParameterValues values = host->defaults();
   values.setNumber("Dot Size", 12.5);
   values.setAngle("Shift Hue 2", -90.25);
-  values.setPopup("Blend Mode 3", 11);
+  values.setPopup("Blend Mode 3", blendDarken);
   values.setCheckbox("Enable Effector 1", true);
   values.setColor("Dot Color", {255, 1, 2, 3});
   values.setNumber("Random Seed", 77);
@@ -79,13 +80,13 @@ TEST_F(SavedDefaults, beginTheFileInTheOrderOfTheControls) {
   const std::string expected =
       "[Version=1.5]\nDot Shape=1\nDot Color.r=255\nDot Color.g=125\nDot Color.b=20\nDot Color.a=255\n"
       "Dot Size=10.000000\nDot Aspect=0.000000\nDot Rotation=0.000000\nRotation Type=1\n";
-  EXPECT_EQ(folder.read("a.b.ini").substr(0, expected.size()), expected);
+  EXPECT_EQ(folder.readLines("a.b.ini").substr(0, expected.size()), expected);
 }
 
 TEST_F(SavedDefaults, standBesideThoseOfAnotherVersion) {
   folder.write("a.b.ini", "[Version=1.4]\r\nDot Size=12.5\r\n");
   answer("save", host->defaults());
-  const std::string text = folder.read("a.b.ini");
+  const std::string text = folder.readLines("a.b.ini");
   EXPECT_EQ(text.rfind("[Version=1.4]\nDot Size=12.5\n", 0), 0U);
   EXPECT_NE(text.find("[Version=1.5]\nDot Shape=1\n"), std::string::npos);
 }

@@ -20,6 +20,7 @@
 #include "ae/SmartRender.h"
 #include "ae/Suites.h"
 #include "host/LoadedModule.h"
+#include "tests/support/PopupItems.h"
 
 namespace {
 
@@ -299,7 +300,7 @@ std::unique_ptr<Frame> frameOfSeed(uint64_t seed) {
     if (def.param_type == PF_Param_POINT) def.u.td.x_value = def.u.td.y_value = below(side) * 65536;
     if (name == "Mask") def.u.pd.value = 1 + below(3);
     if (name.rfind("Enable Effector", 0) == 0) def.u.bd.value = below(2);
-    if (name.rfind("Effect Map", 0) == 0) def.u.pd.value = 1;
+    if (name.rfind("Effect Map", 0) == 0) def.u.pd.value = vindrel::test::customMap;
     if (name.rfind("Fit to Layer", 0) == 0 || name.rfind("Pick Source", 0) == 0) def.u.bd.value = 1;
     if (name.rfind("Custom Map Layer", 0) == 0) def.u.ld = worldOn(frame->side2);
     if (name == "Mask Target Layer") def.u.ld = worldOn(frame->side1);

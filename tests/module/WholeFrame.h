@@ -4,27 +4,15 @@
 
 #include <cmath>
 #include <cstdint>
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include "tests/module/HostedModule.h"
 #include "tests/module/PlainColor.h"
+#include "tests/support/PixelText.h"
+#include "tests/support/PopupItems.h"
 
 namespace vindrel::test {
-
-enum ShapeItem : int32_t { circle = 1, square = 2, roundSquare = 3, cross = 4, star = 5, diamond = 6 };
-enum DistanceItem : int32_t { betweenDots = 1, betweenCenters = 2 };
-enum MaskItem : int32_t { maskNormal = 1, maskNone = 2, maskLayer = 3 };
-enum MapItem : int32_t {
-  customMap = 1,
-  mapLine = 2,
-  radialMap = 3,
-  radialMirrorMap = 4,
-  linearMap = 5,
-  linearMirrorMap = 6
-};
-enum TilingItem : int32_t { tilingNone = 1, tilingRepeat = 2, tilingMirror = 3, tilingExtend = 4 };
 
 inline std::string bitsOf(standin::Depth depth) {
   return " at " + std::to_string(static_cast<int32_t>(depth)) + " bits";
@@ -33,13 +21,6 @@ inline std::string bitsOf(standin::Depth depth) {
 /// "Effect Map 2" of "Effect Map" and 2.
 inline std::string numbered(const char* name, int32_t number) {
   return std::string(name) + ' ' + std::to_string(number);
-}
-
-template <class Pixel>
-std::string textOf(const Pixel& pixel) {
-  std::ostringstream text;
-  text << +pixel.alpha << ' ' << +pixel.red << ' ' << +pixel.green << ' ' << +pixel.blue;
-  return text.str();
 }
 
 /// Equal at the whole-number depths; in float within a few units of single precision.

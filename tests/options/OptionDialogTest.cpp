@@ -3,9 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string>
 
 #include "ae/Constants.h"
@@ -52,12 +49,9 @@ class OptionDialog : public testing::Test {
 
   void run() { vindrel::DoOptionDialog(&inData_, params_); }
 
-  void settingsHold(const std::string& text) const { std::ofstream(settings_, std::ios::binary) << text; }
-  std::string settings() const {
-    std::ifstream file(settings_, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-  }
-  bool settingsExist() const { return std::filesystem::exists(settings_); }
+  void settingsHold(const std::string& text) const { folder_.write("effect.ini", text); }
+  std::string settings() const { return folder_.read("effect.ini"); }
+  bool settingsExist() const { return folder_.has("effect.ini"); }
 
   PF_InData inData_{};
 
@@ -66,7 +60,6 @@ class OptionDialog : public testing::Test {
   SPBasicSuite basic_{};
   PF_ParamDef* params_[1] = {nullptr};
   vindrel::test::TemporaryFolder folder_;
-  std::string settings_ = folder_.path("effect.ini");
 };
 
 // What is shown.

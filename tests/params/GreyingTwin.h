@@ -10,14 +10,16 @@
 #include <utility>
 #include <vector>
 
+#include "tests/support/PopupItems.h"
+
 namespace vindrel::test {
 
 /// The controls that decide, as a user sees them.
 struct Deciders {
   struct OfEffector {
-    int32_t enable = 0, map = 3, fit = 0, absolute = 0, color = 0;
+    int32_t enable = 0, map = radialMap, fit = 0, absolute = 0, color = 0;
   };
-  int32_t mask = 1;
+  int32_t mask = maskNormal;
   std::array<OfEffector, 3> effector{};
 };
 
@@ -35,12 +37,12 @@ using Tellings = std::vector<std::pair<std::string, bool>>;
 
 inline Tellings greyingTwin(const Deciders& deciders) {
   Tellings told;
-  if (deciders.mask == 3) {
+  if (deciders.mask == maskLayer) {
     told.emplace_back("Mask Target Layer", true);
   } else {
     told.emplace_back("Mask Target Layer", false);
   }
-  if (deciders.mask == 2) {
+  if (deciders.mask == maskNone) {
     told.emplace_back("Invert Mask", false);
   } else {
     told.emplace_back("Invert Mask", true);
@@ -82,17 +84,17 @@ inline Tellings greyingTwin(const Deciders& deciders) {
     }
     if (e.enable != 1) continue;
     for (const char* name : {"Custom Map Layer", "Tiling", "Fit to Layer", "Pick Source Color"}) {
-      told.emplace_back(name + n, e.map == 1);
+      told.emplace_back(name + n, e.map == customMap);
     }
-    told.emplace_back("Size" + n, e.map != 1);
-    told.emplace_back("Falloff" + n, e.map != 1);
+    told.emplace_back("Size" + n, e.map != customMap);
+    told.emplace_back("Falloff" + n, e.map != customMap);
     bool angle = false;
-    if (e.map == 1 && e.fit == 0) angle = true;
-    if (e.map == 5) angle = true;
-    if (e.map == 6) angle = true;
+    if (e.map == customMap && e.fit == 0) angle = true;
+    if (e.map == linearMap) angle = true;
+    if (e.map == linearMirrorMap) angle = true;
     told.emplace_back("Angle" + n, angle);
     bool position = true;
-    if (e.map == 1 && e.fit != 0) position = false;
+    if (e.map == customMap && e.fit != 0) position = false;
     told.emplace_back("Position" + n, position);
     for (const char* name : {"ABS Size", "ABS Aspect", "ABS Rotation", "ABS Opacity"}) {
       told.emplace_back(name + n, e.absolute == 1);

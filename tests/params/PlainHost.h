@@ -8,23 +8,15 @@
 #include <cstring>
 #include <map>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "ae/Constants.h"
 #include "ae/InOutData.h"
 #include "ae/SmartRender.h"
 #include "ae/Suites.h"
+#include "tests/support/SameBytes.h"
 
 namespace vindrel::test {
-
-/// True when both definitions are the same byte for byte, fields of other kinds of controls included.
-inline bool sameBytes(const PF_ParamDef& left, const PF_ParamDef& right) {
-  const auto bytes = [](const PF_ParamDef& def) {
-    return std::string_view(reinterpret_cast<const char*>(&def), sizeof def);
-  };
-  return bytes(left) == bytes(right);
-}
 
 class PlainHost {
  public:

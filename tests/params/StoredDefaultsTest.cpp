@@ -255,12 +255,12 @@ TEST_F(Saving, theFileBeginsWithTheBuiltInValuesInTheOrderOfTheList) {
       "Dot Size=10.000000\n"
       "Dot Aspect=0.000000\n"
       "Dot Rotation=0.000000\n";
-  EXPECT_EQ(folder.read("a.b.ini").substr(0, expected.size()), expected);
+  EXPECT_EQ(folder.readLines("a.b.ini").substr(0, expected.size()), expected);
 }
 
 TEST_F(Saving, theFileHasOneHundredAndEighteenKeys) {
   save();
-  const std::string text = folder.read("a.b.ini");
+  const std::string text = folder.readLines("a.b.ini");
   const std::string section = "[Version=1.5]\n";
   ASSERT_EQ(text.substr(0, section.size()), section);
   const std::string keys = text.substr(section.size());
@@ -280,7 +280,7 @@ TEST_F(Saving, everyKindOfValueComesBackAtTheNextSetUp) {
   at("Invert Mask").u.bd.value = 1;
   at("Shift Hue 3").u.ad.value = 65536 * 90;
   save();
-  const std::string text = folder.read("a.b.ini");
+  const std::string text = folder.readLines("a.b.ini");
   EXPECT_NE(text.find("\nDot Size=123.456789\n"), std::string::npos);
   EXPECT_NE(text.find("\nDot Rotation=-45.500000\n"), std::string::npos);
   EXPECT_NE(text.find("\nDot Color.a=10\n"), std::string::npos);
@@ -298,7 +298,7 @@ TEST_F(Saving, everyKindOfValueComesBackAtTheNextSetUp) {
 TEST_F(Saving, anotherVersionsSectionStaysBesideTheNewOne) {
   folder.write("a.b.ini", "[Version=1.4]\r\nDot Size=12.5\r\n");
   save();
-  const std::string text = folder.read("a.b.ini");
+  const std::string text = folder.readLines("a.b.ini");
   EXPECT_EQ(text.rfind("[Version=1.4]\nDot Size=12.5\n", 0), 0U);
   EXPECT_NE(text.find("[Version=1.5]\nDot Shape=1\n"), std::string::npos);
 }
@@ -306,7 +306,7 @@ TEST_F(Saving, anotherVersionsSectionStaysBesideTheNewOne) {
 TEST_F(Saving, existingKeysAreReplacedInPlace) {
   store("Dot Rotation=1.000000\r\nDot Shape=2\r\n");
   save();
-  const std::string text = folder.read("a.b.ini");
+  const std::string text = folder.readLines("a.b.ini");
   EXPECT_EQ(text.rfind("[Version=1.5]\nDot Rotation=0.000000\nDot Shape=1\nDot Color.r=255\n", 0), 0U) << text;
 }
 

@@ -1,18 +1,16 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
-#include <fstream>
-#include <iterator>
 #include <string>
 
 #include "platform/CommandLine.h"
+#include "tests/support/ReadFile.h"
 
 namespace {
 
 TEST(CommandLine, argumentsAreJoinedWithOneBlankEach) {
   // The system keeps the arguments with a zero behind each; here the last zero goes and the others become blanks.
-  std::ifstream file("/proc/self/cmdline", std::ios::binary);
-  std::string expected{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+  std::string expected = vindrel::test::readFile("/proc/self/cmdline");
   ASSERT_FALSE(expected.empty());
   expected.pop_back();
   for (char& c : expected)

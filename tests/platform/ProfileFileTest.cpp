@@ -5,8 +5,6 @@
 
 #include <cstdint>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string>
 
 #include "tests/support/TemporaryFolder.h"
@@ -15,12 +13,8 @@ namespace {
 
 class ProfileFile : public testing::Test {
  protected:
-  void fileHolds(const std::string& text) const { std::ofstream(path_, std::ios::binary) << text; }
-
-  std::string fileText() const {
-    std::ifstream file(path_, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-  }
+  void fileHolds(const std::string& text) const { folder_.write("settings.ini", text); }
+  std::string fileText() const { return folder_.read("settings.ini"); }
 
   // Both number readers give the bits of a 32-bit integer; signed is how the effect takes them.
   int32_t number(const char* key, int32_t otherwise = -77, const char* section = "Version=1.5") const {

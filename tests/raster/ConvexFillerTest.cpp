@@ -5,10 +5,16 @@
 #include <limits>
 
 #include "effect/raster/DrawDot.h"
-#include "tests/raster/TestCanvas.h"
+#include "tests/support/TestCanvas.h"
 
 namespace vindrel {
 namespace {
+
+using test::AllPixels;
+using test::box;
+using test::opaqueRed;
+using test::Points;
+using test::TestCanvas;
 
 template <class Pixel>
 class ConvexFillerAtDepth : public ::testing::Test {};

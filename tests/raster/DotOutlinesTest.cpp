@@ -5,10 +5,13 @@
 #include <cmath>
 
 #include "effect/raster/DrawDot.h"
-#include "tests/raster/TestCanvas.h"
+#include "tests/support/TestCanvas.h"
 
 namespace vindrel {
 namespace {
+
+using test::opaqueRed;
+using test::TestCanvas;
 
 using Canvas = TestCanvas<Pixel8>;
 

@@ -1,14 +1,17 @@
 #include "effect/raster/DrawDot.h"
+#include "tests/support/TestCanvas.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <limits>
 
-#include "tests/raster/TestCanvas.h"
-
 namespace vindrel {
 namespace {
+
+using test::AllPixels;
+using test::opaqueRed;
+using test::TestCanvas;
 
 constexpr double pi = 3.141592653589793;
 

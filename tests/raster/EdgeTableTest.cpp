@@ -2,39 +2,31 @@
 
 #include <gtest/gtest.h>
 
-#include <bit>
 #include <cmath>
 #include <limits>
-#include <random>
 #include <sstream>
 #include <string>
-#include <utility>
 #include <vector>
+
+#include "tests/support/Dice.h"
+#include "tests/support/Points.h"
 
 namespace vindrel {
 namespace {
 
+using test::Dice;
+using test::Points;
+using test::textOf;
+using test::verticesOf;
+
 constexpr double infinity = std::numeric_limits<double>::infinity();
-
-using Points = std::vector<std::pair<double, double>>;
-
-std::vector<PathVertex> outline(const Points& points) {
-  std::vector<PathVertex> vertices;
-  for (const auto& [x, y] : points) {
-    PathVertex v;
-    v.x = v.tx = x;
-    v.y = v.ty = y;
-    vertices.push_back(v);
-  }
-  return vertices;
-}
 
 /// A table with storage of its own.
 struct Table {
   std::vector<ScanEdge> storage;
   EdgeTable edges;
 
-  explicit Table(const Points& points, bool dropLevel = false) : edges(storage, outline(points), dropLevel) {}
+  explicit Table(const Points& points, bool dropLevel = false) : edges(storage, verticesOf(points), dropLevel) {}
 };
 
 /// The plain form of passing: one sub-row after the other.
@@ -67,24 +59,6 @@ std::string activeEdges(EdgeTable& edges) {
   }
   return out.str();
 }
-
-std::string text(const Points& points) {
-  std::ostringstream out;
-  out << std::hexfloat;
-  for (const auto& [x, y] : points) out << '{' << x << ", " << y << "}, ";
-  return out.str();
-}
-
-class Dice {
- public:
-  explicit Dice(uint64_t seed) : engine_(seed) {}
-  int pick(int from, int to) { return from + static_cast<int>(engine_() % static_cast<uint64_t>(to - from + 1)); }
-  double number(double from, double to) { return from + (to - from) * static_cast<double>(engine_() >> 11) * 0x1p-53; }
-  bool oneIn(int n) { return pick(1, n) == 1; }
-
- private:
-  std::mt19937_64 engine_;
-};
 
 TEST(EdgeTable, anEdgeIsActiveFromItsFirstSubRowToTheOneBeforeItsLast) {
   Table table({{0, 1}, {4, 1}, {4, 2}, {0, 2}});
@@ -179,7 +153,7 @@ TEST(EdgeTable, passingGivesWhatSteppingThroughEverySubRowGives) {
     leapt.edges.enter(to);
     stepped.edges.enter(to);
     ASSERT_EQ(activeEdges(leapt.edges), activeEdges(stepped.edges))
-        << "seed " << seed << ", to " << to << ": " << text(points);
+        << "seed " << seed << ", to " << to << ": " << textOf(points);
   }
 }
 
@@ -194,7 +168,7 @@ TEST(EdgeTable, aLongWayIsPassedAsByStepping) {
     leapt.edges.pass(firstSubRow(points), 0);
     passOneByOne(stepped.edges, firstSubRow(points), 0);
     ASSERT_EQ(leapt.edges.activeCount(), 2);
-    EXPECT_EQ(activeEdges(leapt.edges), activeEdges(stepped.edges)) << text(points);
+    EXPECT_EQ(activeEdges(leapt.edges), activeEdges(stepped.edges)) << textOf(points);
   }
 }
 
@@ -227,7 +201,7 @@ TEST(EdgeTable, endlessColumnsArePassedAsByStepping) {
     Table leapt(points), stepped(points);
     leapt.edges.pass(firstSubRow(points), 0);
     passOneByOne(stepped.edges, firstSubRow(points), 0);
-    EXPECT_EQ(activeEdges(leapt.edges), activeEdges(stepped.edges)) << text(points);
+    EXPECT_EQ(activeEdges(leapt.edges), activeEdges(stepped.edges)) << textOf(points);
   }
 }
 

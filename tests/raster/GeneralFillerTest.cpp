@@ -5,10 +5,16 @@
 #include "effect/raster/DrawDot.h"
 #include "effect/raster/PaintLists.h"
 #include "effect/raster/PaintPixel.h"
-#include "tests/raster/TestCanvas.h"
+#include "tests/support/TestCanvas.h"
 
 namespace vindrel {
 namespace {
+
+using test::AllPixels;
+using test::box;
+using test::opaqueRed;
+using test::Points;
+using test::TestCanvas;
 
 /// Sends any outline through the general filler.
 template <class Pixel>

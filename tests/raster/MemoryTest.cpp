@@ -15,6 +15,7 @@
 #include "effect/raster/SpanTable.h"
 #include "tests/raster/Blocks.h"
 #include "tests/raster/SpanModel.h"
+#include "tests/support/AllPixels.h"
 
 namespace vindrel {
 namespace {
@@ -174,8 +175,7 @@ TEST(RasterMemory, aNullForAPieceLeavesTheFirstPiece) {
 
 template <class Pixel>
 class RasterMemoryAtDepth : public ::testing::Test {};
-using AllPixels = ::testing::Types<Pixel8, Pixel16, Pixel32>;
-TYPED_TEST_SUITE(RasterMemoryAtDepth, AllPixels);
+TYPED_TEST_SUITE(RasterMemoryAtDepth, test::AllPixels);
 
 // The object, its two vectors, its convex filler and its coverage rows.
 TYPED_TEST(RasterMemoryAtDepth, aRasteriserIsFiveBlocksAndGivesThemBack) {

@@ -1,13 +1,15 @@
 #include "effect/raster/PaintPixel.h"
+#include "tests/support/TestCanvas.h"
 
 #include <gtest/gtest.h>
 
 #include <limits>
 
-#include "tests/raster/TestCanvas.h"
-
 namespace vindrel {
 namespace {
+
+using test::AllPixels;
+using test::opaqueRed;
 
 template <class Pixel>
 Pixel painted(Pixel pixel, const Pixel& color, int32_t count) {

@@ -5,10 +5,15 @@
 #include <cmath>
 
 #include "effect/raster/DrawDot.h"
-#include "tests/raster/TestCanvas.h"
+#include "tests/support/TestCanvas.h"
 
 namespace vindrel {
 namespace {
+
+using test::box;
+using test::opaqueRed;
+using test::Points;
+using test::TestCanvas;
 
 using Canvas = TestCanvas<Pixel8>;
 

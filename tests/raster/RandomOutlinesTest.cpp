@@ -3,32 +3,24 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <ios>
-#include <random>
 #include <sstream>
 #include <string>
 #include <vector>
 
 #include "effect/raster/DrawDot.h"
 #include "tests/raster/PlainRasterizer.h"
-#include "tests/raster/TestCanvas.h"
+#include "tests/support/Dice.h"
+#include "tests/support/TestCanvas.h"
 
 namespace vindrel {
 namespace {
 
-/// Random numbers that are the same with every standard library.
-class Dice {
- public:
-  explicit Dice(uint64_t seed) : engine_(seed) {}
-  int pick(int from, int to) { return from + static_cast<int>(engine_() % static_cast<uint64_t>(to - from + 1)); }
-  double number(double from, double to) { return from + (to - from) * static_cast<double>(engine_() >> 11) * 0x1p-53; }
-  bool oneIn(int n) { return pick(1, n) == 1; }
-
- private:
-  std::mt19937_64 engine_;
-};
+using test::AllPixels;
+using test::Dice;
+using test::Points;
+using test::TestCanvas;
 
 /// One thing to draw, the same at every depth: a bare outline when it has points, a dot otherwise. Channels are in
 /// 0 to 1.

@@ -15,10 +15,14 @@
 
 #include "effect/raster/PaintPixel.h"
 #include "effect/raster/WideLanes.h"
-#include "tests/raster/TestCanvas.h"
+#include "tests/support/TestCanvas.h"
 
 namespace vindrel {
 namespace {
+
+using test::AllPixels;
+using test::sameBytes;
+using test::textOf;
 
 // The division of Painter<Pixel8>, over every weight t and every sum n up to 255 * t.
 TEST(RowPainterAt8Bits, cuttingAProductWithTheReciprocalDividesBytesExactly) {
@@ -96,8 +100,9 @@ TYPED_TEST(RowPainterAtDepth, paintsAsPaintPixelDoesAndNothingBeside) {
     painter.paintWhole(pixels + 19, whole);
     for (int32_t i = 0; i < whole; ++i) paintPixel(expected[19 + i], color, 64);
     for (int32_t i = 0; i < 40; ++i) {
-      ASSERT_TRUE(sameValue(pixels[i], expected[i])) << "seed " << seed << ", round " << round << ", pixel " << i
-                                                     << ": " << text(pixels[i]) << ", should be " << text(expected[i]);
+      ASSERT_TRUE(sameValue(pixels[i], expected[i]))
+          << "seed " << seed << ", round " << round << ", pixel " << i << ": " << textOf(pixels[i]) << ", should be "
+          << textOf(expected[i]);
     }
   }
 }
@@ -131,8 +136,8 @@ TYPED_TEST(RowPainterAtDepth, paintsLongStretchesAsPaintPixelDoes) {
       for (std::size_t i = 0; i < n; ++i) paintPixel(expected[begin + i], color, 64);
       for (std::size_t i = 0; i < pixels.size(); ++i) {
         ASSERT_TRUE(sameValue(pixels[i], expected[i]))
-            << "seed " << seed << ", round " << round << ", pixel " << i << ": " << text(pixels[i]) << ", should be "
-            << text(expected[i]) << ", in " << text(color);
+            << "seed " << seed << ", round " << round << ", pixel " << i << ": " << textOf(pixels[i]) << ", should be "
+            << textOf(expected[i]) << ", in " << textOf(color);
       }
     }
   }
@@ -162,8 +167,8 @@ TYPED_TEST(RowPainterAtDepth, hasAWidePainterThatPaintsAsPaintPixelDoes) {
       for (int32_t i = 0; i < done; ++i) paintPixel(expected[static_cast<std::size_t>(i)], color, 64);
       for (std::size_t i = 0; i < pixels.size(); ++i) {
         ASSERT_TRUE(sameValue(pixels[i], expected[i]))
-            << "seed " << seed << ", round " << round << ", pixel " << i << ": " << text(pixels[i]) << ", should be "
-            << text(expected[i]) << ", in " << text(color);
+            << "seed " << seed << ", round " << round << ", pixel " << i << ": " << textOf(pixels[i]) << ", should be "
+            << textOf(expected[i]) << ", in " << textOf(color);
       }
     }
   }
@@ -196,8 +201,8 @@ TEST(RowPainterAt16Bits, dividesExactlyAroundWholeQuotients) {
     RowPainter<Pixel16> painter(color);
     painter.paintWhole(pixels.data(), 16);
     painter.paintWhole(pixels.data() + 16, 8);
-    ASSERT_EQ(pixels, expected) << "seed " << seed << ", round " << round << ": " << text(pixels[0]) << ' '
-                                << text(pixels[20]) << ", should be " << text(expected[0]);
+    ASSERT_EQ(pixels, expected) << "seed " << seed << ", round " << round << ": " << textOf(pixels[0]) << ' '
+                                << textOf(pixels[20]) << ", should be " << textOf(expected[0]);
   }
 }
 

@@ -8,10 +8,16 @@
 #include <random>
 
 #include "effect/raster/ConvexFiller.h"
-#include "tests/raster/TestCanvas.h"
+#include "tests/support/TestCanvas.h"
 
 namespace vindrel {
 namespace {
+
+using test::AllPixels;
+using test::box;
+using test::opaqueRed;
+using test::Points;
+using test::TestCanvas;
 
 template <class Pixel>
 class TurnedFillerAtDepth : public ::testing::Test {};

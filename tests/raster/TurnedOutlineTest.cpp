@@ -1,6 +1,7 @@
 // The margins that prove an outline's form in every place, against the test of the form in single places.
 
 #include "effect/raster/TurnedOutline.h"
+#include "tests/support/TestCanvas.h"
 
 #include <gtest/gtest.h>
 
@@ -8,25 +9,16 @@
 #include <cmath>
 #include <random>
 
-#include "tests/raster/TestCanvas.h"
-
 namespace vindrel {
 namespace {
 
-std::vector<PathVertex> vertices(const Points& points) {
-  std::vector<PathVertex> outline;
-  for (const auto& [x, y] : points) {
-    PathVertex v;
-    v.x = x;
-    v.y = y;
-    outline.push_back(v);
-  }
-  return outline;
-}
+using test::box;
+using test::Points;
+using test::verticesOf;
 
 TurnedOutline turned(const Points& points, const PathMatrix& matrix = {}) {
   TurnedOutline outline;
-  outline.take(vertices(points), matrix);
+  outline.take(verticesOf(points), matrix);
   return outline;
 }
 
@@ -61,7 +53,7 @@ TEST(TurnedOutline, isTurnedAsThePlaceOfEachVertexIsBegun) {
   const TurnedOutline outline = turned(box(-2, -2, 2, 2), matrix);
   ASSERT_TRUE(outline.holdsAt(matrix.c, matrix.f));
   PolygonRasterizer<Pixel8> rasterizer;
-  rasterizer.vertices = vertices(box(-2, -2, 2, 2));
+  rasterizer.vertices = verticesOf(box(-2, -2, 2, 2));
   rasterizer.placeOutline(matrix);
   const auto top = std::min_element(rasterizer.vertices.begin(), rasterizer.vertices.end(),
                                     [](const PathVertex& a, const PathVertex& b) { return a.ty < b.ty; });
@@ -99,14 +91,14 @@ TEST(TurnedOutline, holdsOnlyWithinReachAndOnlyIfItsFormIsBeyondDoubt) {
 
 TEST(TurnedOutline, isTakenAnewOnceItsTurnHasChangedOrItWasForgotten) {
   TurnedOutline outline;
-  outline.take(vertices(box(-1, -1, 1, 1)), {});
-  outline.take(vertices(box(-2, -2, 2, 2)), {.c = 5.0, .f = 6.0});  // but for the place the same matrix
+  outline.take(verticesOf(box(-1, -1, 1, 1)), {});
+  outline.take(verticesOf(box(-2, -2, 2, 2)), {.c = 5.0, .f = 6.0});  // but for the place the same matrix
   EXPECT_EQ(outline.right(), 1.0);
-  outline.take(vertices(box(-2, -2, 2, 2)), {.a = 0.5, .c = 5.0});
+  outline.take(verticesOf(box(-2, -2, 2, 2)), {.a = 0.5, .c = 5.0});
   EXPECT_EQ(outline.right(), 1.0);
   EXPECT_EQ(outline.y()[0], -2.0);
   outline.forget();
-  outline.take(vertices(box(-3, -3, 3, 3)), {.a = 0.5, .c = 5.0});
+  outline.take(verticesOf(box(-3, -3, 3, 3)), {.a = 0.5, .c = 5.0});
   EXPECT_EQ(outline.y()[0], -3.0);
 }
 
@@ -143,7 +135,7 @@ TEST(TurnedOutline, thatHoldsSuitsTheConvexFillerInAnyPlace) {
       continue;
     }
     ++held;
-    rasterizer.vertices = vertices(points);
+    rasterizer.vertices = verticesOf(points);
     for (int place = 0; place < 4; ++place) {
       const double far = place == 0 ? TurnedOutline::placeReach : 5000.0;
       matrix.c = number(-far, far);

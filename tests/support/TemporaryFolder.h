@@ -1,54 +1,70 @@
-// A folder of its own for one test, gone with everything in it at the end.
+// A folder of a test's own, empty at first and gone with everything in it at the end.
 #pragma once
 
-#include <gtest/gtest.h>
-
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <random>
 #include <string>
+#include <system_error>
+#include <vector>
+
+#include "tests/support/ReadFile.h"
 
 namespace vindrel::test {
 
 class TemporaryFolder {
  public:
   TemporaryFolder() {
-    const testing::TestInfo& info = *testing::UnitTest::GetInstance()->current_test_info();
     // Several builds may run the same test at the same time.
     std::random_device random;
-    folder = std::filesystem::temp_directory_path() /
-             (std::string("vindrel-") + info.name() + "-" + std::to_string(random()));
-    std::filesystem::create_directories(folder);
+    do {
+      path_ = std::filesystem::temp_directory_path() / ("vindrel-test-" + std::to_string(random()));
+    } while (!std::filesystem::create_directory(path_));
   }
   ~TemporaryFolder() {
     std::error_code ignored;
-    std::filesystem::remove_all(folder, ignored);
+    std::filesystem::remove_all(path_, ignored);
   }
   TemporaryFolder(const TemporaryFolder&) = delete;
   TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 
-  /// Full path of a file in the folder.
-  [[nodiscard]] std::string path(const std::string& name) const { return (folder / name).string(); }
+  const std::filesystem::path& path() const { return path_; }
+  std::filesystem::path operator/(const std::string& name) const { return path_ / name; }
 
-  void write(const std::string& name, const std::string& content) const {
-    std::ofstream(path(name), std::ios::binary) << content;
+  /// Full path of a file in the folder, as text.
+  std::string path(const std::string& name) const { return (path_ / name).string(); }
+
+  bool has(const std::string& name) const { return std::filesystem::exists(path_ / name); }
+
+  /// Names of all that lies in it, hidden files included, in order.
+  std::vector<std::string> names() const {
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(path_)) {
+      names.push_back(entry.path().filename().string());
+    }
+    std::sort(names.begin(), names.end());
+    return names;
   }
 
-  /// The text of a file with lines ended by a line feed only; empty when there is no such file.
-  [[nodiscard]] std::string read(const std::string& name) const {
-    std::ifstream file(path(name), std::ios::binary);
-    std::string text;
-    for (auto it = std::istreambuf_iterator<char>(file); it != std::istreambuf_iterator<char>(); ++it) {
-      if (*it != '\r') text += *it;
-    }
+  /// Returns the file's path.
+  std::filesystem::path write(const std::string& name, const std::string& content) const {
+    std::ofstream(path_ / name, std::ios::binary) << content;
+    return path_ / name;
+  }
+
+  /// The bytes of a file; empty when there is no such file.
+  std::string read(const std::string& name) const { return readFile(path_ / name); }
+
+  /// The same with lines ended by a line feed only, whatever the system ends them with.
+  std::string readLines(const std::string& name) const {
+    std::string text = read(name);
+    std::erase(text, '\r');
     return text;
   }
 
-  [[nodiscard]] bool has(const std::string& name) const { return std::filesystem::exists(path(name)); }
-
  private:
-  std::filesystem::path folder;
+  std::filesystem::path path_;
 };
 
 }  // namespace vindrel::test

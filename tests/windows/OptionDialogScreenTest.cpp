@@ -11,9 +11,7 @@
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <functional>
-#include <iterator>
 #include <map>
 #include <string>
 #include <thread>
@@ -128,13 +126,10 @@ class OptionDialogOnScreen : public testing::Test {
     EXPECT_TRUE(screen::click(seen.closeBox.x, seen.closeBox.y));
   }
 
-  void settingsHold(const std::string& text) const { std::ofstream(settingsFile(), std::ios::binary) << text; }
-  std::string settingsText() const {
-    std::ifstream file(settingsFile(), std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-  }
-  bool settingsExist() const { return fs::exists(settingsFile()); }
-  fs::path settingsFile() const { return folder_.path("Vindrel.ini"); }
+  void settingsHold(const std::string& text) const { folder_.write("Vindrel.ini", text); }
+  std::string settingsText() const { return folder_.read("Vindrel.ini"); }
+  bool settingsExist() const { return folder_.has("Vindrel.ini"); }
+  fs::path settingsFile() const { return folder_ / "Vindrel.ini"; }
 
   standin::HostSettings settings_;
 

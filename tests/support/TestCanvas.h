@@ -1,46 +1,24 @@
-// A canvas for the rasteriser's tests: rows with padding behind them and guard rows around, so that a pixel written
+// A canvas for tests that draw: rows with padding behind them and guard rows around, so that a pixel written
 // where none may be written shows.
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <array>
-#include <bit>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <sstream>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "effect/pixel/Pixel.h"
 #include "effect/raster/DrawContext.h"
 #include "effect/raster/PolygonRasterizer.h"
+#include "tests/support/AllPixels.h"
+#include "tests/support/PixelText.h"
+#include "tests/support/Points.h"
+#include "tests/support/SameBytes.h"
 
-namespace vindrel {
-
-using Points = std::vector<std::pair<double, double>>;
-
-inline Points box(double left, double top, double right, double bottom) {
-  return {{left, top}, {right, top}, {right, bottom}, {left, bottom}};
-}
-
-template <class Pixel>
-std::string text(const Pixel& p) {
-  std::ostringstream out;
-  out.precision(9);
-  out << '(' << +p.alpha << ' ' << +p.red << ' ' << +p.green << ' ' << +p.blue << ')';
-  return out.str();
-}
-
-/// A float that is not a number equals itself here, and 0.0 differs from -0.0.
-template <class Pixel>
-bool sameBytes(const Pixel& a, const Pixel& b) {
-  using Bytes = std::array<std::byte, sizeof(Pixel)>;
-  return std::bit_cast<Bytes>(a) == std::bit_cast<Bytes>(b);
-}
+namespace vindrel::test {
 
 /// Also owns the context and the rasteriser that draw on it. Empty (all channels 0) at first.
 template <class Pixel>
@@ -81,6 +59,13 @@ class TestCanvas {
     return true;
   }
 
+  /// The canvas alone, row after row.
+  std::vector<Pixel> pixels() {
+    std::vector<Pixel> all;
+    for (int32_t y = 0; y < height; ++y) all.insert(all.end(), &at(0, y), &at(width, y));
+    return all;
+  }
+
   int32_t paintedPixels() {
     int32_t count = 0;
     for (int32_t y = 0; y < height; ++y) {
@@ -101,7 +86,7 @@ class TestCanvas {
       for (int32_t x = 0; x < width; ++x) {
         if (!sameBytes(at(x, y), other.at(x, y))) {
           std::ostringstream out;
-          out << "pixel (" << x << ", " << y << ") is " << text(at(x, y)) << ", should be " << text(other.at(x, y));
+          out << "pixel (" << x << ", " << y << ") is " << textOf(at(x, y)) << ", should be " << textOf(other.at(x, y));
           return out.str();
         }
       }
@@ -112,12 +97,7 @@ class TestCanvas {
   /// Empties the outline and appends the points, without filling.
   void setOutline(const Points& points) {
     rasterizer.resetPath();
-    for (const auto& [x, y] : points) {
-      PathVertex v;
-      v.x = v.tx = x;
-      v.y = v.ty = y;
-      rasterizer.addVertex(v);
-    }
+    for (const PathVertex& vertex : verticesOf(points)) rasterizer.addVertex(vertex);
   }
 
   void fill(const Points& points, const Pixel& color) {
@@ -141,6 +121,4 @@ Pixel opaqueRed() {
   return {PixelTraits<Pixel>::fullScale, PixelTraits<Pixel>::fullScale, 0, 0};
 }
 
-using AllPixels = ::testing::Types<Pixel8, Pixel16, Pixel32>;
-
-}  // namespace vindrel
+}  // namespace vindrel::test
