@@ -22,7 +22,9 @@ inline __m128i choose(__m128i mask, __m128i yes, __m128i no) {
 }
 
 /// Paints four neighbouring pixels at a time: `mix` gives what paintPixel makes of each.
-/// A painter suits only some colours (`suits`); for others the caller paints pixel by pixel.
+/// A painter suits only some colours (`suits`); for others the caller paints pixel by pixel. Pixels that are kept or
+/// replaced are the rule, and that part of `mix` is small enough to stand in the loops of the fillers; the sums and
+/// divisions are a function of their own.
 template <class Pixel>
 struct Painter;
 
@@ -61,7 +63,15 @@ struct Painter<Pixel8> {
       four.v[0] = choose(nothing, old, fresh);
       return true;
     }
-    const __m128i i = _mm_srli_epi32(_mm_mullo_epi16(_mm_sub_epi32(low, a), oldAlpha), 8);
+    four.v[0] = choose(nothing, old, choose(replaced, fresh, mixed(old, a)));
+    return true;
+  }
+
+ private:
+  /// What each pixel becomes under opacity a, where both a and its own alpha are above 0 and a is below full.
+  [[gnu::noinline]] __m128i mixed(__m128i old, __m128i a) const {
+    const __m128i low = _mm_set1_epi32(255);
+    const __m128i i = _mm_srli_epi32(_mm_mullo_epi16(_mm_sub_epi32(low, a), _mm_and_si128(old, low)), 8);
     const __m128i t = _mm_add_epi32(a, i);
     const __m128 share = _mm_div_ps(_mm_set1_ps(1.0F), _mm_cvtepi32_ps(t));
     const __m128i weights = _mm_or_si128(a, _mm_slli_epi32(i, 16));
@@ -73,13 +83,10 @@ struct Painter<Pixel8> {
     const __m128i red = channel(red_, _mm_and_si128(_mm_slli_epi32(old, 8), high));
     const __m128i green = channel(green_, _mm_and_si128(old, high));
     const __m128i blue = channel(blue_, _mm_and_si128(_mm_srli_epi32(old, 8), high));
-    const __m128i mixed = _mm_or_si128(_mm_or_si128(t, _mm_slli_epi32(red, 8)),
-                                       _mm_or_si128(_mm_slli_epi32(green, 16), _mm_slli_epi32(blue, 24)));
-    four.v[0] = choose(nothing, old, choose(replaced, fresh, mixed));
-    return true;
+    return _mm_or_si128(_mm_or_si128(t, _mm_slli_epi32(red, 8)),
+                        _mm_or_si128(_mm_slli_epi32(green, 16), _mm_slli_epi32(blue, 24)));
   }
 
- private:
   __m128i color_, red_, green_, blue_, alpha_;
 };
 
@@ -87,7 +94,8 @@ struct Painter<Pixel8> {
 /// instruction on signed numbers; both weights are below 32768 where anything is mixed. What is missing of the sum n is
 /// 32768 * t, since a + i is t. Sums go up to 2^31, so they are divided in doubles: cutting (n + 0.5) * (1 / t) is
 /// exact since its error stays below 2^-34, and the nearest whole number is 2^-17 away or more. All that is for alphas
-/// of at most full scale; mix refuses pixels that have more.
+/// of at most full scale; mix refuses pixels that have more, where it would have to divide. The opacity is cut in
+/// single precision: a count has 7 bits and an alpha 16, so that their product fits its 24, and a 64th of it does too.
 template <>
 struct Painter<Pixel16> {
   static constexpr int units = 2;
@@ -96,7 +104,7 @@ struct Painter<Pixel16> {
   };
 
   explicit Painter(const Pixel16& color)
-      : alpha_(_mm_set1_epi32(color.alpha)),
+      : alphaBySample_(_mm_set1_ps(static_cast<float>(color.alpha) * 0.015625F)),
         redAbove_(_mm_set1_epi32(static_cast<int32_t>(uint32_t{color.red} << 16U))),
         greenBlue_(_mm_set1_epi32(static_cast<int32_t>(uint32_t{color.green} | uint32_t{color.blue} << 16U))),
         red_(_mm_set1_epi32(color.red ^ 0x8000)),
@@ -106,18 +114,23 @@ struct Painter<Pixel16> {
   static bool isOpaque(const Pixel16& color) { return color.alpha == 32768; }
 
   bool mix(Four& four, FourCounts counts) const {
-    const __m128i low = _mm_set1_epi32(0xFFFF), full = _mm_set1_epi32(32768), zero = _mm_setzero_si128();
-    const __m128i a = _mm_srli_epi32(product(alpha_, counts.wide), 6);
+    const __m128i zero = _mm_setzero_si128();
+    const __m128i a = _mm_cvttps_epi32(_mm_mul_ps(_mm_cvtepi32_ps(counts.wide), alphaBySample_));
+    const __m128i nothing = _mm_cmpeq_epi32(a, zero);
+    const __m128i empty = _mm_cmpeq_epi32(_mm_slli_epi32(halvesOf<0x88>(four), 16), zero);
+    const __m128i replaced = _mm_or_si128(empty, _mm_cmpeq_epi32(a, _mm_set1_epi32(32768)));
+    if (_mm_movemask_epi8(_mm_or_si128(nothing, replaced)) != 0xFFFF) return mixOver(four, a, nothing, replaced);
+    put(four, nothing, _mm_or_si128(redAbove_, a), greenBlue_);
+    return true;
+  }
+
+ private:
+  /// Four pixels of which one at least is neither kept (`nothing`) nor replaced, under opacity a.
+  [[gnu::noinline]] bool mixOver(Four& four, __m128i a, __m128i nothing, __m128i replaced) const {
+    const __m128i low = _mm_set1_epi32(0xFFFF), full = _mm_set1_epi32(32768);
     const __m128i alphaRed = halvesOf<0x88>(four);
     const __m128i oldAlpha = _mm_and_si128(alphaRed, low);
-    const __m128i nothing = _mm_cmpeq_epi32(a, zero);
-    const __m128i replaced = _mm_or_si128(_mm_cmpeq_epi32(oldAlpha, zero), _mm_cmpeq_epi32(a, full));
-    const __m128i simple = _mm_or_si128(nothing, replaced);
     if (_mm_movemask_epi8(_mm_cmpgt_epi32(oldAlpha, full)) != 0) return false;
-    if (_mm_movemask_epi8(simple) == 0xFFFF) {
-      put(four, nothing, _mm_or_si128(redAbove_, a), greenBlue_);
-      return true;
-    }
     const __m128i greenBlue = halvesOf<0xDD>(four);
     const __m128i i = _mm_srli_epi32(product(_mm_sub_epi32(full, a), oldAlpha), 15);
     const __m128i t = _mm_add_epi32(a, i);
@@ -144,7 +157,6 @@ struct Painter<Pixel16> {
     return true;
   }
 
- private:
   /// Of numbers below 2^16, one in each lane.
   static __m128i product(__m128i x, __m128i y) {
     return _mm_or_si128(_mm_mullo_epi16(x, y), _mm_slli_epi32(_mm_mulhi_epu16(x, y), 16));
@@ -159,7 +171,8 @@ struct Painter<Pixel16> {
     four.v[0] = choose(_mm_unpacklo_epi32(stay, stay), four.v[0], _mm_unpacklo_epi32(alphaRed, greenBlue));
     four.v[1] = choose(_mm_unpackhi_epi32(stay, stay), four.v[1], _mm_unpackhi_epi32(alphaRed, greenBlue));
   }
-  __m128i alpha_, redAbove_, greenBlue_, red_, green_, blue_;
+  __m128 alphaBySample_;
+  __m128i redAbove_, greenBlue_, red_, green_, blue_;
 };
 
 /// A pixel a register. The same single-precision operations as paintPixel, four channels at once. The opacity's scaling

@@ -175,6 +175,44 @@ TYPED_TEST(RowPainterAtDepth, hasAWidePainterThatPaintsAsPaintPixelDoes) {
   EXPECT_GT(painted, 500000);
 }
 
+TEST(RowPainterAt16Bits, cutsTheOpacityOfEveryAlphaAndCountAsWholeNumbersAre) {
+  for (int32_t alpha = 0; alpha <= 32768; ++alpha) {
+    const RowPainter<Pixel16> painter({static_cast<uint16_t>(alpha), 1, 2, 3});
+    for (int32_t count = 0; count <= 64; count += 4) {
+      const int32_t counts[4] = {count, std::min(count + 1, 64), std::min(count + 2, 64), std::min(count + 3, 64)};
+      Pixel16 pixels[4] = {};
+      painter.paintFour(pixels, fourCounts(counts));
+      for (int i = 0; i < 4; ++i) ASSERT_EQ(pixels[i].alpha, alpha * counts[i] / 64) << alpha << ' ' << counts[i];
+    }
+  }
+}
+
+// Pixels of more than full alpha beside such as are kept and replaced, in every place of a four.
+TEST(RowPainterAt16Bits, paintsPixelsOfMoreThanFullAlphaAsPaintPixelDoes) {
+  constexpr unsigned seed = 20250310;
+  std::mt19937 random(seed);
+  const auto word = [&random](uint32_t from, uint32_t to) {
+    return static_cast<uint16_t>(from + random() % (to - from + 1));
+  };
+  for (int round = 0; round < 40000; ++round) {
+    const uint16_t alpha = random() % 2 == 0 ? uint16_t{32768} : word(0, 32768);
+    const Pixel16 color{alpha, word(0, 65535), word(0, 65535), word(0, 65535)};
+    Pixel16 pixels[4], expected[4];
+    int32_t counts[4];
+    for (int i = 0; i < 4; ++i) {
+      const auto kind = random() % 3;
+      const uint16_t old = kind == 0 ? uint16_t{0} : kind == 1 ? word(1, 32768) : word(32769, 65535);
+      pixels[i] = expected[i] = {old, word(0, 65535), word(0, 65535), word(0, 65535)};
+      counts[i] = random() % 3 == 0 ? 0 : random() % 2 == 0 ? 64 : static_cast<int32_t>(random() % 65);
+    }
+    RowPainter<Pixel16>(color).paintFour(pixels, fourCounts(counts));
+    for (int i = 0; i < 4; ++i) {
+      paintPixel(expected[i], color, counts[i]);
+      ASSERT_EQ(pixels[i], expected[i]) << "seed " << seed << ", round " << round << ", pixel " << i;
+    }
+  }
+}
+
 // Both divisions of 16 bits, where the quotient is just whole, or just not yet: an old channel is sought for which the
 // sum leaves the least or the greatest rest, or nearly.
 TEST(RowPainterAt16Bits, dividesExactlyAroundWholeQuotients) {
