@@ -4,7 +4,7 @@
 #include <cmath>
 #include <limits>
 
-#include "effect/pixel/Truncate.h"
+#include "effect/pixel/Int32.h"
 
 namespace vindrel {
 namespace {

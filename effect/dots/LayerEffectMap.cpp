@@ -5,9 +5,8 @@
 #include <cstring>
 
 #include "effect/pixel/Convert.h"
-#include "effect/pixel/Truncate.h"
+#include "effect/pixel/Int32.h"
 #include "effect/pixel/Units.h"
-#include "effect/pixel/Wrap.h"
 
 namespace vindrel {
 namespace {

@@ -13,7 +13,7 @@
 #include "effect/dots/Random.h"
 #include "effect/pixel/Convert.h"
 #include "effect/pixel/Hsv.h"
-#include "effect/pixel/Truncate.h"
+#include "effect/pixel/Int32.h"
 #include "effect/pixel/Units.h"
 #include "effect/raster/DrawDot.h"
 

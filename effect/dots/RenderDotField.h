@@ -9,7 +9,7 @@
 
 #include "effect/dots/FieldSettings.h"
 #include "effect/dots/MakeDot.h"
-#include "effect/raster/DrawContext.h"
+#include "effect/raster/PolygonRasterizer.h"
 
 namespace vindrel {
 

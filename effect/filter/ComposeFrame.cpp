@@ -10,9 +10,8 @@
 #include "effect/filter/FrameRecord.h"
 #include "effect/filter/MakeFieldSettings.h"
 #include "effect/params/Choices.h"
+#include "effect/pixel/Int32.h"
 #include "effect/pixel/Pixel.h"
-#include "effect/pixel/Truncate.h"
-#include "effect/raster/DrawContext.h"
 #include "effect/raster/PolygonRasterizer.h"
 #include "effect/share/util/SuiteCache.h"
 

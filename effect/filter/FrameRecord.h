@@ -6,7 +6,7 @@
 #include "ae/Constants.h"
 #include "ae/InOutData.h"
 #include "effect/params/RenderParams.h"
-#include "effect/pixel/Truncate.h"
+#include "effect/pixel/Int32.h"
 #include "effect/share/util/WorldSuite.h"
 
 namespace vindrel {

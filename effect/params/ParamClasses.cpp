@@ -7,7 +7,7 @@
 #include "effect/params/ParamGetter.h"
 #include "effect/params/ParamObjects.h"
 #include "effect/params/StoredDefaults.h"
-#include "effect/pixel/Truncate.h"
+#include "effect/pixel/Int32.h"
 #include "effect/pixel/Units.h"
 
 namespace vindrel {

@@ -6,7 +6,7 @@
 #include <cstdlib>
 #include <type_traits>
 
-#include "effect/pixel/Wrap.h"
+#include "effect/pixel/Int32.h"
 
 namespace vindrel {
 namespace {

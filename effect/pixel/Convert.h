@@ -7,8 +7,8 @@
 #include <cstdint>
 #include <type_traits>
 
+#include "effect/pixel/Int32.h"
 #include "effect/pixel/Pixel.h"
-#include "effect/pixel/Truncate.h"
 
 namespace vindrel {
 

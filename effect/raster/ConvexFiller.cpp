@@ -4,9 +4,9 @@
 #include <cmath>
 #include <limits>
 
+#include "effect/pixel/Int32.h"
 #include "effect/pixel/Pixel.h"
 #include "effect/pixel/RepeatedAddition.h"
-#include "effect/pixel/Wrap.h"
 #include "effect/raster/FetchAhead.h"
 #include "effect/raster/PaintPixel.h"
 #include "effect/raster/RowPainter.h"

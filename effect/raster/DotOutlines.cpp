@@ -4,8 +4,8 @@
 #include <cmath>
 #include <cstdint>
 
+#include "effect/pixel/Int32.h"
 #include "effect/pixel/Pixel.h"
-#include "effect/pixel/Truncate.h"
 #include "effect/raster/CircleTables.h"
 #include "effect/raster/PolygonRasterizer.h"
 

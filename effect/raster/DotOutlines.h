@@ -5,7 +5,7 @@
 // matrix. All lengths are canvas pixels before the matrix, y grows downwards; w and h may be negative, which mirrors.
 #pragma once
 
-#include "effect/raster/DrawContext.h"
+#include "effect/raster/PolygonRasterizer.h"
 
 namespace vindrel {
 

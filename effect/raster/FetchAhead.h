@@ -10,7 +10,7 @@
 #include <algorithm>
 #include <cstdint>
 
-#include "effect/pixel/Truncate.h"
+#include "effect/pixel/Int32.h"
 #include "effect/raster/CanvasView.h"
 
 namespace vindrel {

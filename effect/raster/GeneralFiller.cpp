@@ -3,9 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "effect/pixel/Int32.h"
 #include "effect/pixel/Pixel.h"
-#include "effect/pixel/Truncate.h"
-#include "effect/pixel/Wrap.h"
 #include "effect/raster/Crossings.h"
 #include "effect/raster/EdgeTable.h"
 #include "effect/raster/FetchAhead.h"

@@ -13,9 +13,9 @@
 #include <vector>
 
 #include "effect/raster/CanvasView.h"
-#include "effect/raster/CoverageRows.h"
 #include "effect/raster/EdgeTable.h"
 #include "effect/raster/Path.h"
+#include "effect/raster/SpanLists.h"
 
 namespace vindrel {
 

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
+#include "effect/pixel/Int32.h"
 #include "effect/pixel/Pixel.h"
-#include "effect/pixel/Wrap.h"
 #include "effect/raster/PaintPixel.h"
 
 namespace vindrel {

@@ -4,7 +4,7 @@
 #include <cstdint>
 
 #include "effect/raster/CanvasView.h"
-#include "effect/raster/CoverageRows.h"
+#include "effect/raster/SpanLists.h"
 
 namespace vindrel {
 

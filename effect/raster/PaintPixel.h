@@ -7,8 +7,8 @@
 #include <cmath>
 #include <cstdint>
 
+#include "effect/pixel/Int32.h"
 #include "effect/pixel/Pixel.h"
-#include "effect/pixel/Wrap.h"
 
 namespace vindrel {
 

@@ -1,7 +1,8 @@
 // One frame's polygon rasteriser at one depth: it holds the outline in hand, brings it to the canvas's coordinates and
 // sends it to the filler that suits it.
 //
-// It knows no canvas: that comes with each outline, and so do the matrix and the colour.
+// It knows no canvas: that comes with each outline, and so do the matrix and the colour. DrawContext holds all of them
+// for whoever draws a frame.
 #pragma once
 
 #include <cstdint>
@@ -10,9 +11,9 @@
 
 #include "effect/raster/CanvasView.h"
 #include "effect/raster/ConvexFiller.h"
-#include "effect/raster/CoverageRows.h"
 #include "effect/raster/GeneralFiller.h"
 #include "effect/raster/Path.h"
+#include "effect/raster/SpanLists.h"
 #include "effect/raster/TurnedFiller.h"
 #include "effect/raster/TurnedOutline.h"
 
@@ -78,6 +79,18 @@ class PolygonRasterizer {
   std::vector<ScanEdge> edges;             ///< the general filler's; room for 200 from the start
   std::unique_ptr<CoverageRows> coverage;  ///< the general filler's
   std::unique_ptr<ConvexFiller<Pixel>> convexFiller;
+};
+
+/// The drawing state of one frame at one depth: the canvas, and what the dot in hand needs.
+///
+/// Made once per frame, shared by all dots: `DrawContext<Pixel>{.canvas = view, .rasterizer = &rasterizer}`. Owns
+/// nothing.
+template <class Pixel>
+struct DrawContext {
+  CanvasView<Pixel> canvas;
+  PathMatrix matrix{};                             ///< current outline transform; the identity between two dots
+  Pixel color{};                                   ///< colour of the dot being drawn
+  PolygonRasterizer<Pixel>* rasterizer = nullptr;  ///< the frame's rasteriser; must not be null when a dot is drawn
 };
 
 }  // namespace vindrel

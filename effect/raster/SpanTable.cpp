@@ -4,7 +4,7 @@
 #include <limits>
 #include <utility>
 
-#include "effect/pixel/Wrap.h"
+#include "effect/pixel/Int32.h"
 #include "effect/raster/RunLanes.h"
 
 namespace vindrel {

@@ -1,4 +1,4 @@
-#include "effect/raster/CoverageRows.h"
+#include "effect/raster/SpanLists.h"
 
 #include <gtest/gtest.h>
 
@@ -20,7 +20,6 @@ TEST(CoverageRows, areIdleAndEmptyAtFirst) {
   EXPECT_EQ(coverage.lastSubRow, -1);
   EXPECT_EQ(coverage.firstRow, -1);
   EXPECT_EQ(coverage.lastRow, -1);
-  EXPECT_FALSE(coverage.ready);
   EXPECT_TRUE(runs(anyCoverage(coverage)).empty());
 }
 
@@ -32,24 +31,23 @@ TEST(CoverageRows, aSpanGoesIntoTheSlotOfItsSubRow) {
   EXPECT_EQ(coverage.lastRow, 3);
   EXPECT_EQ(runs(coverage.rows[2]), (Runs{{3, 9}}));
   EXPECT_EQ(runs(coverage.rows[3]), (Runs{{4, 8}}));
-  EXPECT_FALSE(coverage.ready);
 }
 
-TEST(CoverageRows, theEighthSubRowMakesThemReady) {
+TEST(CoverageRows, theEighthSubRowMakesTheSolidPixels) {
   CoverageRows coverage;
   for (int32_t y = 0; y < 7; ++y) addSpan(coverage, 0, 31, y);
-  EXPECT_FALSE(coverage.ready);
+  EXPECT_TRUE(runs(coverage.solid).empty());
   addSpan(coverage, 0, 31, 7);
-  EXPECT_TRUE(coverage.ready);
+  EXPECT_EQ(runs(coverage.solid), (Runs{{1, 2}}));
 }
 
-TEST(CoverageRows, theOutlinesLastSubRowMakesThemReady) {
+TEST(CoverageRows, theOutlinesLastSubRowMakesTheSolidPixelsToo) {
   CoverageRows coverage;
   coverage.lastSubRow = 2;
   addSpan(coverage, 0, 31, 1);
-  EXPECT_FALSE(coverage.ready);
+  EXPECT_TRUE(runs(coverage.solid).empty());
   addSpan(coverage, 0, 31, 2);
-  EXPECT_TRUE(coverage.ready);
+  EXPECT_EQ(runs(coverage.solid), (Runs{{1, 2}}));
 }
 
 // Sub-columns 4 to 43 begin inside pixel 0 and end inside pixel 5: whole are pixels 1 to 4.
@@ -122,7 +120,6 @@ TEST(CoverageRows, resettingEmptiesTheSubRowsAndKeepsThePixelLists) {
   EXPECT_EQ(coverage.lastSubRow, -1);
   EXPECT_EQ(coverage.firstRow, -1);
   EXPECT_EQ(coverage.lastRow, -1);
-  EXPECT_FALSE(coverage.ready);
   EXPECT_EQ(runs(coverage.solid), (Runs{{1, 2}}));
   EXPECT_EQ(runs(coverage.any), (Runs{{0, 4}}));
 }

@@ -11,7 +11,7 @@
 #include "effect/pixel/Pixel.h"
 #include "effect/raster/DrawDot.h"
 #include "effect/raster/PolygonRasterizer.h"
-#include "effect/raster/SpanList.h"
+#include "effect/raster/SpanLists.h"
 #include "effect/raster/SpanTable.h"
 #include "tests/raster/Blocks.h"
 #include "tests/raster/SpanModel.h"

@@ -10,7 +10,7 @@
 #include <limits>
 #include <random>
 
-#include "effect/pixel/Truncate.h"
+#include "effect/pixel/Int32.h"
 
 namespace vindrel {
 namespace {

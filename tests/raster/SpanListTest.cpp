@@ -1,4 +1,4 @@
-#include "effect/raster/SpanList.h"
+#include "effect/raster/SpanLists.h"
 
 #include <gtest/gtest.h>
 

@@ -9,8 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "effect/raster/CoverageRows.h"
-#include "effect/raster/SpanList.h"
+#include "effect/raster/SpanLists.h"
 #include "tests/raster/SpanModel.h"
 
 namespace vindrel {

@@ -11,7 +11,6 @@
 #include <vector>
 
 #include "effect/pixel/Pixel.h"
-#include "effect/raster/DrawContext.h"
 #include "effect/raster/PolygonRasterizer.h"
 #include "tests/support/AllPixels.h"
 #include "tests/support/PixelText.h"

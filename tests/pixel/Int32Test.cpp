@@ -1,5 +1,5 @@
-// The one way from a double to a 32-bit integer, at its edges.
-#include "effect/pixel/Truncate.h"
+// 32-bit integers at the edges of their range.
+#include "effect/pixel/Int32.h"
 
 #include <gtest/gtest.h>
 
@@ -36,6 +36,17 @@ TEST(Truncate, whatDoesNotFitIsTheSmallestInteger) {
 
 TEST(Truncate, whatIsNotANumberIsTheSmallestInteger) {
   EXPECT_EQ(truncateToInt32(std::nan("")), smallest);
+}
+
+TEST(Wrap, sumsDifferencesAndProductsGoOnAtTheOtherEnd) {
+  constexpr int32_t largest = 2147483647;
+  EXPECT_EQ(wrapAdd(largest, 1), smallest);
+  EXPECT_EQ(wrapAdd(smallest, -1), largest);
+  EXPECT_EQ(wrapSubtract(smallest, 1), largest);
+  EXPECT_EQ(wrapSubtract(0, smallest), smallest);
+  EXPECT_EQ(wrapMultiply(65536, 65536), 0);
+  EXPECT_EQ(wrapMultiply(largest, 2), -2);
+  EXPECT_EQ(wrapMultiply(-3, 7), -21);
 }
 
 }  // namespace
