@@ -7,6 +7,7 @@
 #include "cli/HostControls.h"
 #include "cli/NearestName.h"
 #include "cli/UserError.h"
+#include "cli/files/SettingsFile.h"
 #include "cli/presets/Lengths.h"
 
 namespace cli {
@@ -26,20 +27,17 @@ standin::LoadedModule load(const fs::path& module) {
   }
 }
 
-standin::HostSettings settingsFor(const fs::path& module, Defaults defaults) {
+standin::HostSettings toldPath(const fs::path& place) {
   standin::HostSettings settings;
-  if (defaults == Defaults::builtIn) {
-    // A module that isn't told where it lies can't look for a file beside itself.
-    settings.modulePath = "";
-    return settings;
-  }
-  const fs::path stored = fs::path(module).replace_extension("ini");
-  std::error_code ignored;
-  const fs::file_status status = fs::status(stored, ignored);
-  if (fs::exists(status) && !fs::is_regular_file(status)) {
-    throw UserError("'" + stored.string() + "' is no plain file; the module's settings must be one");
-  }
+  settings.modulePath = place.string();
   return settings;
+}
+
+standin::HostSettings settingsFor(const fs::path& module, Defaults defaults) {
+  // A module that isn't told where it lies can't look for a file beside itself.
+  if (defaults == Defaults::builtIn) return toldPath({});
+  checkSettingsFile(settingsFileOf(module));
+  return {};
 }
 
 standin::LayerValue layerFrom(const ControlFacts& control, const std::string& text, const LayerReader& readLayer) {
@@ -79,6 +77,20 @@ void applyAll(const std::vector<ControlFacts>& controls, const std::vector<Assig
 
 EffectSession::EffectSession(const fs::path& module, Defaults defaults)
     : module_(load(module)), host_(module_, settingsFor(module, defaults)) {
+  if (defaults == Defaults::builtIn) {
+    start();
+  } else {
+    const SettingsLock lock(settingsFileOf(module), SettingsLock::Way::read);
+    start();
+  }
+}
+
+EffectSession::EffectSession(const fs::path& module, const fs::path& place)
+    : module_(load(module)), host_(module_, toldPath(place)) {
+  start();
+}
+
+void EffectSession::start() {
   check(host_.start(), "while it was set up");
   controls_ = factsOf(host_.controls());
 }

@@ -23,6 +23,8 @@ class EffectSession {
   /// Loads the module and sends the set-ups of the module, its controls and a sequence.
   /// @throws UserError when the file is no module of this kind of host, EffectError when a set-up fails
   EffectSession(const std::filesystem::path& module, Defaults defaults);
+  /// The same, but the module is told that it lies at `place`, so that its stored defaults are those beside that.
+  EffectSession(const std::filesystem::path& module, const std::filesystem::path& place);
   EffectSession(const EffectSession&) = delete;
   EffectSession& operator=(const EffectSession&) = delete;
   ~EffectSession();
@@ -45,6 +47,8 @@ class EffectSession {
   void check(PF_Err code, const std::string& during) const;
 
  private:
+  void start();
+
   standin::LoadedModule module_;
   standin::StandInHost host_;
   std::vector<ControlFacts> controls_;

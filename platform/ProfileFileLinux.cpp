@@ -2,6 +2,18 @@
 //
 // A file is read whole, cut into lines once, and written whole. It is a few kilobytes long and is looked at once per
 // control when the host sets the effect up, so that nothing is kept between calls. Memory comes from the C library.
+//
+// A written file is made beside the old one and then put in its place, under a lock of the folder: whoever reads
+// meanwhile reads the old file or the new one, several writers at once lose none of each other's keys, and a full disk
+// leaves the old file.
+#include <fcntl.h>
+#include <libgen.h>
+#include <limits.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
 #include <cstddef>
 #include <cstdio>
 #include <cstdlib>
@@ -25,25 +37,105 @@ struct CloseFile {
 };
 using OpenFile = std::unique_ptr<std::FILE, CloseFile>;
 
-/// A file's whole text; empty when it can't be read.
+/// Bytes of a settings file at most; a longer one is none.
+constexpr off_t mostBytes = 1'000'000;
+
+/// A file's whole text.
 struct FileText {
   TextBlock block;
   size_t length = 0;
+  bool isWhole = false;  ///< false, and the text is empty, when the file can't be read or is no settings file
 
   std::string_view view() const { return {block.get(), length}; }
 };
 
+/// A missing file has an empty text.
 FileText readFile(const char* path) {
-  const OpenFile file{std::fopen(path, "rb")};
-  if (!file || std::fseek(file.get(), 0, SEEK_END) != 0) return {};
-  const long size = std::ftell(file.get());
-  if (size <= 0 || std::fseek(file.get(), 0, SEEK_SET) != 0) return {};
   FileText text;
-  text.block.reset(static_cast<char*>(std::malloc(static_cast<size_t>(size))));
-  if (!text.block) return {};
-  text.length = std::fread(text.block.get(), 1, static_cast<size_t>(size), file.get());
+  // Without O_NONBLOCK a pipe that nobody writes to would hold up the opening itself.
+  const int number = open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+  if (number < 0) {
+    text.isWhole = errno == ENOENT;
+    return text;
+  }
+  const OpenFile file{fdopen(number, "rb")};
+  if (!file) {
+    close(number);
+    return text;
+  }
+  struct stat facts {};
+  if (fstat(number, &facts) != 0 || !S_ISREG(facts.st_mode) || facts.st_size > mostBytes) return text;
+  const auto size = static_cast<size_t>(facts.st_size);
+  text.block.reset(static_cast<char*>(std::malloc(size + 1)));  // the one more makes a block of an empty file
+  if (!text.block || std::fread(text.block.get(), 1, size, file.get()) != size) return text;
+  text.length = size;
+  text.isWhole = true;
   return text;
 }
+
+/// Keeps other writers of a folder's settings waiting while it lives.
+class FolderLock {
+ public:
+  explicit FolderLock(const char* folder) : number_(open(folder, O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
+    // Some file systems know no locks; there writers at once may lose each other's keys, as without.
+    while (number_ >= 0 && flock(number_, LOCK_EX) != 0 && errno == EINTR) {
+    }
+  }
+  FolderLock(const FolderLock&) = delete;
+  FolderLock& operator=(const FolderLock&) = delete;
+  ~FolderLock() {
+    if (number_ >= 0) close(number_);
+  }
+
+ private:
+  int number_;
+};
+
+/// A file under a passing name beside its place; removed again unless it was put there.
+class FileInTheMaking {
+ public:
+  explicit FileInTheMaking(const char* place) : place_(place) {
+    // A name that is taken is a leftover of a crash, or of somebody who means harm: O_EXCL neither follows nor takes
+    // it.
+    for (int attempt = 0; attempt < 100 && number_ < 0; ++attempt) {
+      const int length =
+          std::snprintf(name_, sizeof name_, "%s.%ld-%d.part", place, static_cast<long>(getpid()), attempt);
+      if (length < 0 || static_cast<size_t>(length) >= sizeof name_) return;
+      number_ = open(name_, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666);
+      if (number_ < 0 && errno != EEXIST) return;
+    }
+    if (number_ >= 0) file_.reset(fdopen(number_, "wb"));
+  }
+  FileInTheMaking(const FileInTheMaking&) = delete;
+  FileInTheMaking& operator=(const FileInTheMaking&) = delete;
+  ~FileInTheMaking() {
+    if (number_ >= 0 && !file_ && !closed_) close(number_);
+    if (number_ >= 0 && !placed_) unlink(name_);
+  }
+
+  std::FILE* file() const { return file_.get(); }
+
+  /// With the owner, if the system lets us, and the mode of the file that is there. False when that one isn't replaced.
+  bool putInPlace() {
+    struct stat before {};
+    if (stat(place_, &before) == 0) {
+      static_cast<void>(fchown(number_, before.st_uid, before.st_gid) == 0);
+      if (fchmod(number_, before.st_mode & 07777U) != 0) return false;
+    }
+    closed_ = true;
+    if (std::fclose(file_.release()) != 0) return false;
+    placed_ = std::rename(name_, place_) == 0;
+    return placed_;
+  }
+
+ private:
+  const char* place_;
+  char name_[4200] = "";
+  int number_ = -1;
+  OpenFile file_;
+  bool closed_ = false;
+  bool placed_ = false;
+};
 
 // What Windows takes for a blank: white space, and the end-of-file character of old editors.
 bool isBlank(char c) {
@@ -162,6 +254,26 @@ bool putKey(std::FILE* file, std::string_view key, std::string_view value) {
   return put(file, key) && put(file, "=") && put(file, value);
 }
 
+/// Writes the whole text `all` with the key set in it.
+bool putWithKey(std::FILE* out, std::string_view all, std::string_view section, std::string_view key,
+                std::string_view value) {
+  const Place place = find(all, section, key);
+  if (place.keyFound) {
+    // The name stays as it was spelt in the file.
+    const std::string_view line = all.substr(place.lineStart, place.lineEnd - place.lineStart);
+    const std::string_view oldName = trimmed(line.substr(0, line.find('=')));
+    return put(out, all.substr(0, place.lineStart)) && putKey(out, oldName, value) &&
+           put(out, all.substr(place.lineEnd));
+  }
+  if (place.sectionFound) {
+    return put(out, all.substr(0, place.sectionEnd)) && put(out, "\r\n") && putKey(out, key, value) &&
+           (place.sectionEnd == all.size() ? put(out, "\r\n") : put(out, all.substr(place.sectionEnd)));
+  }
+  const bool openLine = !all.empty() && all.back() != '\n' && all.back() != '\r';
+  return put(out, all) && put(out, openLine ? "\r\n" : "") && put(out, "[") && put(out, section) && put(out, "]\r\n") &&
+         putKey(out, key, value) && put(out, "\r\n");
+}
+
 }  // namespace
 
 uint32_t GetPrivateProfileStringA(const char* section, const char* key, const char* defaultValue, char* buffer,
@@ -186,31 +298,24 @@ uint32_t GetPrivateProfileIntA(const char* section, const char* key, int32_t def
 }
 
 bool WritePrivateProfileStringA(const char* section, const char* key, const char* value, const char* path) {
-  const FileText text = readFile(path);
-  const std::string_view all = text.view();
-  const std::string_view sectionName = trimmed(section);
-  const std::string_view keyName = trimmed(key);
-  const std::string_view newValue = withoutLeadingBlanks(value);
-  const Place place = find(all, sectionName, keyName);
-  const OpenFile file{std::fopen(path, "wb")};
-  if (!file) return false;
-  std::FILE* const out = file.get();
-  bool written = true;
-  if (place.keyFound) {
-    // The name stays as it was spelt in the file.
-    const std::string_view line = all.substr(place.lineStart, place.lineEnd - place.lineStart);
-    const std::string_view oldName = trimmed(line.substr(0, line.find('=')));
-    written = put(out, all.substr(0, place.lineStart)) && putKey(out, oldName, newValue) &&
-              put(out, all.substr(place.lineEnd));
-  } else if (place.sectionFound) {
-    written = put(out, all.substr(0, place.sectionEnd)) && put(out, "\r\n") && putKey(out, keyName, newValue) &&
-              (place.sectionEnd == all.size() ? put(out, "\r\n") : put(out, all.substr(place.sectionEnd)));
-  } else {
-    const bool openLine = !all.empty() && all.back() != '\n' && all.back() != '\r';
-    written = put(out, all) && put(out, openLine ? "\r\n" : "") && put(out, "[") && put(out, sectionName) &&
-              put(out, "]\r\n") && putKey(out, keyName, newValue) && put(out, "\r\n");
+  // A link stays, and what it leads to is replaced; a file that isn't there yet has no other name.
+  char place[PATH_MAX];
+  if (realpath(path, place) == nullptr) {
+    struct stat link {};
+    if (errno != ENOENT || lstat(path, &link) == 0 || std::strlen(path) >= sizeof place) return false;
+    std::strcpy(place, path);  // NOLINT(*-strcpy): its length is that of above
   }
-  return std::fflush(out) == 0 && written;
+  char folder[PATH_MAX];
+  std::strcpy(folder, place);  // NOLINT(*-strcpy): as long as the place
+  const FolderLock lock(dirname(folder));
+
+  const FileText text = readFile(place);
+  if (!text.isWhole) return false;
+  FileInTheMaking making(place);
+  std::FILE* const out = making.file();
+  if (out == nullptr) return false;
+  return putWithKey(out, text.view(), trimmed(section), trimmed(key), withoutLeadingBlanks(value)) &&
+         making.putInPlace();
 }
 
 bool DeleteFileA(const char* path) {

@@ -23,6 +23,9 @@ struct Slot {
 };
 Slot slots[slotCount];
 std::atomic<bool> ending{false};
+std::atomic<int> making{0};  ///< files that have a name here and may not be there yet
+
+constexpr int heeded[] = {SIGINT, SIGTERM, SIGHUP, SIGPIPE};
 
 void removeAll() {
   for (const Slot& slot : slots) {
@@ -31,11 +34,11 @@ void removeAll() {
 }
 
 void removeAndDie(int signal) {
+  // From here on no thread begins to make a file. Those that are about to are waited for: they let no signal in, so
+  // that this one isn't among them. An opening that hangs, as on a lost network, is given a second.
   ending.store(true);
-  removeAll();
-  // Another thread may have been about to make its file; none begins a new one, and this one gets the time.
-  constexpr timespec moment{0, 2'000'000};
-  nanosleep(&moment, nullptr);
+  constexpr timespec moment{0, 1'000'000};
+  for (int i = 0; i < 1000 && making.load() > 0; ++i) nanosleep(&moment, nullptr);
   removeAll();
   // The action is the system's own again (SA_RESETHAND) and the signal isn't held back (SA_NODEFER).
   raise(signal);
@@ -44,7 +47,7 @@ void removeAndDie(int signal) {
 }  // namespace
 
 void heedInterrupts() {
-  for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGPIPE}) {
+  for (const int signal : heeded) {
     struct sigaction before {};
     if (sigaction(signal, nullptr, &before) != 0 || before.sa_handler == SIG_IGN) continue;
     struct sigaction action {};
@@ -57,8 +60,30 @@ void heedInterrupts() {
   std::signal(SIGXFSZ, SIG_IGN);
 }
 
+HeldInterrupts::HeldInterrupts() {
+  sigset_t held;
+  sigemptyset(&held);
+  for (const int signal : heeded) sigaddset(&held, signal);
+  pthread_sigmask(SIG_BLOCK, &held, &before_);
+}
+
+HeldInterrupts::~HeldInterrupts() {
+  letGo();
+}
+
+void HeldInterrupts::letGo() {
+  if (!holding_) return;
+  holding_ = false;
+  pthread_sigmask(SIG_SETMASK, &before_, nullptr);
+}
+
 RemovedOnInterrupt::RemovedOnInterrupt(const std::string& path) {
-  while (ending.load()) pause();
+  // Counted first: either the signal's thread sees this one, or this one sees that the program ends.
+  making.fetch_add(1);
+  if (ending.load()) {
+    making.fetch_sub(1);
+    while (true) pause();
+  }
   if (path.size() >= pathSize) return;
   for (int i = 0; i < slotCount; ++i) {
     int expected = slotFree;
@@ -70,7 +95,15 @@ RemovedOnInterrupt::RemovedOnInterrupt(const std::string& path) {
   }
 }
 
+void RemovedOnInterrupt::made() {
+  if (!making_) return;
+  making_ = false;
+  making.fetch_sub(1);
+  held_.letGo();
+}
+
 RemovedOnInterrupt::~RemovedOnInterrupt() {
+  made();
   if (slot_ >= 0) slots[slot_].state.store(slotFree, std::memory_order_release);
 }
 

@@ -99,6 +99,9 @@ class FileInTheMaking {
       : file_(file), path_((folderOf(place) / randomName()).string()), guard_(path_) {
     // O_EXCL follows no link and takes over no file.
     open_ = OpenFile(::open(path_.c_str(), O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode));
+    const int reason = errno;
+    guard_.made();
+    errno = reason;
     if (!open_.valid()) failBySystem(file);
     // Some file systems know no locks; there a leftover stays until somebody deletes it.
     static_cast<void>(flock(open_.number(), LOCK_EX | LOCK_NB));
