@@ -17,18 +17,19 @@ class Program {
  public:
   /// Starts `vindrel` with these words; its texts go to nowhere, or to the file `log` when one is named.
   /// @param before  done in the new process before the program begins, such as to set a limit
+  /// @param program  another one, which may stand in front of it; looked for as a shell does
   explicit Program(const std::vector<std::string>& words, const std::function<void()>& before = {},
-                   const std::string& log = "/dev/null") {
+                   const std::string& log = "/dev/null", const char* program = VINDREL_PROGRAM) {
     process_ = fork();
     if (process_ != 0) return;
     const int out = open(log.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
     dup2(out, STDOUT_FILENO);
     dup2(out, STDERR_FILENO);
     if (before) before();
-    std::vector<char*> arguments = {const_cast<char*>(VINDREL_PROGRAM)};  // NOLINT: as the system's call wants them
+    std::vector<char*> arguments = {const_cast<char*>(program)};  // NOLINT: as the system's call wants them
     for (const std::string& word : words) arguments.push_back(const_cast<char*>(word.c_str()));  // NOLINT
     arguments.push_back(nullptr);
-    execv(VINDREL_PROGRAM, arguments.data());
+    execvp(program, arguments.data());
     _exit(127);
   }
   Program(const Program&) = delete;
