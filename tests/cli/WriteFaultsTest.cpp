@@ -184,8 +184,8 @@ class WriteFaults : public testing::TestWithParam<WritingCommand> {
     }
   }
 
-  TemporaryFolder folder_;
-  TemporaryFolder talk_;
+  vindrel::test::TemporaryFolder folder_;
+  vindrel::test::TemporaryFolder talk_;
   std::vector<std::string> before_;
 };
 
