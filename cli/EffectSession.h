@@ -41,9 +41,7 @@ class EffectSession {
                                   const std::vector<LayerText>& layers,
                                   const LayerReader& readLayer = plainLayers()) const;
 
-  /// Does nothing when the code is 0.
-  /// @param during  what was being done: "while drawing"
-  /// @throws EffectError with the code by name and the effect's own message if it left one
+  /// checkEffect() of this session's host.
   void check(PF_Err code, const std::string& during) const;
 
  private:
@@ -53,8 +51,5 @@ class EffectSession {
   standin::StandInHost host_;
   std::vector<ControlFacts> controls_;
 };
-
-/// "PF_Err_OUT_OF_MEMORY (4)", or "error 77" for a code that has no name.
-std::string errorName(PF_Err code);
 
 }  // namespace cli

@@ -132,7 +132,7 @@ Animation animationOf(const Arguments& arguments, const PresetStack& presets, co
 /// How each layer is prepared, by index: as it is given last.
 std::map<int32_t, Preparation> preparationsOf(const Arguments& arguments, const PresetStack& presets,
                                               const EffectSession& session) {
-  std::map<int32_t, Preparation> preparations = cli::preparationsOf(presets, session);
+  std::map<int32_t, Preparation> preparations = presets.preparations(session.controls());
   for (const LayerText& layer : arguments.layers) {
     preparations[findControl(session.controls(), layer.name).index] = layer.preparation;
   }
@@ -150,7 +150,7 @@ FrameDrawer::FrameDrawer(const Arguments& arguments, const FramePictures& pictur
       scaled_(presets_.scaled(arguments.scale, height, session_.controls())),
       animation_(animationOf(arguments, scaled_, session_, pictures.layerReader())),
       preparations_(preparationsOf(arguments, scaled_, session_)),
-      preparer_(session_),
+      preparer_(session_.host(), session_.controls()),
       warnings_(missingLayers(session_.controls(), animation_.base())),
       smart_(takesSmartRoad(arguments.road, session_)) {}
 

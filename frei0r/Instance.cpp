@@ -61,7 +61,7 @@ Instance::Instance(std::shared_ptr<Effect> effect, int32_t width, int32_t height
       height_(height),
       frameRate_(frameRateOfProcess()),
       base_(effect_->session.host().defaults()),
-      preparer_(effect_->session) {}
+      preparer_(effect_->session.host(), effect_->session.controls()) {}
 
 void Instance::setPreset(const std::string& file) {
   // Some programs give every value anew with every frame.
@@ -78,7 +78,7 @@ void Instance::setPreset(const std::string& file) {
       complain("preset '" + file + "': its keys over time are left out; the video program's own move values");
     }
     base_ = effect_->session.values(presets, {}, {});
-    preparations_ = cli::preparationsOf(presets, effect_->session);
+    preparations_ = presets.preparations(effect_->session.controls());
   } catch (const std::exception& error) {
     complain(error.what());
   }

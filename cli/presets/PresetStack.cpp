@@ -46,4 +46,14 @@ PresetStack PresetStack::scaled(std::optional<double> factor, std::optional<int3
   return result;
 }
 
+std::map<int32_t, Preparation> PresetStack::preparations(const std::vector<ControlFacts>& controls) const {
+  std::map<int32_t, Preparation> preparations;
+  for (const Layer& layer : layers_) {
+    for (const LayerText& text : layer.preset.layers) {
+      preparations[findControl(controls, text.name).index] = text.preparation;
+    }
+  }
+  return preparations;
+}
+
 }  // namespace cli

@@ -1,6 +1,7 @@
 /// Several presets, one over the other, in the lengths of the picture at hand.
 #pragma once
 
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -45,6 +46,10 @@ class PresetStack {
     for (Layer& layer : result.layers_) layer.preset.layers = change(layer.preset.layers);
     return result;
   }
+
+  /// How the presets have layers prepared, by index of the control: as the last preset says that names it.
+  /// @throws UserError for a layer that there isn't
+  std::map<int32_t, Preparation> preparations(const std::vector<ControlFacts>& controls) const;
 
   /// What scaled() multiplied the lengths by that no preset names: the factor of the lowest preset that names a height,
   /// since whoever made it saw them at that height.

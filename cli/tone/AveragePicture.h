@@ -12,12 +12,14 @@ namespace cli {
 struct Edge {
   double x = 0.0;
   double y = 0.0;
+  friend bool operator==(const Edge&, const Edge&) = default;
 };
 
 /// The parallelogram to average over: its two edges. It lies with its middle on the pixel.
 struct Patch {
   Edge first;
   Edge second;
+  friend bool operator==(const Patch&, const Patch&) = default;
 };
 
 /// A picture as numbers: so many floats a pixel, rows from the top.

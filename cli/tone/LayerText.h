@@ -8,33 +8,14 @@
 #include <string>
 #include <vector>
 
+#include "cli/tone/Preparation.h"
+
 namespace cli {
 
 /// "Dot Size" = "14": a name and what it is given, neither checked yet.
 struct Assignment {
   std::string name;
   std::string text;
-};
-
-struct Preparation {
-  enum class Fit {
-    none,     ///< at its own size
-    stretch,  ///< at the size of the picture that is rendered, sides by themselves
-    cover     ///< at that size, sides kept in proportion, what stands over cut off evenly
-  };
-  enum class Blur { none, pitch, pixels };
-  enum class Tone {
-    none,  ///< the layer's own brightness
-    area,  ///< covered area follows the tone as it is coded, as printers reckon it
-    light  ///< covered area follows the light, so that the picture keeps its brightness on a screen seen from afar
-  };
-  Fit fit = Fit::none;
-  Blur blur = Blur::none;
-  double blurPixels = 0.0;  ///< of Blur::pixels: the side of the square to average over, pixels of the rendered picture
-  Tone tone = Tone::none;
-
-  bool any() const { return fit != Fit::none || blur != Blur::none || tone != Tone::none; }
-  friend bool operator==(const Preparation&, const Preparation&) = default;
 };
 
 struct LayerText {

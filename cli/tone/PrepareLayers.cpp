@@ -7,9 +7,9 @@
 #include <numbers>
 #include <stdexcept>
 
+#include "cli/EffectErrors.h"
 #include "cli/HostControls.h"
 #include "cli/UserError.h"
-#include "cli/tone/AveragePicture.h"
 
 namespace cli {
 namespace {
@@ -18,6 +18,7 @@ using standin::ByIndex;
 using standin::FrameRequest;
 using standin::Image;
 using standin::ParameterValues;
+using Controls = std::vector<ControlFacts>;
 
 constexpr double degreesPerTurn = 360.0;
 
@@ -27,13 +28,13 @@ std::string effectorOf(const std::string& layerName) {
   return layerName.starts_with(start) ? layerName.substr(start.size()) : std::string();
 }
 
-std::string shown(const EffectSession& session, const std::string& name, const ParameterValues& values) {
-  return shownSetting(findControl(session.controls(), name), values);
+std::string shown(const Controls& controls, const std::string& name, const ParameterValues& values) {
+  return shownSetting(findControl(controls, name), values);
 }
 
-bool mapIsUsed(const EffectSession& session, const std::string& effector, const ParameterValues& values) {
-  return shown(session, "Enable Effector " + effector, values) == "on" &&
-         shown(session, "Effect Map " + effector, values) == "Use Custom Map";
+bool mapIsUsed(const Controls& controls, const std::string& effector, const ParameterValues& values) {
+  return shown(controls, "Enable Effector " + effector, values) == "on" &&
+         shown(controls, "Effect Map " + effector, values) == "Use Custom Map";
 }
 
 struct Pitch {
@@ -41,8 +42,8 @@ struct Pitch {
 };
 
 /// As the effect has it, less than a pixel being as a pixel.
-Pitch pitchOf(const EffectSession& session, const ParameterValues& values) {
-  const double gap = shown(session, "Distance Between", values) == "Dots" ? values.number("Dot Size") : 0.0;
+Pitch pitchOf(const Controls& controls, const ParameterValues& values) {
+  const double gap = shown(controls, "Distance Between", values) == "Dots" ? values.number("Dot Size") : 0.0;
   return {std::max(1.0, values.number("Dot Distance X") + gap), std::max(1.0, values.number("Dot Distance Y") + gap)};
 }
 
@@ -52,12 +53,12 @@ Edge turned(double x, double y, double degrees) {
 }
 
 /// The patch to average over, in pixels of the layer.
-Patch patchFor(const EffectSession& session, const Preparation& preparation, const std::string& effector,
+Patch patchFor(const Controls& controls, const Preparation& preparation, const std::string& effector,
                const Image& layer, const Image& picture, const ParameterValues& values) {
   Pitch sides{preparation.blurPixels, preparation.blurPixels};
   double degrees = 0.0;
   if (preparation.blur == Preparation::Blur::pitch) {
-    sides = pitchOf(session, values);
+    sides = pitchOf(controls, values);
     degrees = values.angle("Global Rotation");
   }
   double scaleX = 1.0;
@@ -156,10 +157,10 @@ double coveredShare(const Image& result) {
 }
 
 /// The frame's settings as far as they say how large the dots of one effector are, on bare ground.
-ParameterValues trialValues(const EffectSession& session, const std::string& effector, const ParameterValues& values) {
+ParameterValues trialValues(const Controls& controls, const std::string& effector, const ParameterValues& values) {
   ParameterValues trial = values;
   const auto set = [&](const std::string& name, const char* text) {
-    const ControlFacts& control = findControl(session.controls(), name);
+    const ControlFacts& control = findControl(controls, name);
     setValue(control, parseControlValue(control, text), trial);
   };
   for (const char* other : {"1", "2", "3"}) {
@@ -176,10 +177,10 @@ ParameterValues trialValues(const EffectSession& session, const std::string& eff
 }
 
 /// All that a curve hangs on.
-std::string fingerprint(const EffectSession& session, const ParameterValues& trial, const FrameRequest& request) {
+std::string fingerprint(const Controls& controls, const ParameterValues& trial, const FrameRequest& request) {
   std::string text = std::to_string(request.downsampleX.den) + ";" + std::to_string(request.input.width()) + ";" +
                      std::to_string(static_cast<int>(request.depth()));
-  for (const ControlFacts& control : session.controls()) text += ";" + shownSetting(control, trial);
+  for (const ControlFacts& control : controls) text += ";" + shownSetting(control, trial);
   return text;
 }
 
@@ -197,36 +198,55 @@ float toneOf(float red, float green, float blue, Preparation::Tone tone) {
   return held(0.2126F * lightOf(red) + 0.7152F * lightOf(green) + 0.0722F * lightOf(blue));
 }
 
-std::map<int32_t, Preparation> preparationsOf(const PresetStack& presets, const EffectSession& session) {
-  std::map<int32_t, Preparation> preparations;
-  for (const PresetStack::Layer& preset : presets.layers()) {
-    for (const LayerText& layer : preset.preset.layers) {
-      preparations[findControl(session.controls(), layer.name).index] = layer.preparation;
-    }
-  }
-  return preparations;
-}
-
 const ToneCurve& LayerPreparer::curveFor(const std::string& effector, int32_t layer, const FrameRequest& request,
                                          const ParameterValues& values) {
-  ParameterValues trial = trialValues(session_, effector, values);
-  const Pitch pitch = pitchOf(session_, values);
+  ParameterValues trial = trialValues(controls_, effector, values);
+  const Pitch pitch = pitchOf(controls_, values);
   const FrameRequest frame = trialFrame(request, std::max(pitch.x, pitch.y));
-  std::string settings = effector + ";" + fingerprint(session_, trial, frame);
+  std::string settings = effector + ";" + fingerprint(controls_, trial, frame);
   if (curve_ && settings == measured_) return *curve_;
   curve_.emplace([&](double weight) {
     Image map(standin::Depth::k32, 1, 1);
     const auto grey = static_cast<float>(weight);
     map.at<PF_PixelFloat>(0, 0) = {1.0F, grey, grey, grey};
     trial.setLayer(ByIndex{layer}, standin::LayerValue::of(std::move(map)));
-    const standin::RenderResult result = session_.host().renderClassic(frame, trial);
-    session_.host().log().clear();
-    session_.host().books().clear();
-    session_.check(result.error, "while its dots were measured");
+    const standin::RenderResult result = host_.renderClassic(frame, trial);
+    host_.log().clear();
+    host_.books().clear();
+    checkEffect(host_, result.error, "while its dots were measured");
     return coveredShare(result.output);
   });
   measured_ = std::move(settings);
   return *curve_;
+}
+
+Plane LayerPreparer::smoothed(const Smoothing& smoothing, const standin::LayerValue& given, const Image& picture) {
+  const Preparation& preparation = smoothing.preparation;
+  Plane plane = premultiplied(given.source == standin::LayerValue::Source::kItself ? picture : *given.picture);
+  if (preparation.fit != Preparation::Fit::none) plane = fitted(plane, preparation.fit, picture);
+  if (smoothing.tones) plane = tonesOf(plane, preparation.tone);
+  if (preparation.blur != Preparation::Blur::none) plane = averaged(plane, smoothing.patch);
+  return plane;
+}
+
+const Plane& LayerPreparer::planeFor(int32_t index, const Preparation& preparation, const standin::LayerValue& given,
+                                     const Image& picture, const ParameterValues& values) {
+  const std::string effector = effectorOf(controls_[static_cast<std::size_t>(index - 1)].name);
+  const bool isItself = given.source == standin::LayerValue::Source::kItself;
+  Smoothing wanted{preparation, picture.width(), picture.height(), false, {}, isItself ? nullptr : given.picture};
+  wanted.tones = preparation.tone != Preparation::Tone::none && mapIsUsed(controls_, effector, values);
+  if (preparation.blur != Preparation::Blur::none) {
+    const Image& size = isItself || preparation.fit != Preparation::Fit::none ? picture : *given.picture;
+    wanted.patch = patchFor(controls_, preparation, effector, size, picture, values);
+  }
+  auto& [smoothing, plane] = smoothed_[index];
+  // The picture that is rendered may be another one every time, in the same place of memory.
+  if (isItself || smoothing != wanted) {
+    plane = {};
+    plane = smoothed(wanted, given, picture);
+    smoothing = std::move(wanted);
+  }
+  return plane;
 }
 
 void LayerPreparer::prepare(const std::map<int32_t, Preparation>& preparations, const Image& picture,
@@ -234,20 +254,12 @@ void LayerPreparer::prepare(const std::map<int32_t, Preparation>& preparations, 
   for (const auto& [index, preparation] : preparations) {
     const auto* const given = std::get_if<standin::LayerValue>(&values.value(index));
     if (given == nullptr || given->source == standin::LayerValue::Source::kNone || !preparation.any()) continue;
-    const ControlFacts& control = session_.controls()[static_cast<std::size_t>(index - 1)];
+    const ControlFacts& control = controls_[static_cast<std::size_t>(index - 1)];
     const std::string effector = effectorOf(control.name);
-    const bool hasTone = preparation.tone != Preparation::Tone::none;
-    if (hasTone && effector.empty()) {
+    if (preparation.tone != Preparation::Tone::none && effector.empty()) {
       throw UserError("'" + control.name + "' sizes no dots; 'tone' is for the map layers of effectors");
     }
-    const Image& original = given->source == standin::LayerValue::Source::kItself ? picture : *given->picture;
-    Plane plane = premultiplied(original);
-    if (preparation.fit != Preparation::Fit::none) plane = fitted(plane, preparation.fit, picture);
-    if (hasTone && mapIsUsed(session_, effector, values)) plane = tonesOf(plane, preparation.tone);
-    if (preparation.blur != Preparation::Blur::none) {
-      const Image& size = preparation.fit == Preparation::Fit::none ? original : picture;
-      plane = averaged(plane, patchFor(session_, preparation, effector, size, picture, values));
-    }
+    const Plane& plane = planeFor(index, preparation, *given, picture, values);
     if (plane.channels == 2) {
       const ToneCurve& curve = curveFor(effector, index, request, values);
       if (curve.most() - curve.least() < 0.001) {

@@ -1,14 +1,19 @@
-/// Prepares the pictures of layer controls on their way to the effect, as LayerText.h has it.
+/// Prepares the pictures of layer controls on their way to the effect, as Preparation.h has it.
 #pragma once
 
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
+#include <utility>
+#include <vector>
 
-#include "cli/EffectSession.h"
-#include "cli/tone/LayerText.h"
+#include "cli/ControlFacts.h"
+#include "cli/tone/AveragePicture.h"
+#include "cli/tone/Preparation.h"
 #include "cli/tone/ToneCurve.h"
 #include "host/FrameRequest.h"
+#include "host/StandInHost.h"
 
 namespace cli {
 
@@ -17,13 +22,12 @@ namespace cli {
 /// 0.7152 green + 0.0722 blue of the light that sRGB values stand for. Straight colours, held to 0 and 1.
 float toneOf(float red, float green, float blue, Preparation::Tone tone);
 
-/// How the presets have layers prepared, by index of the control: as the last preset says that names it.
-std::map<int32_t, Preparation> preparationsOf(const PresetStack& presets, const EffectSession& session);
-
 class LayerPreparer {
  public:
-  /// @param session  outlives the preparer
-  explicit LayerPreparer(EffectSession& session) : session_(session) {}
+  /// Both outlive the preparer.
+  /// @param controls  of the host's effect
+  LayerPreparer(standin::StandInHost& host, const std::vector<ControlFacts>& controls)
+      : host_(host), controls_(controls) {}
 
   /// Gives the layers their prepared pictures.
   /// @param preparations  by index of the layer control; controls without a picture are left alone
@@ -37,11 +41,29 @@ class LayerPreparer {
   const ToneCurve& curveFor(const std::string& effector, int32_t layer, const standin::FrameRequest& request,
                             const standin::ParameterValues& values);
 
-  EffectSession& session_;
+  /// What a smoothed plane hangs on.
+  struct Smoothing {
+    Preparation preparation;
+    int32_t width = 0;  ///< of the picture that is rendered
+    int32_t height = 0;
+    bool tones = false;  ///< tone and alpha alone
+    Patch patch;
+    std::shared_ptr<const standin::Image> picture;  ///< null: the picture that is rendered
+    friend bool operator==(const Smoothing&, const Smoothing&) = default;
+  };
+
+  static Plane smoothed(const Smoothing& smoothing, const standin::LayerValue& given, const standin::Image& picture);
+  const Plane& planeFor(int32_t index, const Preparation& preparation, const standin::LayerValue& given,
+                        const standin::Image& picture, const standin::ParameterValues& values);
+
+  standin::StandInHost& host_;
+  const std::vector<ControlFacts>& controls_;
   // The last curve, and the settings that it was measured with: measuring draws many small frames, and most frames of
   // a shot share it.
   std::string measured_;
   std::optional<ToneCurve> curve_;
+  // By index of the control the last plane of a layer's own picture: smoothing costs more than most frames.
+  std::map<int32_t, std::pair<Smoothing, Plane>> smoothed_;
 };
 
 }  // namespace cli

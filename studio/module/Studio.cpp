@@ -6,17 +6,24 @@
 //   choice, check box            the item from 1; 0 or 1
 //   colour                       red, green, blue, 0 to 255
 //   place                        x, y, and 1 when they are percent of the layer, 0 when they are pixels at full size
-//   layer                        0 none, 1 the picture itself, 2 + n the picture of slot n
+//   layer                        0 none, 1 the picture itself, 2 + n the picture of slot n; then how it is prepared
+//                                (cli/tone/Preparation.h): fit, 0 none, 1 stretch, 2 cover; blur, 0 none, -1 the dots'
+//                                pitch, else pixels; tone, 0 none, 1 area, 2 light
 // Codes are those of the host's interface, 0 for success.
 #include <cstdint>
 #include <cstring>
 #include <map>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "ae/Constants.h"
+#include "cli/ControlFacts.h"
+#include "cli/HostControls.h"
+#include "cli/UserError.h"
+#include "cli/tone/PrepareLayers.h"
 #include "host/ShrinkPicture.h"
 #include "host/StandInHost.h"
 #include "studio/module/ControlsJson.h"
@@ -40,6 +47,8 @@ using standin::LayerValue;
 using standin::ParameterValues;
 
 constexpr int32_t nothingDrawn = -1;
+constexpr int32_t refused = -2;
+constexpr int32_t stoppedByPage = 1;
 
 /// A picture that the page gave: as bytes red, green, blue, alpha until it is first used, then as the host has it.
 struct Slot {
@@ -52,6 +61,9 @@ struct Slot {
 
 struct Studio {
   standin::StandInHost host{EntryPointFunc, withoutPath()};
+  std::vector<cli::ControlFacts> facts;
+  cli::LayerPreparer preparer{host, facts};
+  std::string complaint;
   std::string json;
   std::vector<double> table;
   std::vector<uint8_t> greyed;
@@ -155,6 +167,33 @@ ParameterValues valuesFromTable(Studio& s) {
   return values;
 }
 
+/// How the layers are to be prepared, by index. What is asked for the picture itself is done for the same picture as
+/// one of its own, which the preparer knows again in the next frame.
+std::map<int32_t, cli::Preparation> preparationsFromTable(Studio& s, ParameterValues& values) {
+  using cli::Preparation;
+  std::map<int32_t, Preparation> preparations;
+  const double* v = s.table.data();
+  for (const standin::Control& control : s.host.controls()) {
+    if (control.type == PF_Param_LAYER) {
+      Preparation preparation;
+      preparation.fit = static_cast<Preparation::Fit>(v[1]);
+      preparation.blur = v[2] == 0.0  ? Preparation::Blur::none
+                         : v[2] < 0.0 ? Preparation::Blur::pitch
+                                      : Preparation::Blur::pixels;
+      preparation.blurPixels = v[2] > 0.0 ? v[2] : 0.0;
+      preparation.tone = static_cast<Preparation::Tone>(v[3]);
+      if (preparation.any()) {
+        preparations[control.index] = preparation;
+        if (v[0] == 1.0) {
+          values.setLayer(ByIndex{control.index}, {LayerValue::Source::kPicture, wholeOf(s.slots.at(0))});
+        }
+      }
+    }
+    v += 4;
+  }
+  return preparations;
+}
+
 /// All but the layers, which the effect never changes.
 void valuesToTable(Studio& s, const ParameterValues& values) {
   double* v = s.table.data();
@@ -235,6 +274,7 @@ STUDIO_CALL(start) int32_t start() {
   theStudio() = std::make_unique<Studio>();
   Studio& s = *theStudio();
   if (const PF_Err err = s.host.start()) return err;
+  s.facts = cli::factsOf(s.host.controls());
   s.json = studio::controlsJson(s.host.controls());
   s.table.assign(s.host.controls().size() * 4, 0.0);
   s.greyed.assign(s.host.controls().size(), 0);
@@ -296,7 +336,9 @@ STUDIO_CALL(picture) uint8_t* picture(int32_t slot, int32_t width, int32_t heigh
 /// @param downsample  1, 2 or 4
 /// @param depth       8 or 32 bits a channel
 /// @param time, step, scale  of the frame and its length, in 1 / scale seconds
-/// @returns  0; an error, of which 1 (stopped) is the page's own wish; -1 when nothing was drawn
+/// @returns  0; an error, of which 1 (stopped) is the page's own wish; -1 when nothing was drawn; -2 when a layer can't
+/// be
+///           prepared as it is asked, of which complaint() tells
 STUDIO_CALL(frame) int32_t frame(int32_t downsample, int32_t depth, int32_t time, int32_t step, int32_t scale) {
   Studio& s = *theStudio();
   const auto source = s.slots.find(0);
@@ -318,7 +360,25 @@ STUDIO_CALL(frame) int32_t frame(int32_t downsample, int32_t depth, int32_t time
     request.timeStep = step;
     request.timeScale = static_cast<A_u_long>(scale);
     request.totalTime = time + step > 300 * step ? time + step : 300 * step;
-    const ParameterValues values = valuesFromTable(s);
+    ParameterValues values = valuesFromTable(s);
+    const auto preparations = preparationsFromTable(s, values);
+    // The small frames by which dots are measured go by the classic road, on which the effect sees no greyed layer.
+    if (!preparations.empty()) {
+      if (const PF_Err err = askForGreyed(s, values)) return err;
+    }
+    bool stopped = false;
+    // The small frames by which dots are measured can be stopped, too, and show no progress.
+    s.host.onProgress = [&](A_long, A_long) {
+      stopped = studioProgress(0, 0) != 0;
+      return stopped ? stoppedByPage : PF_Err_NONE;
+    };
+    try {
+      s.preparer.prepare(preparations, *wholeOf(source->second), request, values);
+    } catch (const std::runtime_error& error) {
+      s.complaint = error.what();
+      forgetNotes(s);
+      return stopped ? stoppedByPage : refused;
+    }
     s.host.onProgress = [](A_long done, A_long total) { return studioProgress(done, total); };
     const standin::RenderResult result =
         s.host.smartRoadOffered() ? s.host.renderSmart(request, values) : s.host.renderClassic(request, values);
@@ -335,6 +395,11 @@ STUDIO_CALL(frame) int32_t frame(int32_t downsample, int32_t depth, int32_t time
   } catch (const std::bad_alloc&) {
     return PF_Err_OUT_OF_MEMORY;
   }
+}
+
+/// Why the last frame was refused: a line without a full stop, closed by a zero.
+STUDIO_CALL(complaint) const char* complaint() {
+  return theStudio()->complaint.c_str();
 }
 
 /// The last frame that succeeded: its pixels, red, green, blue, alpha, a byte or a float each, and its size.

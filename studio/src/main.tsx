@@ -1,4 +1,5 @@
 import { render } from "preact";
+import { loadProgram } from "./engine/drawer";
 import { samples } from "./samples";
 import { Store } from "./store";
 import { fromHash } from "./takehome";
@@ -14,17 +15,10 @@ declare global {
   }
 }
 
-async function compile(): Promise<WebAssembly.Module> {
-  const response = await fetch(moduleFile);
-  if (!response.ok) throw new Error(`the module is missing (${response.status})`);
-  // Not as a stream: a plain file server may not know the kind of the file.
-  return WebAssembly.compile(await response.arrayBuffer());
-}
-
 async function main(): Promise<void> {
   const place = document.getElementById("app")!;
   try {
-    const store = new Store(await compile());
+    const store = new Store(await loadProgram(moduleFile));
     window.vindrelStudio = store;
     if (location.hash.length > 1) {
       try {

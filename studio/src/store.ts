@@ -1,11 +1,11 @@
 // The page's state: controls and their values, what is greyed, the pictures, the time, what was done and can be undone;
 // and the wishes that go to the drawing worker when any of it changes.
 import { batch, computed, signal, type Signal } from "@preact/signals";
-import { Drawer } from "./engine/drawer";
+import { Drawer, type Program } from "./engine/drawer";
 import { Effect, type Control, type Picture } from "./engine/effect";
 import {
-  defaultOf, firstPictureLayer, fromTable, hasValue, isPlace, layerNone, layerSource, parseValue, sameValue, toTable, valueText,
-  WrongValue, type Value,
+  defaultOf, firstPictureLayer, fromTable, hasValue, isPlace, layerNone, layerSource, parsePreparation, parseValue, preparedLayer, sameValue,
+  toTable, valueText, WrongValue, type Preparation, type Value,
 } from "./engine/values";
 import help from "../../manual/controls.json";
 
@@ -14,8 +14,8 @@ export interface NamedPicture {
   picture: Picture;
 }
 
-/** A picture alone, or with what the command line prepares it by (a blur, a tone curve). */
-export type PresetLayer = string | { picture: string };
+/** A picture alone, or with how it is prepared (engine/values.ts). */
+export type PresetLayer = string | { picture: string; [key: string]: unknown };
 
 export interface Preset {
   about?: string;
@@ -76,11 +76,14 @@ export class Store {
   readonly canRedo = signal(false);
   readonly changedCount = computed(() => this.controls.filter((_, i) => this.isChanged(i)).length);
   readonly drawer: Drawer;
-  readonly module: WebAssembly.Module;
+  /** What the drawing workers need, loaded once. */
+  readonly program: Program;
 
   /** When the first frame was on its way to the screen, ms after the page was asked for; for the tests. */
   firstPicture = 0;
 
+  /** Why the last frame was not drawn; gone from the page with the next one that is. */
+  private refusal = "";
   private readonly rules: Effect;
   private readonly defaults: Value[];
   private past: Value[][] = [];
@@ -89,30 +92,36 @@ export class Store {
   private gestureTime = 0;
   private rest?: ReturnType<typeof setTimeout>;
   private pixelsPerMillisecond = 20_000;
-  private waiting: ((shown: Shown) => void)[] = [];
+  private waiting: { ticket: number; done: (shown: Shown) => void; refuse: (why: Error) => void }[] = [];
 
-  constructor(module: WebAssembly.Module) {
-    this.module = module;
-    this.rules = new Effect(module);
+  constructor(program: Program) {
+    this.program = program;
+    this.rules = new Effect(program.module);
     this.controls = this.rules.controls;
     this.defaults = this.controls.map(defaultOf);
     this.values = this.defaults.map((value) => signal(value));
     const greyed = this.rules.greyed;
     this.greyed = this.controls.map((_, i) => signal(greyed[i] === 1));
     this.tree = treeOf(this.controls);
-    this.drawer = new Drawer(module);
+    this.drawer = new Drawer(program);
     this.drawer.onProgress = (share) => (this.progress.value = share);
     this.drawer.onTrouble = (text) => this.tell(text);
+    this.drawer.onRefused = (text, ticket) => {
+      this.refusal = `${text}.`;
+      this.tell(this.refusal);
+      for (const { refuse } of this.takeWaiting(ticket)) refuse(new WrongValue(this.refusal));
+    };
     this.drawer.onDrawn = ({ job, picture, milliseconds }) => {
       this.pixelsPerMillisecond = (picture.width * picture.height) / Math.max(milliseconds, 1);
       const shown = { picture, downsample: job.downsample, milliseconds };
       batch(() => {
         this.progress.value = undefined;
         this.shown.value = shown;
+        if (this.refusal !== "" && this.message.peek() === this.refusal) this.tell("");
       });
       this.firstPicture ||= performance.now();
       if (job.draft) return;
-      for (const done of this.waiting.splice(0)) done(shown);
+      for (const { done } of this.takeWaiting(job.ticket)) done(shown);
     };
   }
 
@@ -254,7 +263,8 @@ export class Store {
       const text = pictureOfLayer(layer);
       const control = find(name);
       if (control.kind !== "layer") throw new WrongValue(`"${control.name}" is no layer.`);
-      values[control.index - 1] = text === "none" ? layerNone : text === "source" ? layerSource : this.layerNamed(text);
+      const number = text === "none" ? layerNone : text === "source" ? layerSource : this.layerNamed(text);
+      values[control.index - 1] = preparedLayer(number, scaledPreparation(layer, factor));
     }
     return values;
   }
@@ -301,12 +311,18 @@ export class Store {
 
   // --- drawing ------------------------------------------------------------------------------------------------------
 
-  /** The frame in full, as soon as it is drawn. */
+  /** The frame in full of what is set now, as soon as it is drawn. */
   drawnInFull(): Promise<Shown> {
-    return new Promise((resolve) => {
-      this.waiting.push(resolve);
-      this.wishFull();
+    return new Promise((done, refuse) => {
+      this.waiting.push({ ticket: this.wishFull(), done, refuse });
     });
+  }
+
+  /** Those who wait for this frame; one that was under way before they asked is not what they asked for. */
+  private takeWaiting(ticket: number): Store["waiting"] {
+    const served = this.waiting.filter((one) => one.ticket <= ticket);
+    this.waiting = this.waiting.filter((one) => one.ticket > ticket);
+    return served;
   }
 
   private wishDraft(): void {
@@ -320,9 +336,9 @@ export class Store {
     this.rest = setTimeout(() => this.wishFull(), restTime);
   }
 
-  wishFull(): void {
+  private wishFull(): number {
     clearTimeout(this.rest);
-    this.wish(1, false);
+    return this.wish(1, false);
   }
 
   private draftSize(): 1 | 2 | 4 {
@@ -335,9 +351,10 @@ export class Store {
     return 4;
   }
 
-  private wish(downsample: 1 | 2 | 4, draft: boolean): void {
-    if (!this.source.peek()) return;
-    this.drawer.draw({
+  /** @returns the ticket of the frame; without a picture it waits for that */
+  private wish(downsample: 1 | 2 | 4, draft: boolean): number {
+    if (!this.source.peek()) return 0;
+    return this.drawer.draw({
       table: toTable(this.controls, this.allValues),
       downsample,
       time: { frame: this.frame.peek(), step: 1, scale: framesPerSecond },
@@ -353,6 +370,15 @@ export class Store {
     const name = /[1-3]$/.test(control.name) ? control.name.slice(0, -1).trimEnd() + " #" : control.name;
     return helpTexts.get(name) ?? "";
   }
+}
+
+/** What a preset asks for a layer; pixels of a blur go along with the height like all lengths. */
+function scaledPreparation(layer: PresetLayer, factor: number): Preparation {
+  if (typeof layer === "string") return {};
+  const { picture: _, ...keys } = layer;
+  const preparation = parsePreparation(keys);
+  if (typeof preparation.blur === "number") preparation.blur *= factor;
+  return preparation;
 }
 
 function treeOf(controls: Control[]): Node[] {

@@ -1,10 +1,20 @@
 // What the visitor takes home: a preset, a command, a list to type from, a link.
 import type { Control } from "./engine/effect";
-import { hasValue, isPlace, layerNone, layerSource, numberText, parseValue, WrongValue, type Value } from "./engine/values";
-import type { Node, Preset, Store } from "./store";
+import {
+  firstPictureLayer, hasValue, isPlace, isPrepared, layerNone, layerOf, layerSource, layerText, numberText, parseValue, preparationText,
+  preparedLayer, readPreparation, WrongValue, type Value,
+} from "./engine/values";
+import type { Node, Preset, PresetLayer, Store } from "./store";
 
 function changed(store: Store): Control[] {
   return store.controls.filter((control) => store.isChanged(control.index - 1));
+}
+
+function presetLayer(store: Store, value: Value): PresetLayer {
+  const picture = layerText(layerOf(value), (layer) => store.layerName(layer));
+  if (!isPrepared(value)) return picture;
+  const { layer: _, ...preparation } = value;
+  return { picture, ...preparation };
 }
 
 export function presetOf(store: Store): Preset {
@@ -12,7 +22,7 @@ export function presetOf(store: Store): Preset {
   for (const control of changed(store)) {
     const value = store.values[control.index - 1].peek();
     const text = store.text(control.index - 1);
-    if (control.kind === "layer") (preset.layers ??= {})[control.name] = text;
+    if (control.kind === "layer") (preset.layers ??= {})[control.name] = presetLayer(store, value);
     else if (typeof value === "boolean") preset.controls![control.name] = value;
     else if (typeof value === "number" && control.kind !== "choice") preset.controls![control.name] = value;
     else preset.controls![control.name] = text;
@@ -38,12 +48,15 @@ export function commandOf(store: Store): string {
   return words.map(quoted).join(" ");
 }
 
-/** Places in pixels, as the host's panel shows them. */
+/** Places in pixels, as the host's panel shows them; what the host can't do to a layer stands apart. */
 function typedText(store: Store, control: Control): string {
   const value = store.values[control.index - 1].peek();
   const picture = store.source.value?.picture;
   if (isPlace(value) && value.percent && picture) {
     return `${numberText((value.x * picture.width) / 100)}, ${numberText((value.y * picture.height) / 100)}`;
+  }
+  if (isPrepared(value)) {
+    return `${layerText(value.layer, (layer) => store.layerName(layer))} (prepared: ${preparationText(value)})`;
   }
   return store.text(control.index - 1);
 }
@@ -71,8 +84,12 @@ export function hashOf(store: Store): string {
   const parts = new URLSearchParams();
   for (const control of changed(store)) {
     const value = store.values[control.index - 1].peek();
-    if (control.kind === "layer" && value !== layerNone && value !== layerSource) continue;
-    parts.append(String(control.id), store.text(control.index - 1));
+    if (control.kind === "layer" && layerOf(value) >= firstPictureLayer) {
+      // Whoever follows the link chooses a picture; it is prepared in the same way.
+      if (isPrepared(value)) parts.append(String(control.id), `none:${preparationText(value)}`);
+    } else {
+      parts.append(String(control.id), store.text(control.index - 1));
+    }
   }
   if (store.frame.value !== 0) parts.append("frame", String(store.frame.value));
   return parts.toString();
@@ -89,7 +106,10 @@ export function fromHash(hash: string, store: Store): { values: Value[]; frame: 
     }
     const control = store.controls.find((c) => String(c.id) === key && hasValue(c));
     if (!control) throw new WrongValue(`There is no control ${key}.`);
-    if (control.kind === "layer") values[control.index - 1] = text === "source" ? layerSource : layerNone;
+    if (control.kind === "layer") {
+      const [picture, preparation = ""] = text.split(":", 2);
+      values[control.index - 1] = preparedLayer(picture === "source" ? layerSource : layerNone, readPreparation(preparation));
+    }
     else values[control.index - 1] = parseValue(control, text);
   }
   return { values, frame };

@@ -2,8 +2,31 @@
 //
 // Where the page may share memory with its workers (it is served with the two headers for that), the effect itself is
 // told at its next progress call. Elsewhere a worker that is too long about an old frame is put away for a new one.
-import type { Picture } from "./effect";
+import { outOfMemory, refused, type Picture } from "./effect";
 import type { FromWorker, Job, ToWorker } from "./messages";
+import workerFile from "./worker.ts?worker&url";
+
+/** What a drawing worker is made of. */
+export interface Program {
+  module: WebAssembly.Module;
+  /** The worker's script. It is kept in the page, so that a new worker needs no server. */
+  workerUrl: string;
+}
+
+export async function loadProgram(moduleFile: string): Promise<Program> {
+  const [module, script] = await Promise.all([
+    // Not as a stream: a plain file server may not know the kind of the file.
+    load(moduleFile).then(async (response) => WebAssembly.compile(await response.arrayBuffer())),
+    load(workerFile).then((response) => response.text()),
+  ]);
+  return { module, workerUrl: URL.createObjectURL(new Blob([script], { type: "text/javascript" })) };
+}
+
+async function load(file: string): Promise<Response> {
+  const response = await fetch(file);
+  if (!response.ok) throw new Error(`a part of it is missing (${response.status})`);
+  return response;
+}
 
 export interface Drawn {
   job: Job;
@@ -18,6 +41,8 @@ export class Drawer {
   onDrawn: (drawn: Drawn) => void = () => undefined;
   onProgress: (share: number) => void = () => undefined;
   onTrouble: (text: string) => void = () => undefined;
+  /** A frame that can't be drawn as it is asked: why, without a full stop. */
+  onRefused: (text: string, ticket: number) => void = () => undefined;
   /** Frames that were stopped before they were whole; for the tests. */
   stoppedFrames = 0;
   private worker: Worker;
@@ -28,7 +53,7 @@ export class Drawer {
   private ticket = 0;
   private impatience?: ReturnType<typeof setTimeout>;
 
-  constructor(private readonly module: WebAssembly.Module) {
+  constructor(private readonly program: Program) {
     if (globalThis.crossOriginIsolated) this.latest = new Int32Array(new SharedArrayBuffer(4));
     this.worker = this.startWorker();
   }
@@ -44,15 +69,17 @@ export class Drawer {
     this.say({ kind: "picture", slot, picture });
   }
 
-  draw(wish: Omit<Job, "ticket">): void {
+  /** @returns the job's ticket: a frame of this one or a later is what was wished */
+  draw(wish: Omit<Job, "ticket">): number {
     this.ticket += 1;
     const job: Job = { ...wish, ticket: this.ticket };
     if (!this.current) {
       this.begin(job);
-      return;
+      return job.ticket;
     }
     this.next = job;
     if (!this.current.draft) this.stopCurrent();
+    return job.ticket;
   }
 
   private stopCurrent(): void {
@@ -86,10 +113,11 @@ export class Drawer {
   }
 
   private startWorker(): Worker {
-    const worker = new Worker(new URL("./worker.ts", import.meta.url), { type: "module" });
+    const worker = new Worker(this.program.workerUrl, { type: "module" });
+    worker.onerror = (event) => this.onTrouble(`The effect can't be started: ${event.message || "the browser gives no reason"}.`);
     worker.onmessage = (event: MessageEvent<FromWorker>) => this.hear(event.data);
     const send = (message: ToWorker): void => worker.postMessage(message);
-    send({ kind: "start", module: this.module, latest: this.latest });
+    send({ kind: "start", module: this.program.module, latest: this.latest });
     for (const [slot, picture] of this.pictures) send({ kind: "picture", slot, picture });
     return worker;
   }
@@ -113,9 +141,10 @@ export class Drawer {
         this.ended();
         break;
       case "drawn": {
-        const { job, picture, milliseconds, code } = message;
+        const { job, picture, milliseconds, code, complaint } = message;
         if (picture) this.onDrawn({ job, picture, milliseconds });
-        else if (code === 4) this.onTrouble("There is not enough memory for this frame.");
+        else if (code === refused) this.onRefused(complaint ?? "", job.ticket);
+        else if (code === outOfMemory) this.onRefused("There is not enough memory for this frame", job.ticket);
         else this.stoppedFrames += 1;
         this.ended();
         break;

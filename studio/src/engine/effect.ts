@@ -47,6 +47,9 @@ export interface Picture {
 }
 
 export const stopped = 1;
+export const outOfMemory = 4;
+/** What draw() gives when a layer can't be prepared as it is asked; complaint tells why. */
+export const refused = -2;
 
 interface Exports {
   memory: WebAssembly.Memory;
@@ -61,6 +64,7 @@ interface Exports {
   framePixels(): number;
   frameWidth(): number;
   frameHeight(): number;
+  complaint(): number;
 }
 
 export class Effect {
@@ -83,9 +87,7 @@ export class Effect {
     this.calls._initialize();
     const code = this.calls.start();
     if (code !== 0) throw new Error(`the effect can't be set up: error ${code}`);
-    const bytes = new Uint8Array(this.calls.memory.buffer);
-    const begin = this.calls.controls();
-    this.controls = JSON.parse(new TextDecoder().decode(bytes.slice(begin, bytes.indexOf(0, begin)))) as Control[];
+    this.controls = JSON.parse(this.textAt(this.calls.controls())) as Control[];
   }
 
   /** Four numbers a control, as Studio.cpp tells; a copy. */
@@ -134,6 +136,16 @@ export class Effect {
   frame32(): Float32Array {
     const length = this.calls.frameWidth() * this.calls.frameHeight() * 4;
     return new Float32Array(this.calls.memory.buffer, this.calls.framePixels(), length).slice();
+  }
+
+  /** Why the last frame was refused, without a full stop. */
+  get complaint(): string {
+    return this.textAt(this.calls.complaint());
+  }
+
+  private textAt(begin: number): string {
+    const bytes = new Uint8Array(this.calls.memory.buffer);
+    return new TextDecoder().decode(bytes.slice(begin, bytes.indexOf(0, begin)));
   }
 
   private tableInPlace(): Float64Array<ArrayBuffer> {

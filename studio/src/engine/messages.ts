@@ -19,5 +19,5 @@ export type ToWorker =
 export type FromWorker =
   | { kind: "noMemory"; slot: number }
   | { kind: "progress"; ticket: number; share: number }
-  | { kind: "drawn"; job: Job; code: number; picture?: Picture; milliseconds: number }
+  | { kind: "drawn"; job: Job; code: number; picture?: Picture; milliseconds: number; complaint?: string }
   | { kind: "broken"; text: string };

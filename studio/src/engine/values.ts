@@ -9,11 +9,29 @@ export interface Place {
   percent: boolean;
 }
 
+/** How a layer's picture is prepared on its way to the effect, in the command line's words; what is left out isn't done. */
+export interface Preparation {
+  fit?: "stretch" | "cover";
+  /** "pitch", or the side of a square in pixels. */
+  blur?: "pitch" | number;
+  tone?: "area" | "light";
+}
+
+/** A layer's picture that is prepared; `layer` is a number as in the table. */
+export interface PreparedLayer extends Preparation {
+  layer: number;
+}
+
+const fits = ["stretch", "cover"] as const;
+const tones = ["area", "light"] as const;
+/** Pixels. */
+const mostBlur = 10_000;
+
 /**
  * Slider, angle (degrees), choice (item from 1): a number. Check box: a boolean. Colour: "#rrggbb". Layer: a number as in
- * the table, 0 none, 1 the picture itself, 2 + n the picture of slot n. Groups: undefined.
+ * the table, 0 none, 1 the picture itself, 2 + n the picture of slot n; or that with how it is prepared. Groups: undefined.
  */
-export type Value = number | boolean | string | Place | undefined;
+export type Value = number | boolean | string | Place | PreparedLayer | undefined;
 
 export const layerNone = 0;
 export const layerSource = 1;
@@ -28,11 +46,30 @@ export function isSeparator(item: string): boolean {
 }
 
 export function isPlace(value: Value): value is Place {
-  return typeof value === "object";
+  return typeof value === "object" && "x" in value;
+}
+
+export function isPrepared(value: Value): value is PreparedLayer {
+  return typeof value === "object" && "layer" in value;
+}
+
+/** The number of a layer's value as in the table, however it is prepared. */
+export function layerOf(value: Value): number {
+  return isPrepared(value) ? value.layer : Number(value);
+}
+
+/** A layer's value; without anything to prepare it is the number alone. */
+export function preparedLayer(layer: number, { fit, blur, tone }: Preparation): number | PreparedLayer {
+  const isPlain = fit === undefined && blur === undefined && tone === undefined;
+  return isPlain ? layer : { layer, fit, blur, tone };
 }
 
 export function sameValue(a: Value, b: Value): boolean {
-  return isPlace(a) && isPlace(b) ? a.x === b.x && a.y === b.y && a.percent === b.percent : a === b;
+  if (isPlace(a) && isPlace(b)) return a.x === b.x && a.y === b.y && a.percent === b.percent;
+  if (isPrepared(a) && isPrepared(b)) {
+    return a.layer === b.layer && a.fit === b.fit && a.blur === b.blur && a.tone === b.tone;
+  }
+  return a === b;
 }
 
 export function defaultOf(control: Control): Value {
@@ -50,6 +87,11 @@ export function toTable(controls: Control[], values: Value[]): Float64Array<Arra
     if (typeof value === "number") table[at] = value;
     else if (typeof value === "boolean") table[at] = value ? 1 : 0;
     else if (isPlace(value)) table.set([value.x, value.y, value.percent ? 1 : 0], at);
+    else if (isPrepared(value)) {
+      const { layer, fit, blur, tone } = value;
+      const places = [fit ? fits.indexOf(fit) + 1 : 0, blur === "pitch" ? -1 : (blur ?? 0), tone ? tones.indexOf(tone) + 1 : 0];
+      table.set([layer, ...places], at);
+    }
     else if (control.kind === "colour" && value !== undefined) {
       for (let c = 0; c < 3; ++c) table[at + c] = parseInt(value.slice(1 + 2 * c, 3 + 2 * c), 16);
     }
@@ -57,7 +99,7 @@ export function toTable(controls: Control[], values: Value[]): Float64Array<Arra
   return table;
 }
 
-/** Layers that show a picture of a slot are kept as they were: the effect never changes them. */
+/** Layers are kept as they were: the effect never changes them. */
 export function fromTable(controls: Control[], table: Float64Array, before?: Value[]): Value[] {
   return controls.map((control, i) => {
     const [a, b, c] = table.subarray(i * 4, i * 4 + 3);
@@ -185,6 +227,48 @@ function readValue(control: Control, text: string): Value {
   }
 }
 
+/** The keys of a preset's layer, or of what stands behind the ':' of --layer. Throws WrongValue for what doesn't fit. */
+export function parsePreparation(keys: Record<string, unknown>): Preparation {
+  const preparation: Preparation = {};
+  for (const [key, value] of Object.entries(keys)) {
+    const text = String(value);
+    if (key === "fit") preparation.fit = oneOf(fits, key, text);
+    else if (key === "tone") preparation.tone = oneOf(tones, key, text);
+    else if (key === "blur" && text === "pitch") preparation.blur = "pitch";
+    else if (key === "blur") {
+      const pixels = readNumber(text);
+      if (pixels === undefined || pixels <= 0 || pixels > mostBlur) {
+        throw new WrongValue(`"blur" takes pitch, or pixels above 0 up to ${mostBlur}, not "${text}"`);
+      }
+      preparation.blur = pixels;
+    } else throw new WrongValue(`A layer can't be prepared by "${key}"; it takes fit, blur or tone.`);
+  }
+  return preparation;
+}
+
+function oneOf<Name extends string>(names: readonly Name[], key: string, text: string): Name {
+  const found = names.find((name) => name === text);
+  if (!found) throw new WrongValue(`"${key}" takes ${names.join(" or ")}, not "${text}"`);
+  return found;
+}
+
+/** "blur=pitch,tone=area", as behind the ':' of --layer. */
+export function preparationText({ fit, blur, tone }: Preparation): string {
+  const parts = [fit && `fit=${fit}`, blur && `blur=${typeof blur === "number" ? numberText(blur) : blur}`, tone && `tone=${tone}`];
+  return parts.filter(Boolean).join(",");
+}
+
+/** What preparationText wrote. */
+export function readPreparation(text: string): Preparation {
+  const pairs = text.split(",").filter(Boolean).map((part) => part.split("=", 2) as [string, string]);
+  return parsePreparation(Object.fromEntries(pairs));
+}
+
+/** "none", "source" or the picture's name. */
+export function layerText(layer: number, pictureName: (layer: number) => string): string {
+  return layer === layerNone ? "none" : layer === layerSource ? "source" : pictureName(layer);
+}
+
 /** The shortest decimal that reads back as the same number, without an exponent. */
 export function numberText(number: number): string {
   const text = String(number === 0 ? 0 : number);
@@ -200,15 +284,14 @@ export function numberText(number: number): string {
 /** As it is written in presets and after --set; a layer's picture by the name that the call gives. */
 export function valueText(control: Control, value: Value, pictureName: (layer: number) => string): string {
   if (value === undefined) return "";
+  if (isPrepared(value)) return `${layerText(value.layer, pictureName)}:${preparationText(value)}`;
   if (isPlace(value)) {
     const unit = value.percent ? "%" : "";
     return `${numberText(value.x)}${unit}, ${numberText(value.y)}${unit}`;
   }
   if (typeof value === "boolean") return value ? "on" : "off";
   if (typeof value === "string") return value;
-  if (control.kind === "layer") {
-    return value === layerNone ? "none" : value === layerSource ? "source" : pictureName(value);
-  }
+  if (control.kind === "layer") return layerText(layerOf(value), pictureName);
   if (control.kind === "choice") return control.choices?.[value - 1] ?? String(value);
   return numberText(value) + (control.kind === "angle" ? "°" : control.percent ? "%" : "");
 }

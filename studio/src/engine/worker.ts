@@ -1,5 +1,5 @@
 // Draws frames off the page's own thread, one at a time.
-import { Effect } from "./effect";
+import { Effect, refused } from "./effect";
 import type { FromWorker, ToWorker } from "./messages";
 
 const say = (message: FromWorker, transfer: Transferable[] = []): void =>
@@ -36,7 +36,8 @@ function act(message: ToWorker): void {
   const code = effect.draw(job.downsample, 8, job.time);
   const picture = code === 0 ? effect.frame8() : undefined;
   const milliseconds = performance.now() - begin;
-  say({ kind: "drawn", job, code, picture, milliseconds }, picture ? [picture.pixels.buffer] : []);
+  const complaint = code === refused ? effect.complaint : undefined;
+  say({ kind: "drawn", job, code, picture, milliseconds, complaint }, picture ? [picture.pixels.buffer] : []);
 }
 
 self.onmessage = (event: MessageEvent<ToWorker>) => {

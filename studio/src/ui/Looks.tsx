@@ -37,13 +37,14 @@ function useThumbnails(store: Store): (Picture | undefined)[] {
     const work = async (): Promise<void> => {
       await loadLookPictures(store);
       if (isOver) return;
-      const thumbs = (drawer.current ??= new Drawer(store.module));
+      const thumbs = (drawer.current ??= new Drawer(store.program));
       for (const [slot, layer] of store.layers.value) thumbs.takePicture(slot, layer.picture);
       const small = shrunkTo(source.picture, longSide);
       thumbs.takePicture(0, small);
       for (let i = 0; i < looks.length && !isOver; ++i) {
-        const picture = await new Promise<Picture>((resolve) => {
+        const picture = await new Promise<Picture | undefined>((resolve) => {
           thumbs.onDrawn = (drawn) => resolve(drawn.picture);
+          thumbs.onRefused = () => resolve(undefined);
           thumbs.draw({
             table: toTable(store.controls, store.valuesOf(looks[i].preset, small.height)),
             downsample: 2,

@@ -3,7 +3,8 @@ import type { Signal } from "@preact/signals";
 import { useRef, useState } from "preact/hooks";
 import type { Control } from "../engine/effect";
 import {
-  firstPictureLayer, isPlace, isSeparator, layerNone, layerSource, numberText, parseValue, WrongValue, type Value,
+  firstPictureLayer, isPlace, isPrepared, isSeparator, layerNone, layerOf, layerSource, numberText, parseValue, preparationText,
+  preparedLayer, WrongValue, type Value,
 } from "../engine/values";
 import type { Store } from "../store";
 import { chooseFile, openLayer } from "./files";
@@ -240,9 +241,12 @@ function Choice({ store, control, value, greyed, id }: WidgetProps) {
 }
 
 function Layer({ store, control, value, greyed, id }: WidgetProps) {
+  // Another picture is prepared in the same way.
+  const show = (layer: number): void =>
+    store.set(control.index, preparedLayer(layer, isPrepared(value) && layer !== layerNone ? value : {}));
   const take = (file: File): void => {
     void openLayer(store, file).then((layer) => {
-      if (layer !== undefined) store.set(control.index, layer);
+      if (layer !== undefined) show(layer);
     });
   };
   return (
@@ -250,9 +254,9 @@ function Layer({ store, control, value, greyed, id }: WidgetProps) {
       <select
         id={id}
         aria-describedby={`${id}-help`}
-        value={String(value)}
+        value={String(layerOf(value))}
         disabled={greyed}
-        onChange={(event) => store.set(control.index, Number(event.currentTarget.value))}
+        onChange={(event) => show(Number(event.currentTarget.value))}
       >
         <option value={layerNone}>None</option>
         <option value={layerSource}>The picture itself</option>
@@ -272,6 +276,23 @@ function Layer({ store, control, value, greyed, id }: WidgetProps) {
       >
         <Icon name="folder" />
       </button>
+      {isPrepared(value) && (
+        <div class="prepared">
+          <span title="How the picture is prepared on its way to the effect, in the words of the command line">
+            {preparationText(value).replaceAll(",", ", ")}
+          </span>
+          <button
+            type="button"
+            class="square"
+            aria-label={`Take ${control.name} as it is`}
+            title="Take the picture as it is"
+            disabled={greyed}
+            onClick={() => store.set(control.index, value.layer)}
+          >
+            <Icon name="close" />
+          </button>
+        </div>
+      )}
     </div>
   );
 }

@@ -1,6 +1,7 @@
 // The dialog with everything that can be taken home.
 import { useEffect, useRef, useState } from "preact/hooks";
 import { writePng } from "../engine/png";
+import { isPrepared, layerOf } from "../engine/values";
 import type { Store } from "../store";
 import { commandOf, hashOf, listOf, presetFile } from "../takehome";
 import { save } from "./files";
@@ -28,7 +29,8 @@ export function TakeHome({ store, close }: { store: Store; close: () => void }) 
   };
   const savePreset = (): void =>
     save(`${name}-preset.json`, new Blob([presetFile(store)], { type: "application/json" }));
-  const usesFiles = store.controls.some((c, i) => c.kind === "layer" && Number(store.values[i].value) > 1);
+  const usesFiles = store.controls.some((c, i) => c.kind === "layer" && layerOf(store.values[i].value) > 1);
+  const preparesLayers = store.values.some((value) => isPrepared(value.value));
   return (
     <dialog class="take-home" ref={dialog} onClose={close} aria-labelledby="take-home-title">
       <div class="dialog-top">
@@ -54,7 +56,10 @@ export function TakeHome({ store, close }: { store: Store; close: () => void }) 
       <Text
         label="Values"
         text={listOf(store)}
-        note="What differs from the defaults, in the order of the panel in After Effects."
+        note={
+          "What differs from the defaults, in the order of the panel in After Effects." +
+          (preparesLayers ? " A layer that is prepared here must be prepared by hand there: blurred by a dot's pitch, and its tones bent." : "")
+        }
         lines={7}
       />
     </dialog>

@@ -21,7 +21,6 @@ async function telling<T>(store: Store, work: () => Promise<T>): Promise<T | und
 
 /** A picture becomes the one to draw on; a preset gives the controls its values. */
 export async function openFile(store: Store, file: File): Promise<void> {
-  let prepared: Preset = {};
   await telling(store, async () => {
     if (isPresetFile(file)) {
       let preset: Preset;
@@ -31,12 +30,10 @@ export async function openFile(store: Store, file: File): Promise<void> {
         throw new WrongPicture("This preset can't be read: it is no JSON.");
       }
       await applyPreset(store, preset);
-      prepared = preset;
     } else {
       store.takeSource({ name: file.name || "picture.png", picture: await readPicture(file) });
     }
   });
-  tellOfPreparation(store, prepared);
 }
 
 /** The layer's value that shows the picture of this file; undefined when it can't be read, which was then told. */
@@ -66,13 +63,6 @@ async function applyPreset(store: Store, preset: Preset): Promise<void> {
 
 export async function applyLook(store: Store, look: Look): Promise<void> {
   await telling(store, () => applyPreset(store, look.preset));
-  tellOfPreparation(store, look.preset);
-}
-
-/** The command line can prepare a layer, which the page doesn't do: nobody shall take the one picture for the other. */
-function tellOfPreparation(store: Store, preset: Preset): void {
-  if (store.message.peek() !== "" || !Object.values(preset.layers ?? {}).some((layer) => typeof layer !== "string")) return;
-  store.tell("This preset smooths its layer before it draws. Only the command line does that: here the layer is taken as it is.");
 }
 
 /** Called while the page loads, so that nothing is fetched later. */
