@@ -30,7 +30,11 @@ class RowsAhead {
         end_(static_cast<int32_t>(std::min(int64_t{truncateToInt32(right)} + 1, int64_t{canvas.width}))),
         row_(std::max(firstRow, 0)),
         last_(std::min(lastRow, canvas.height - 1)) {
-    if (!(right - left < mostPixels) || begin_ >= end_) last_ = -1;
+    if (begin_ >= end_) {
+      last_ = -1;
+    } else {
+      end_ = std::min(end_, begin_ + mostLines * pixelsAtOnce);
+    }
   }
 
   /// Asks for the next rows, as many as are left.
@@ -44,8 +48,8 @@ class RowsAhead {
 
  private:
   static constexpr auto pixelsAtOnce = static_cast<int32_t>(64 / sizeof(Pixel));  // a line of the memory
-  // From side to side of the outline; the rows of a larger one keep the memory busy enough by themselves.
-  static constexpr int32_t mostPixels = sizeof(Pixel) > 4 ? 256 : 64;
+  // Of a row. By then the processor has seen by itself where the row goes on.
+  static constexpr int32_t mostLines = 20;
 
   const CanvasView<Pixel>& canvas_;
   int32_t begin_, end_;  ///< columns, the second not inclusive

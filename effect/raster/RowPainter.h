@@ -49,7 +49,9 @@ class RowPainter {
     const lanes::FourCounts all = lanes::FourCounts::all64();
     if (color_.alpha == 0) return;
     if (lanes::Painter<Pixel>::isOpaque(color_)) {
-      std::fill(pixels, pixels + std::max(n, 0), color_);
+      // A copy of its own, or the compiler has to fear that a pixel is the colour, and reads it again for each.
+      const Pixel color = color_;
+      std::fill(pixels, pixels + std::max(n, 0), color);
       return;
     }
     int32_t p = 0;
