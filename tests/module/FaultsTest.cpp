@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "tests/module/RandomFrame.h"
 #include "tests/module/WholeFrame.h"
 
 namespace vindrel::test {
@@ -199,6 +200,61 @@ std::string caseName(const testing::TestParamInfo<Case>& item) {
          std::to_string(static_cast<int32_t>(item.param.depth)) + "_bits";
 }
 INSTANTIATE_TEST_SUITE_P(Frames, FaultsInAFrame, testing::ValuesIn(allCases()), caseName);
+
+/// Memory refused at each block that a frame asks for, whatever its shapes, jitter and layers, and from that block on.
+class MemoryOfAFrame : public LoadedOnly, public testing::WithParamInterface<int32_t> {
+ protected:
+  RenderResult render(const RandomFrame& frame) {
+    return frame.smartRoad ? host.renderSmart(frame.request, frame.values)
+                           : host.renderClassic(frame.request, frame.values);
+  }
+
+  /// False when the frame takes fewer blocks.
+  bool refuse(const RandomFrame& frame, int32_t nth, bool forGood, const Image& whole) {
+    const std::array<int32_t, 4> owedBefore = owedNow(host);
+    const size_t complaintsBefore = host.books().complaints().size();
+    if (forGood) {
+      host.faults().failFrom("host_new_handle", nth, PF_Err_OUT_OF_MEMORY);
+    } else {
+      host.faults().fail("host_new_handle", nth, PF_Err_OUT_OF_MEMORY);
+    }
+    const RenderResult refused = render(frame);
+    const bool happened = host.faults().waiting() == 0;
+    host.faults().clear();
+    host.log().clear();
+    if (!happened) return false;
+    ++FailedCalls::count;
+    EXPECT_EQ(refused.error, PF_Err_INTERNAL_STRUCT_DAMAGED);
+    EXPECT_TRUE(refused.output.guardsIntact());
+    EXPECT_EQ(owedNow(host), owedBefore) << "handles, locks, worlds, suites";
+    EXPECT_EQ(host.books().complaints().size(), complaintsBefore);
+    const RenderResult next = render(frame);
+    EXPECT_EQ(next.error, PF_Err_NONE);
+    EXPECT_TRUE(samePixels(next.output, whole)) << "the frame after it differs";
+    return true;
+  }
+};
+
+TEST_P(MemoryOfAFrame, thatIsRefusedIsToldAndTheNextFrameIsWhole) {
+  ASSERT_EQ(host.start(), 0);
+  RandomFrames frames(static_cast<uint64_t>(GetParam()), host.controls());
+  for (int32_t i = 0; i < 3; ++i) {
+    const RandomFrame frame = frames.next();
+    SCOPED_TRACE("seed " + std::to_string(GetParam()) + "\n" + frame.text());
+    const RenderResult whole = render(frame);
+    ASSERT_EQ(whole.error, 0);
+    for (const bool forGood : {false, true}) {
+      int32_t nth = 0;
+      bool happened = true;
+      while (happened && !HasFailure()) {
+        SCOPED_TRACE((forGood ? "from block " : "block ") + std::to_string(++nth));
+        happened = refuse(frame, nth, forGood, whole.output);
+      }
+    }
+  }
+  EXPECT_EQ(host.finish(), 0);
+}
+INSTANTIATE_TEST_SUITE_P(Seeds, MemoryOfAFrame, testing::Range(1, 17));
 
 /// A command outside of frames, in the life of an instance that is otherwise well.
 struct OtherCommand {
