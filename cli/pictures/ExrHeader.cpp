@@ -14,6 +14,7 @@ namespace {
 constexpr std::size_t sizeOfMagicAndVersion = 8;
 constexpr uint8_t severalParts = 0x10;     ///< in the second byte of the version
 constexpr int64_t mostRowsOfAChunk = 256;  ///< of any compression there is
+constexpr int64_t widestRow = 1'000'000;   ///< pixels; much more than is rendered, and little memory
 constexpr int64_t sizeOfPlace = 8;         ///< of a chunk, in their table
 
 class HeaderBytes {
@@ -74,6 +75,10 @@ void take(const std::string& name, std::span<const uint8_t> value, Part& part) {
     const auto at = [&](std::size_t i) { return int64_t{static_cast<int32_t>(numbers[i])}; };
     part.width = at(2) - at(0) + 1;
     part.height = at(3) - at(1) + 1;
+    // The library takes memory for some rows before anybody can ask it for their length.
+    if (part.width > widestRow) {
+      throw BrokenPicture("its rows of " + std::to_string(part.width) + " pixels are too long to be rendered");
+    }
   } else if (name == "tiles" && value.size() >= 2 * sizeof(uint32_t)) {
     part.tileWidth = numbers[0];
     part.tileHeight = numbers[1];

@@ -381,6 +381,9 @@ TEST_F(ImageFileTest, anExrThatPromisesMoreThanItsBytesIsRefusedByItsHeader) {
   EXPECT_EQ(withNumber(attribute, 0, 0xFFFFFFFF), cut);
   const std::string window("dataWindow\0box2i\0", 17);
   EXPECT_EQ(withNumber(window, 4 + 12, 0x3FFFFFFE), cut) << "a billion rows";
+  // The library would take memory for some of its rows before it is asked how long they are.
+  EXPECT_EQ(withNumber(window, 4 + 8, 0x3FFFFFFE), "can't read '" + (folder_ / "other.exr").string() +
+                                                       "': its rows of 1073741823 pixels are too long to be rendered");
 }
 
 TEST_F(ImageFileTest, aPngThatIsTooShortForItsSizeIsRefusedByItsHeader) {
