@@ -299,14 +299,15 @@ uint32_t GetPrivateProfileIntA(const char* section, const char* key, int32_t def
 
 bool WritePrivateProfileStringA(const char* section, const char* key, const char* value, const char* path) {
   // A link stays, and what it leads to is replaced; a file that isn't there yet has no other name.
-  char place[PATH_MAX];
+  char place[PATH_MAX] = "";
   if (realpath(path, place) == nullptr) {
     struct stat link {};
-    if (errno != ENOENT || lstat(path, &link) == 0 || std::strlen(path) >= sizeof place) return false;
-    std::strcpy(place, path);  // NOLINT(*-strcpy): its length is that of above
+    const size_t length = std::strlen(path);
+    if (errno != ENOENT || lstat(path, &link) == 0 || length >= sizeof place) return false;
+    std::memcpy(place, path, length + 1);
   }
   char folder[PATH_MAX];
-  std::strcpy(folder, place);  // NOLINT(*-strcpy): as long as the place
+  std::memcpy(folder, place, sizeof folder);
   const FolderLock lock(dirname(folder));
 
   const FileText text = readFile(place);

@@ -88,6 +88,7 @@ TEST_F(Roads, theFramesNumbersReachTheEffect) {
   frame.outputPadding = 16;
   frame.outputWidth = 12;
   frame.outputHeight = 9;
+  frame.input.pixelAspect = {16, 11};
   PF_InData in{};
   PF_EffectWorld output{};
   effect.on[PF_Cmd_RENDER] = [&](const Call& call) {
@@ -111,6 +112,22 @@ TEST_F(Roads, theFramesNumbersReachTheEffect) {
   EXPECT_EQ(output.width, 12);
   EXPECT_EQ(output.height, 9);
   EXPECT_EQ(output.rowbytes, 12 * 4 + 16);
+  EXPECT_EQ(in.pixel_aspect_ratio.num, 16);
+  EXPECT_EQ(in.pixel_aspect_ratio.den, 11u);
+  EXPECT_EQ(output.pix_aspect_ratio.num, 16);
+  EXPECT_EQ(output.pix_aspect_ratio.den, 11u);
+}
+
+TEST_F(Roads, aFrameWhoseScaleIsNoneIsAsLargeAsItsInput) {
+  FrameRequest frame = frameOf(10, 5);
+  frame.downsampleX = {0, 1};
+  frame.downsampleY = {-1, 2};
+  EXPECT_EQ(frame.fullWidth(), 10);
+  EXPECT_EQ(frame.fullHeight(), 5);
+  frame.downsampleX = {1, 3};
+  frame.downsampleY = {2, 3};
+  EXPECT_EQ(frame.fullWidth(), 30);
+  EXPECT_EQ(frame.fullHeight(), 7);  // 7.5
 }
 
 TEST_F(Roads, aWriteBehindARowOfTheOutputIsSeen) {

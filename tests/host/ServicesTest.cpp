@@ -341,6 +341,17 @@ TEST_F(Services, platformDataGivesPathAndWindow) {
   EXPECT_EQ(window, &host);
 }
 
+TEST_F(Services, platformDataWithoutAPlaceOrOfAnUnknownKindIsRefused) {
+  EXPECT_EQ(host.utils()->get_platform_data(host.effectRef(), PF_PlatData_MAIN_WND, nullptr),
+            PF_Err_BAD_CALLBACK_PARAM);
+  EXPECT_EQ(host.books().complaintCount(Matter::kWrongArgument), 0);
+  char data[260] = "as it was";
+  EXPECT_EQ(host.utils()->get_platform_data(host.effectRef(), static_cast<PF_PlatDataID>(99), data),
+            PF_Err_BAD_CALLBACK_PARAM);
+  EXPECT_STREQ(data, "as it was");
+  EXPECT_EQ(host.books().complaintCount(Matter::kWrongArgument), 1);
+}
+
 TEST_F(Services, aPathTooLongForItsPlaceIsCutWithItsZero) {
   host.settings().modulePath = std::string(400, 'x');
   char path[261];

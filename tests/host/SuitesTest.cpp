@@ -345,6 +345,22 @@ TEST_F(Suites, samplesMixFourPixelsByAlphaAndAreClearOutside) {
   EXPECT_EQ(host.renderClassic(frame, host.defaults()).error, PF_Err_NONE);
 }
 
+TEST_F(Suites, samplesOfAnotherDepthAndOfNothingAreRefused) {
+  const Image deep(Depth::k16, 2, 2);
+  PF_EffectWorld world = host.lendWorld(deep, "deep");
+  PF_SampPB params{};
+  params.src = &world;
+  const auto* sampling = suite<PF_Sampling8Suite>(kPFSampling8Suite, 1);
+  PF_Pixel pixel{1, 2, 3, 4};
+  EXPECT_EQ(sampling->nn_sample(ref(), 0, 0, &params, &pixel), PF_Err_BAD_CALLBACK_PARAM);
+  EXPECT_EQ(host.books().complaintCount(Matter::kBadWorld), 1) << report();
+  params.src = nullptr;
+  EXPECT_EQ(sampling->nn_sample(ref(), 0, 0, &params, &pixel), PF_Err_BAD_CALLBACK_PARAM);
+  EXPECT_EQ(sampling->nn_sample(ref(), 0, 0, nullptr, &pixel), PF_Err_BAD_CALLBACK_PARAM);
+  EXPECT_EQ(sampling->nn_sample(ref(), 0, 0, &params, nullptr), PF_Err_BAD_CALLBACK_PARAM);
+  EXPECT_TRUE(pixel.alpha == 1 && pixel.red == 2 && pixel.green == 3 && pixel.blue == 4);
+}
+
 TEST_F(Suites, colorsGoToHueAndBackAtThreeDepths) {
   const auto* colors = suite<PF_ColorSuite>(kPFColorSuite, 1);
   PF_Pixel orange{77, 255, 128, 0};
