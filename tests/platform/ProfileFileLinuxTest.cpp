@@ -112,7 +112,7 @@ TEST_F(SettingsOnDisk, aLinkStaysAndLeadsToTheNewFile) {
   fs::create_symlink("elsewhere/real.ini", path_);
   EXPECT_TRUE(write("A", "2"));
   EXPECT_TRUE(fs::is_symlink(path_));
-  EXPECT_EQ(folder_.read("elsewhere/real.ini"), "[Version=1.5]\nA=2\n");
+  EXPECT_EQ(folder_.read("elsewhere/real.ini"), "[Version=1.5]\r\nA=2\r\n");
 }
 
 TEST_F(SettingsOnDisk, aLinkToNothingIsNotFollowed) {
