@@ -46,7 +46,7 @@ intptr_t DialogBoxParamA(Module module, int32_t id, Window parent, DialogProcedu
   fakeDialog.answers.push_back(procedure(&dialogMark, messageInitDialog, 0, parameter));
   fakeDialog.whileOpen();
   for (const int32_t command : fakeDialog.clicks) {
-    if (fakeDialog.ended) break;
+    if (fakeDialog.ended && !fakeDialog.takesClicksBehindTheEnd) break;
     // The high word says how the command came about; it must not matter.
     fakeDialog.answers.push_back(
         procedure(&dialogMark, messageCommand, 0x00030000u | static_cast<uintptr_t>(command), 0));

@@ -30,6 +30,7 @@ struct FakeDialog {
   bool parentIsThere = true;
   bool canBeMade = true;
   std::vector<int32_t> clicks{platform::commandCancel};  ///< commands sent in turn, until the dialog ends
+  bool takesClicksBehindTheEnd = false;                  ///< as those that were already on their way
   std::function<void()> whileOpen = [] {};               ///< called before the first command
 
   int shown = 0;

@@ -183,6 +183,15 @@ TEST_F(OptionDialog, theSecondButtonIsSilentWhenThereIsNoFile) {
   EXPECT_FALSE(settingsExist());
 }
 
+TEST_F(OptionDialog, aCloseBoxBehindAButtonDoesNotTakeItBack) {
+  settingsHold("[Version=1.5]\r\nDot Shape=4\r\n");
+  fakeDialog.clicks = {1012, platform::commandCancel};
+  fakeDialog.takesClicksBehindTheEnd = true;
+  run();
+  EXPECT_EQ(fakeDialog.answers.size(), 3U);
+  EXPECT_FALSE(settingsExist());
+}
+
 TEST_F(OptionDialog, nothingIsDeletedWhileItIsOpen) {
   settingsHold("[Version=1.5]\r\n");
   fakeDialog.clicks = {1012};

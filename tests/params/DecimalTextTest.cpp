@@ -60,6 +60,8 @@ TEST(DecimalText, numbersBeyondADoubleAreInfiniteOrNothing) {
   EXPECT_EQ(readDecimal("1e400"), std::numeric_limits<double>::infinity());
   EXPECT_EQ(readDecimal("-1e400"), -std::numeric_limits<double>::infinity());
   EXPECT_EQ(readDecimal("1e-400"), 0.0);
+  EXPECT_EQ(readDecimal("1E400"), std::numeric_limits<double>::infinity());
+  EXPECT_EQ(readDecimal("1E-400"), 0.0);
   EXPECT_TRUE(std::signbit(readDecimal("-1e-400")));
 }
 

@@ -295,6 +295,14 @@ TEST_F(Saving, everyKindOfValueComesBackAtTheNextSetUp) {
   EXPECT_EQ(received("Shift Hue 3").u.ad.dephault, 65536 * 90);
 }
 
+// A settings file may hold 200 for a check box, which arrives as -56 and counts as on.
+TEST_F(Saving, aCheckBoxIsSavedAsTheNumberThatItHolds) {
+  at("Clear Background").u.bd.value = -56;
+  save();
+  EXPECT_NE(folder.readLines("a.b.ini").find("\nClear Background=-56\n"), std::string::npos);
+  EXPECT_EQ(received("Clear Background").u.bd.value, -56);
+}
+
 TEST_F(Saving, anotherVersionsSectionStaysBesideTheNewOne) {
   folder.write("a.b.ini", "[Version=1.4]\r\nDot Size=12.5\r\n");
   save();
