@@ -84,6 +84,9 @@ export class Store {
 
   /** Why the last frame was not drawn; gone from the page with the next one that is. */
   private refusal = "";
+  /** The picture that was shown before; its memory goes back to the worker. */
+  private retired?: Picture;
+  private readonly kept = new WeakSet<Picture>();
   private readonly rules: Effect;
   private readonly defaults: Value[];
   private past: Value[][] = [];
@@ -114,6 +117,9 @@ export class Store {
     this.drawer.onDrawn = ({ job, picture, milliseconds }) => {
       this.pixelsPerMillisecond = (picture.width * picture.height) / Math.max(milliseconds, 1);
       const shown = { picture, downsample: job.downsample, milliseconds };
+      // One frame late, so that whatever still paints the last one has it.
+      if (this.retired && !this.kept.has(this.retired)) this.drawer.giveBack(this.retired);
+      this.retired = this.shown.peek()?.picture;
       batch(() => {
         this.progress.value = undefined;
         this.shown.value = shown;
@@ -311,7 +317,12 @@ export class Store {
 
   // --- drawing ------------------------------------------------------------------------------------------------------
 
-  /** The frame in full of what is set now, as soon as it is drawn. */
+  /** The picture's pixels stay, whatever is drawn later. */
+  keep(picture: Picture): void {
+    this.kept.add(picture);
+  }
+
+  /** The frame in full of what is set now, as soon as it is drawn. Its pixels go when two others were; see keep(). */
   drawnInFull(): Promise<Shown> {
     return new Promise((done, refuse) => {
       this.waiting.push({ ticket: this.wishFull(), done, refuse });

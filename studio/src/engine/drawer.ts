@@ -82,6 +82,12 @@ export class Drawer {
     return job.ticket;
   }
 
+  /** A frame's picture that nobody looks at any more; its pixels are gone with this. */
+  giveBack(picture: Picture): void {
+    const { buffer } = picture.pixels;
+    this.worker.postMessage({ kind: "spare", buffer } satisfies ToWorker, [buffer]);
+  }
+
   private stopCurrent(): void {
     if (!this.current) return;
     if (this.latest) {

@@ -123,12 +123,15 @@ export class Effect {
     return this.calls.frame(downsample, depth, time.frame * time.step, time.step, time.scale);
   }
 
-  /** The last frame, a copy. */
-  frame8(): Picture {
+  /**
+   * The last frame, a copy.
+   * @param room  gives a buffer of this many bytes to copy into: memory that was in use before costs a fraction of new
+   */
+  frame8(room = (bytes: number) => new ArrayBuffer(bytes)): Picture {
     const width = this.calls.frameWidth();
     const height = this.calls.frameHeight();
     const begin = this.calls.framePixels();
-    const pixels = new Uint8ClampedArray(width * height * 4);
+    const pixels = new Uint8ClampedArray(room(width * height * 4));
     pixels.set(new Uint8Array(this.calls.memory.buffer, begin, pixels.length));
     return { width, height, pixels };
   }

@@ -14,6 +14,8 @@ export interface Job {
 export type ToWorker =
   | { kind: "start"; module: WebAssembly.Module; latest?: Int32Array<SharedArrayBuffer> }
   | { kind: "picture"; slot: number; picture: Picture }
+  /** Of a picture that the page has no use for any more; room for a coming frame. */
+  | { kind: "spare"; buffer: ArrayBuffer }
   | { kind: "draw"; job: Job };
 
 export type FromWorker =

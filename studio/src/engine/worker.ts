@@ -8,10 +8,23 @@ const say = (message: FromWorker, transfer: Transferable[] = []): void =>
 let effect: Effect | undefined;
 let latest: Int32Array | undefined;
 
+/** Of former frames, the newest last. */
+const spares: ArrayBuffer[] = [];
+const mostSpares = 3;
+
+function room(bytes: number): ArrayBuffer {
+  const found = spares.findLastIndex((spare) => spare.byteLength === bytes);
+  return found < 0 ? new ArrayBuffer(bytes) : spares.splice(found, 1)[0];
+}
+
 function act(message: ToWorker): void {
   if (message.kind === "start") {
     effect = new Effect(message.module);
     latest = message.latest;
+    return;
+  }
+  if (message.kind === "spare") {
+    if (spares.push(message.buffer) > mostSpares) spares.shift();
     return;
   }
   if (!effect) return;
@@ -34,7 +47,7 @@ function act(message: ToWorker): void {
   };
   effect.table = job.table;
   const code = effect.draw(job.downsample, 8, job.time);
-  const picture = code === 0 ? effect.frame8() : undefined;
+  const picture = code === 0 ? effect.frame8(room) : undefined;
   const milliseconds = performance.now() - begin;
   const complaint = code === refused ? effect.complaint : undefined;
   say({ kind: "drawn", job, code, picture, milliseconds, complaint }, picture ? [picture.pixels.buffer] : []);

@@ -107,9 +107,9 @@ function Slider({ store, control, value, greyed, id }: WidgetProps) {
   );
 }
 
-/** Rounded for the eye; what was typed is kept as it is. */
+/** Rounded for the eye, to what the field has room for; the value itself is kept as it is. */
 function shortText(control: Control, number: number): string {
-  const text = numberText(Math.round(number * 1e6) / 1e6);
+  const text = numberText(Math.abs(number) >= 1000 ? Math.round(number * 10) / 10 : Number(number.toPrecision(5)));
   return text + (control.kind === "angle" ? "°" : control.percent ? "%" : "");
 }
 

@@ -20,6 +20,7 @@ export function TakeHome({ store, close }: { store: Store; close: () => void }) 
     setSaving(true);
     try {
       const { picture } = await store.drawnInFull();
+      store.keep(picture);
       save(`${name}-vindrel.png`, await writePng(picture));
     } catch (error) {
       store.tell(`The picture can't be saved: ${(error as Error).message}`);
