@@ -1,9 +1,9 @@
 // The sort that decides which of several dots with equal keys lies on top.
 //
-// The standard leaves the order of equals open, and libraries differ; saved projects must look the same wherever the
-// effect runs, so that order is told here: it is the one of GNU's std::sort, with which both modules are built. Where
-// another library is all there is (in the browser), introsort gives the same order by the same steps; the tests compare
-// the two.
+// No order of equals is promised: both modules take std::sort as GNU's library has it, which the standard leaves free
+// and another version of that library could change. In the browser's build, which has another library, introsort takes
+// the same steps, so that equals lie there as they do in the modules. The tests compare the two; they fail the day that
+// GNU's steps are others.
 #pragma once
 
 #include <algorithm>
@@ -116,6 +116,7 @@ void introsort(It first, It last, Less less) {
   introsort_steps::insertionSort(first, last, less);
 }
 
+/// Sorts [first, last) by less, a strict weak order; how equals come to lie is told above.
 template <class It, class Less>
 void sortInOrder(It first, It last, Less less) {
 #ifdef __GLIBCXX__
