@@ -65,7 +65,7 @@ void drawBoth(FuzzedDataProvider& bytes) {
       vindrel::drawDot(shipped.context, dot);
       plain.drawDot(dot);
     } else {
-      vindrel::Points points;
+      vindrel::test::Points points;
       for (int n = bytes.ConsumeIntegralInRange<int>(0, 12); n > 0; --n) {
         const double x = anyLength(bytes, 60);
         points.emplace_back(x, anyLength(bytes, 60));
