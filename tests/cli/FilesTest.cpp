@@ -49,6 +49,7 @@ class FilesTest : public testing::Test {
 void limitFileSize() {
   const rlimit limit{20000, 20000};
   setrlimit(RLIMIT_FSIZE, &limit);
+  keepCountsApart();
 }
 
 }  // namespace
