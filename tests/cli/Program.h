@@ -14,7 +14,8 @@
 #include <thread>
 #include <vector>
 
-/// For a new process whose writes fail: where a build counts its lines, it would spoil the counts of all others.
+/// For a new process that is killed, or whose writes fail: where a build counts its lines, it would spoil the counts of
+/// all others.
 inline void keepCountsApart() {
   setenv("GCOV_PREFIX", "/dev/null", 1);
   setenv("GCOV_ERROR_FILE", "/dev/null", 1);

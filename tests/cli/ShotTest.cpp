@@ -291,7 +291,7 @@ TEST_P(ResumeTest, killedAtRandomMomentsItEndsWithTheUndisturbedFilesAndNothingE
   int32_t killed = 0;
   for (int32_t round = 0; round < 20; ++round) {
     random = random * 1664525U + 1013904223U;
-    Program program(words);
+    Program program(words, keepCountsApart);
     std::this_thread::sleep_for(whole * (random >> 24U) / 256);
     program.send(round % 3 == 0 ? SIGTERM : SIGKILL);
     killed += program.wait() >= 128;

@@ -121,6 +121,22 @@ TEST_F(Suites, aLoopEndsWithWhatItsFunctionOrTheProgressAnswers) {
   EXPECT_EQ(host.utils()->iterate(in(), 0, 0, nullptr, nullptr, &seen, visit, &to), PF_Interrupt_CANCEL);
 }
 
+TEST_F(Suites, aLoopOverAPartCountsItsRowsFromThePartsOwnTop) {
+  const Image target = numbered(2, 9, 0);
+  PF_EffectWorld to = host.lendWorld(target, "target");
+  std::vector<A_long> told;
+  host.onProgress = [&](A_long current, A_long) {
+    told.push_back(current);
+    return PF_Err{PF_Err_NONE};
+  };
+  const PF_Rect part{0, 4, 2, 7};
+  std::vector<Visit> seen;
+  EXPECT_EQ(host.utils()->iterate(in(), 10, 40, nullptr, &part, &seen, visit, &to), PF_Err_NONE);
+  EXPECT_EQ(told, (std::vector<A_long>{10, 11, 12}));
+  ASSERT_EQ(seen.size(), 6U);
+  EXPECT_EQ(seen.front().y, 4);
+}
+
 TEST_F(Suites, aLoopOverAWorldOfAnotherDepthIsRefused) {
   const Image deep(Depth::k16, 2, 2);
   PF_EffectWorld to = host.lendWorld(deep, "deep");
@@ -472,6 +488,14 @@ TEST_F(Suites, aStateChangesWithTheValueItStandsForAndNoOther) {
   EXPECT_EQ(utils->PF_FindKeyframeTime(ref(), 2, 0, 30, 0, &answer, &keys, nullptr, nullptr), PF_Err_NONE);
   EXPECT_EQ(int{answer}, 0);
   EXPECT_EQ(utils->PF_GetKeyframeCount(ref(), 3, &keys), PF_Err_INVALID_INDEX);
+  EXPECT_EQ(host.books().complaintCount(Matter::kWrongArgument), 1) << report();
+  PF_State left{};
+  left.reservedAL[0] = 5;
+  for (const PF_ParamIndex index : {3, -1, PF_ParamIndex_CHECK_ALL_HONOR_EXCLUDE - 1}) {
+    EXPECT_EQ(utils->PF_GetCurrentState(ref(), index, nullptr, nullptr, &left), PF_Err_INVALID_INDEX) << index;
+  }
+  EXPECT_EQ(left.reservedAL[0], 5);
+  EXPECT_EQ(host.books().complaintCount(Matter::kWrongArgument), 4) << report();
 }
 
 TEST_F(Suites, customControlsAreHeardAndTheOptionsButtonMayBeNamed) {
@@ -498,6 +522,16 @@ TEST_F(Suites, rowsBeyondAnEffectsOwnWorldHitGuardsAndAreTold) {
   auto* pixels = reinterpret_cast<uint8_t*>(world.data);
   std::memset(pixels + 10 * world.rowbytes, 1, 3 * static_cast<size_t>(world.rowbytes));
   std::memset(pixels - 3 * world.rowbytes, 1, 3 * static_cast<size_t>(world.rowbytes));
+  EXPECT_EQ(host.utils()->dispose_world(ref(), &world), PF_Err_NONE);
+  EXPECT_EQ(host.books().complaintCount(Matter::kOutside), 1) << report();
+}
+
+TEST_F(Suites, aWideWorldHasGuardsOfSomeOfItsRows) {
+  PF_EffectWorld world{};
+  ASSERT_EQ(host.utils()->new_world(ref(), 2000, 2, PF_NewWorldFlag_CLEAR_PIXELS, &world), PF_Err_NONE);
+  auto* pixels = reinterpret_cast<uint8_t*>(world.data);
+  // In the fourth row behind the last.
+  pixels[5 * world.rowbytes + 1] = 1;
   EXPECT_EQ(host.utils()->dispose_world(ref(), &world), PF_Err_NONE);
   EXPECT_EQ(host.books().complaintCount(Matter::kOutside), 1) << report();
 }
