@@ -550,6 +550,22 @@ TEST_F(Roads, flagsAreGivenBackForSingleBitsToBeChanged) {
   host.queryDynamicFlags(host.defaults());
   EXPECT_EQ(host.outFlags(), PF_OutFlag_I_DO_DIALOG);
   EXPECT_EQ(host.outFlags2(), PF_OutFlag2_SUPPORTS_SMART_RENDER);
+
+  // What a command that fails leaves in the record doesn't count, and the next one finds the flags as they were.
+  effect.on[PF_Cmd_EVENT] = [](const Call& call) {
+    call.out->out_flags = 0;
+    call.out->out_flags2 = 0;
+    return PF_Err{77};
+  };
+  PF_OutData found{};
+  effect.on[PF_Cmd_QUERY_DYNAMIC_FLAGS] = [&](const Call& call) {
+    found = *call.out;
+    return PF_Err{0};
+  };
+  EXPECT_EQ(host.call(PF_Cmd_EVENT), 77);
+  host.queryDynamicFlags(host.defaults());
+  EXPECT_EQ(found.out_flags, PF_OutFlag_I_DO_DIALOG);
+  EXPECT_EQ(found.out_flags2, PF_OutFlag2_SUPPORTS_SMART_RENDER);
 }
 
 TEST_F(Roads, theAboutTextComesBack) {

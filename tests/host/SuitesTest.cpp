@@ -327,6 +327,24 @@ TEST_F(Suites, transformWorldMovesByAMatrixInWholeAndHalfPixels) {
   EXPECT_EQ(int{half->at<PF_Pixel>(2, 0).red}, 200);
 }
 
+TEST_F(Suites, transformWorldTurnsByAQuarter) {
+  Image source(Depth::k8, 2, 1);
+  source.at<PF_Pixel>(0, 0) = {255, 100, 0, 0};
+  source.at<PF_Pixel>(1, 0) = {255, 200, 0, 0};
+  PF_EffectWorld from = host.lendWorld(source, "source");
+  const PF_CompositeMode mode{PF_Xfer_COPY, 0, 255, 0, 32768};
+  const Image result(Depth::k8, 1, 2);
+  PF_EffectWorld to = host.lendWorld(result, "result");
+  // A point x, y goes to 1 - y, x: the first pixel's middle stays, the second's goes below it.
+  PF_FloatMatrix matrix{{{0, 1, 0}, {-1, 0, 0}, {1, 0, 1}}};
+  EXPECT_EQ(host.utils()->transform_world(ref(), PF_Quality_HI, PF_MF_Alpha_STRAIGHT, PF_Field_FRAME, &from, &mode,
+                                          nullptr, &matrix, 1, 1, nullptr, &to),
+            PF_Err_NONE);
+  EXPECT_EQ(int{result.at<PF_Pixel>(0, 0).red}, 100);
+  EXPECT_EQ(int{result.at<PF_Pixel>(0, 1).red}, 200);
+  EXPECT_EQ(int{result.at<PF_Pixel>(0, 1).alpha}, 255);
+}
+
 TEST_F(Suites, samplesMixFourPixelsByAlphaAndAreClearOutside) {
   Image source(Depth::k8, 2, 1);
   source.at<PF_Pixel>(0, 0) = {255, 100, 0, 0};
