@@ -21,7 +21,7 @@ test("the packed page draws its first picture", { timeout: 120_000 }, async () =
     });
     page.on("pageerror", (error) => complaints.push(String(error)));
     await page.goto(`http://localhost:${(server.address() as AddressInfo).port}/`);
-    await page.waitForFunction(() => (window as { vindrelStudio?: { firstPicture: number } }).vindrelStudio!.firstPicture > 0);
+    await page.waitForFunction(() => ((window as { vindrelStudio?: { firstPicture: number } }).vindrelStudio?.firstPicture ?? 0) > 0);
     assert.deepEqual(complaints, []);
   } finally {
     await context.close();
