@@ -43,7 +43,7 @@ class WithoutAHost : public testing::Test {
     get(worlds2_, kPFWorldSuite, kPFWorldSuiteVersion2);
     get(fill_, kPFFillMatteSuite, kPFFillMatteSuiteVersion2);
     get(transform_, kPFWorldTransformSuite, kPFWorldTransformSuiteVersion1);
-    get(app_, kPFAppSuite, kPFAppSuiteVersion6);
+    get(app_, kPFAppSuite, kPFAppSuiteVersion1);
     get(params_, kPFParamUtilsSuite, kPFParamUtilsSuiteVersion3);
     get(iterate8_, kPFIterate8Suite, 1);
     get(iterate16_, kPFIterate16Suite, 1);
