@@ -18,6 +18,7 @@ class JpegWriter {
     errors_.library.error_exit = jpegJumpOut;
     errors_.library.output_message = jpegPrintNothing;
     if (picture.facts != nullptr) prepare(*picture.facts);
+    if (picture.madeAt) stamp_ = "Made " + stampText(*picture.madeAt);
   }
   JpegWriter(const JpegWriter&) = delete;
   JpegWriter& operator=(const JpegWriter&) = delete;
@@ -86,6 +87,7 @@ class JpegWriter {
     marker(JPEG_APP0 + 1, exif_.data(), exif_.size());
     marker(JPEG_APP0 + 1, xmp_.data(), xmp_.size());
     marker(JPEG_COM, reinterpret_cast<const uint8_t*>(comment_.data()), comment_.size());
+    marker(JPEG_COM, reinterpret_cast<const uint8_t*>(stamp_.data()), stamp_.size());
     if (picture_.facts != nullptr && !picture_.facts->iccProfile.empty()) {
       jpeg_write_icc_profile(&jpeg_, picture_.facts->iccProfile.data(),
                              static_cast<unsigned int>(picture_.facts->iccProfile.size()));
@@ -108,6 +110,7 @@ class JpegWriter {
   std::vector<uint8_t> exif_;
   std::vector<uint8_t> xmp_;
   std::string comment_;
+  std::string stamp_;
 };
 
 }  // namespace

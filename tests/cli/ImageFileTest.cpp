@@ -412,6 +412,12 @@ TEST_F(ImageFileTest, theTimeOfDayIsPutInWhenAskedFor) {
     EXPECT_EQ(time.size(), 19U) << name;
     EXPECT_TRUE(time.starts_with("20")) << name << " " << time;
   }
+  // A JPEG has no field for it: a comment tells it.
+  cli::writePicture(folder_ / "a.jpg", everyPair8(), {.stamp = true});
+  const std::string bytes = folder_.read("a.jpg");
+  const std::size_t comment = bytes.find(std::string("\xFF\xFE\0\x1AMade 20", 11));
+  ASSERT_NE(comment, std::string::npos);
+  EXPECT_EQ(bytes.substr(comment + 13, 1), ":") << "a year of four digits, then the month";
 }
 
 TEST_F(ImageFileTest, theCompressionOfAPngChangesItsSizeAndNoPixel) {
