@@ -21,7 +21,6 @@ namespace cli {
 namespace {
 
 namespace fs = std::filesystem;
-using standin::Depth;
 using standin::Image;
 
 template <std::size_t Count>

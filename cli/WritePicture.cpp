@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cstring>
 #include <ctime>
 #include <optional>
@@ -116,7 +117,8 @@ void packRow(std::span<const Pixel> row, const Packing& packing, const std::arra
 }
 
 bool sameBits(const PF_PixelFloat& a, const PF_PixelFloat& b) {
-  return std::memcmp(&a, &b, sizeof a) == 0;
+  using Words = std::array<uint32_t, 4>;
+  return std::bit_cast<Words>(a) == std::bit_cast<Words>(b);
 }
 
 /// Where the effect left a pixel as it was, its samples go back as the file had them. Needs float samples with alpha.

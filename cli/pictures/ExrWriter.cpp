@@ -105,7 +105,7 @@ std::vector<uint8_t> onWindow(const ExrFacts::Channel& channel, const Imath::Box
                         "' of fewer samples than pixels can't follow; --other-channels drop leaves it out");
   }
   const std::size_t size = exrSampleBytes(channel.kind.type);
-  const auto length = [](int first, int last) { return static_cast<std::size_t>(last - first + 1); };
+  const auto length = [](int first, int last) { return static_cast<std::size_t>(int64_t{last} - first + 1); };
   const std::size_t fromRow = size * length(from.min.x, from.max.x);
   const std::size_t toRow = size * length(to.min.x, to.max.x);
   std::vector<uint8_t> samples(toRow * length(to.min.y, to.max.y));
