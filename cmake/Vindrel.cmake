@@ -81,16 +81,15 @@ if(VINDREL_PRECOMPILE AND NOT EMSCRIPTEN)
   target_link_libraries(precompiled_for_libraries PUBLIC vindrel_common)
   target_precompile_headers(precompiled_for_libraries PRIVATE
     <algorithm> <array> <cmath> <cstdint> <cstring> <filesystem> <functional> <limits> <map> <memory> <optional> <string> <vector>)
-  if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
-    # gcc 12 no longer knows then which of the lines it has inlined are the library's own, and warns of them.
-    target_compile_options(vindrel_common INTERFACE -Wno-array-bounds -Wno-restrict)
-  endif()
 endif()
 
 # vindrel_precompile(<name> <of>): the target takes the precompiled headers of another one, whose options must be its own.
 function(vindrel_precompile name of)
   if(VINDREL_PRECOMPILE AND NOT EMSCRIPTEN)
     target_precompile_headers(${name} REUSE_FROM ${of})
+    # gcc 12 no longer knows then which of the lines it has inlined are the library's own, and warns of them.
+    target_compile_options(${name} PRIVATE
+      $<$<CXX_COMPILER_ID:GNU>:-Wno-array-bounds;-Wno-restrict;-Wno-stringop-overflow;-Wno-stringop-overread>)
   endif()
 endfunction()
 
