@@ -9,10 +9,8 @@ namespace check {
 
 namespace {
 
-using standin::ByIndex;
 using standin::Control;
 using standin::FrameRequest;
-using standin::Image;
 using standin::Matter;
 using standin::ParameterValues;
 using standin::RenderResult;

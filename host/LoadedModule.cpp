@@ -135,7 +135,7 @@ std::string entryNameByRegistration(void* handle) {
 // The entry's name, or nothing; told is what the property list says.
 std::string findEntryName(void* handle, const std::string& told) {
   if (!told.empty() && findExport(handle, told) != nullptr) return told;
-  const std::string registered = entryNameByRegistration(handle);
+  std::string registered = entryNameByRegistration(handle);
   if (!registered.empty() && findExport(handle, registered) != nullptr) return registered;
   for (const char* usual : kUsualEntryNames) {
     if (findExport(handle, usual) != nullptr) return usual;

@@ -17,19 +17,23 @@ void addBytes(uint64_t& sum, const void* bytes, size_t count) {
   for (size_t i = 0; i < count; ++i) sum = (sum ^ at[i]) * 0x100000001B3u;
 }
 
+// Which picture it is, whatever is in it.
+void addAddress(uint64_t& sum, const Image* picture) {
+  const auto address = reinterpret_cast<uintptr_t>(picture);
+  addBytes(sum, &address, sizeof address);
+}
+
 void addValue(HostState& host, uint64_t& sum, int32_t index) {
   if (index == 0) {
-    const Image* input = host.input.get();
-    addBytes(sum, &input, sizeof input);
+    addAddress(sum, host.input.get());
     return;
   }
   const Control& control = host.controls[static_cast<size_t>(index) - 1];
   if (index > host.values.size()) return;
   const ParameterValues::Value& value = host.values.value(index);
   if (const auto* layer = std::get_if<LayerValue>(&value)) {
-    const Image* picture = layer->picture.get();
     addBytes(sum, &layer->source, sizeof layer->source);
-    addBytes(sum, &picture, sizeof picture);
+    addAddress(sum, layer->picture.get());
     return;
   }
   const PF_ParamDef delivered = deliverValue(control, value, host.frame ? *host.frame : FrameRequest{});

@@ -18,7 +18,7 @@ struct Outcome {
   std::string out;
 };
 
-Outcome checkWith(CheckWords words) {
+Outcome checkWith(const CheckWords& words) {
   std::ostringstream out;
   const int exitCode = check::runCheck(words, HOST_PROGRAM, "check", out);
   return {exitCode, out.str()};

@@ -8,7 +8,6 @@
 
 namespace {
 
-using check::Expectation;
 using check::Result;
 using check::Verdict;
 

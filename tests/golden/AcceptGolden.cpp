@@ -27,7 +27,7 @@ std::vector<Channel> fileChannels(const Image& image, Convert convert) {
   return channels;
 }
 
-void write(const std::filesystem::path& file, const Image& image, OIIO::TypeDesc type, const void* channels) {
+void write(const std::filesystem::path& file, const Image& image, const OIIO::TypeDesc& type, const void* channels) {
   const auto output = OIIO::ImageOutput::create(file.string());
   OIIO::ImageSpec layout(image.width(), image.height(), 4, type);
   layout.attribute("oiio:UnassociatedAlpha", 1);

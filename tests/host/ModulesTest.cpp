@@ -12,7 +12,6 @@
 
 namespace {
 
-using standin::Depth;
 using standin::FrameRequest;
 using standin::Image;
 using standin::LoadedModule;

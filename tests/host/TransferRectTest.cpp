@@ -1,9 +1,11 @@
 #include <gtest/gtest.h>
 
+#include <bit>
 #include <cmath>
-#include <cstring>
+#include <cstdint>
 #include <limits>
 #include <random>
+#include <type_traits>
 
 #include "PlainTransfer.h"
 #include "host/FillWorld.h"
@@ -353,7 +355,11 @@ template <class Pixel>
 bool sameBits(const Image& a, const Image& b) {
   using Channel = typename standin::PixelFacts<Pixel>::Channel;
   const auto same = [](Channel one, Channel other) {
-    return std::memcmp(&one, &other, sizeof one) == 0 || (one != one && other != other);
+    if constexpr (std::is_same_v<Channel, float>) {
+      return std::bit_cast<uint32_t>(one) == std::bit_cast<uint32_t>(other) || (std::isnan(one) && std::isnan(other));
+    } else {
+      return one == other;
+    }
   };
   for (int32_t y = 0; y < a.height(); ++y) {
     for (int32_t x = 0; x < a.width(); ++x) {

@@ -7,6 +7,8 @@ namespace {
 class FrameSizes : public WholeFrame {
  protected:
   void TearDown() override {
+    // The class between asks for clean books, which these don't have:
+    // NOLINTNEXTLINE(bugprone-parent-virtual-call)
     LoadedOnly::TearDown();
     // The smart road gives no value back.
     finishOwing({standin::Matter::kParameter, standin::Matter::kLayerPixels, standin::Matter::kLayerParamUi});
