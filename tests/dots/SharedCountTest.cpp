@@ -44,6 +44,7 @@ TEST(SharedPointer, theLastOwnerFreesTheObjectAndItsCount) {
     const ShapePtr first(new Polygon(4));
     EXPECT_EQ(blocksHeld, before + 2);
     {
+      // A copy is what is tried here. NOLINTNEXTLINE(performance-unnecessary-copy-initialization)
       const ShapePtr second = first;
       EXPECT_EQ(blocksHeld, before + 2);
       EXPECT_EQ(second->corners(), 4);

@@ -1,5 +1,5 @@
 #define WIN32_LEAN_AND_MEAN
-#define NOMINMAX
+#define NOMINMAX 1
 #include <windows.h>
 
 #include "tests/platform/HoldShift.h"

@@ -3,7 +3,7 @@
 // The language is that of the whole process, so the program is run once for each: VINDREL_EXPECTED_LANGUAGE says "en"
 // or "ja". With VINDREL_PICTURE_FILE set, the first test leaves a picture of the dialog there.
 #define WIN32_LEAN_AND_MEAN
-#define NOMINMAX
+#define NOMINMAX 1
 #include <windows.h>
 
 #include <gtest/gtest.h>
