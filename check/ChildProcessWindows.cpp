@@ -80,8 +80,8 @@ ChildProcess::ChildProcess(const std::filesystem::path& program, const std::vect
   addQuoted(line, program.wstring());
   for (const std::string& word : words) addQuoted(line, wide(word));
   SECURITY_ATTRIBUTES inherited{sizeof(SECURITY_ATTRIBUTES), nullptr, TRUE};
-  const HANDLE output = CreateFileW(outputFile.wstring().c_str(), FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE,
-                                    &inherited, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
+  auto* const output = CreateFileW(outputFile.wstring().c_str(), FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                                   &inherited, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
   STARTUPINFOW start{};
   start.cb = sizeof start;
   start.dwFlags = STARTF_USESTDHANDLES;

@@ -391,11 +391,12 @@ TEST(BannerResource, isABitmapOf365By65At24Bits) {
 TEST(BannerResource, showsMoreThanOneColor) {
   const pe::Bytes& bytes = resource("#2", "#102", japanese);
   std::set<uint32_t> colors;
-  for (size_t row = 0; row < 65; ++row)
+  for (size_t row = 0; row < 65; ++row) {
     for (size_t column = 0; column < 365; ++column) {
       const size_t at = 40 + row * 1096 + column * 3;
       colors.insert(static_cast<uint32_t>(bytes.at(at) | bytes.at(at + 1) << 8 | bytes.at(at + 2) << 16));
     }
+  }
   EXPECT_GT(colors.size(), 1u);
 }
 

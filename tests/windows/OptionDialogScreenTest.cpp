@@ -138,7 +138,7 @@ class OptionDialogOnScreen : public testing::Test {
     GetWindowRect(dialog, &seen.place);
     GetWindowRect(window_, &seen.parentPlace);
     for (const int id : {saveButton, restoreButton, settingsGroup, banner}) {
-      const HWND control = GetDlgItem(dialog, id);
+      auto* const control = GetDlgItem(dialog, id);
       wchar_t text[200] = L"";
       GetWindowTextW(control, text, 200);
       seen.texts[id] = text;

@@ -53,9 +53,11 @@ class Reader {
   uint32_t directory(size_t index) const { return read32(file_, header_ + 24 + 112 + index * 8); }
 
   size_t offsetOf(uint32_t address) const {
-    for (const Section& section : sections_)
-      if (address >= section.address && address - section.address < section.size)
+    for (const Section& section : sections_) {
+      if (address >= section.address && address - section.address < section.size) {
         return section.fileOffset + (address - section.address);
+      }
+    }
     throw std::runtime_error("an address outside all sections");
   }
 
