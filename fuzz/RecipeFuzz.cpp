@@ -1,14 +1,11 @@
 // Any bytes as a recipe file. Held: it is refused with a message, or it is a recipe by which every colour gives an
 // amount of each ink from 0 to 1.
-#include <unistd.h>
-
 #include <cmath>
 #include <cstdint>
-#include <filesystem>
-#include <fstream>
 
 #include "cli/UserError.h"
 #include "cli/screens/Separation.h"
+#include "fuzz/FileOfBytes.h"
 #include "fuzz/Require.h"
 
 namespace {
@@ -42,17 +39,11 @@ void requireInks(const cli::Recipe& recipe) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  static const std::filesystem::path file =
-      std::filesystem::temp_directory_path() / ("recipe_fuzz." + std::to_string(getpid()) + ".json");
-  {
-    std::ofstream out(file, std::ios::binary);
-    out.write(reinterpret_cast<const char*>(data), static_cast<std::streamsize>(size));
-  }
+  const fuzz::FileOfBytes file({data, size}, ".json");
   try {
-    requireInks(cli::readRecipe(file));
+    requireInks(cli::readRecipe(file.path()));
   } catch (const cli::UserError&) {
     // Refused, as most bytes are.
   }
-  std::filesystem::remove(file);
   return 0;
 }

@@ -297,10 +297,16 @@ TEST_F(Suites, convolveDividesByTheEntriesOrTheirSum) {
   EXPECT_NE(report().find("convolve with the kernel flags 8"), std::string::npos) << report();
 }
 
-TEST_F(Suites, transformWorldMovesByAMatrixInWholeAndHalfPixels) {
+/// Two opaque pixels beside each other.
+Image reds100And200() {
   Image source(Depth::k8, 2, 1);
   source.at<PF_Pixel>(0, 0) = {255, 100, 0, 0};
   source.at<PF_Pixel>(1, 0) = {255, 200, 0, 0};
+  return source;
+}
+
+TEST_F(Suites, transformWorldMovesByAMatrixInWholeAndHalfPixels) {
+  const Image source = reds100And200();
   PF_EffectWorld from = host.lendWorld(source, "source");
   const PF_CompositeMode mode{PF_Xfer_COPY, 0, 255, 0, 32768};
   const auto moved = [&](double x, PF_Quality quality, PF_Boolean sourceToTarget) {
@@ -328,9 +334,7 @@ TEST_F(Suites, transformWorldMovesByAMatrixInWholeAndHalfPixels) {
 }
 
 TEST_F(Suites, transformWorldTurnsByAQuarter) {
-  Image source(Depth::k8, 2, 1);
-  source.at<PF_Pixel>(0, 0) = {255, 100, 0, 0};
-  source.at<PF_Pixel>(1, 0) = {255, 200, 0, 0};
+  const Image source = reds100And200();
   PF_EffectWorld from = host.lendWorld(source, "source");
   const PF_CompositeMode mode{PF_Xfer_COPY, 0, 255, 0, 32768};
   const Image result(Depth::k8, 1, 2);
