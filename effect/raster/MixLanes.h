@@ -117,6 +117,7 @@ struct Painter<Pixel16> {
     const __m128i zero = _mm_setzero_si128();
     const __m128i a = _mm_cvttps_epi32(_mm_mul_ps(_mm_cvtepi32_ps(counts.wide), alphaBySample_));
     const __m128i nothing = _mm_cmpeq_epi32(a, zero);
+    if (_mm_movemask_epi8(nothing) == 0xFFFF) return true;  // pays here, where two registers would be put together anew
     const __m128i empty = _mm_cmpeq_epi32(_mm_slli_epi32(halvesOf<0x88>(four), 16), zero);
     const __m128i replaced = _mm_or_si128(empty, _mm_cmpeq_epi32(a, _mm_set1_epi32(32768)));
     if (_mm_movemask_epi8(_mm_or_si128(nothing, replaced)) != 0xFFFF) return mixOver(four, a, nothing, replaced);
