@@ -5,7 +5,7 @@
 #include <cstring>
 #include <vector>
 
-#include "ScriptedEffect.h"
+#include "HostTest.h"
 #include "ae/AegpSuites.h"
 #include "ae/AppSuites.h"
 #include "ae/PixelSuites.h"
@@ -14,31 +14,11 @@
 
 namespace {
 
-using scripted::joined;
 using standin::Depth;
 using standin::Image;
 using standin::Matter;
 
-class Suites : public testing::Test {
- protected:
-  Suites() : host(scripted::Effect::entry) { host.makeCurrent(); }
-  template <class Table>
-  const Table* suite(const char* name, int32 version) {
-    const void* table = nullptr;
-    EXPECT_EQ(host.basicSuite()->AcquireSuite(name, version, &table), kSPNoError) << name << " " << version;
-    return static_cast<const Table*>(table);
-  }
-  PF_InData* in() {
-    inData = host.inData();
-    inData.effect_ref = host.effectRef();
-    return &inData;
-  }
-  PF_ProgPtr ref() { return host.effectRef(); }
-  std::string report() { return joined(host.books().report({Matter::kSuite})); }
-  scripted::Effect effect;
-  standin::StandInHost host;
-  PF_InData inData{};
-};
+class Suites : public scripted::HostTest {};
 
 struct Visit {
   A_long x, y;
