@@ -245,7 +245,7 @@ class EveryService : public scripted::HostTest {
 
   void addMemory() {
     const auto* memory = suite<AEGP_MemorySuite>(kAEGPMemorySuite, 1);
-    const auto add = [&](const char* name, std::function<PF_Err(AEGP_MemHandle)> work) {
+    const auto add = [&](const char* name, const std::function<PF_Err(AEGP_MemHandle)>& work) {
       all.push_back({.name = name, .call = [=, this](auto) { return withHandle(work); }, .takesRef = false});
     };
     all.push_back({.name = "AEGP_NewMemHandle",
@@ -328,7 +328,7 @@ class EveryService : public scripted::HostTest {
     const auto* button = suite<PF_EffectUISuite>(kPFEffectUISuite, 1);
     const auto* utility = suite<AEGP_UtilitySuite>(kAEGPUtilitySuite, 7);
     const auto* queue = suite<AEGP_RenderQueueSuite>(kAEGPRenderQueueSuite, 1);
-    const auto add = [&](const char* name, std::function<PF_Err()> call) {
+    const auto add = [&](const char* name, const std::function<PF_Err()>& call) {
       all.push_back({.name = name, .call = [=](auto) { return call(); }, .takesRef = false});
     };
     add("PF_AppGetBgColor", [=, this] { return app->PF_AppGetBgColor(&grey); });

@@ -14,7 +14,6 @@ namespace {
 
 using standin::Depth;
 using standin::Image;
-using standin::Matter;
 
 /// A call that is refused.
 struct Refusal {
