@@ -92,12 +92,12 @@ void checkSize(const PictureLayout& layout, const fs::path& file, const ReadChoi
   if (layout.width < 1 || layout.height < 1 || layout.fullWidth < 1 || layout.fullHeight < 1) {
     throw UserError(quoted(file) + " has no pixels");
   }
-  if (layout.fullWidth > PF_MAX_WORLD_WIDTH || layout.fullHeight > PF_MAX_WORLD_HEIGHT || layout.width > farthest ||
-      layout.height > farthest) {
+  if (layout.fullWidth > PF_MAX_WORLD_WIDTH || layout.fullHeight > PF_MAX_WORLD_HEIGHT) {
     throw UserError(quoted(file) + " is " + std::to_string(layout.fullWidth) + " x " +
                     std::to_string(layout.fullHeight) + " pixels; at most 30000 x 30000 can be rendered");
   }
-  const bool near = std::abs(layout.left) <= farthest && std::abs(layout.top) <= farthest;
+  const bool near = std::abs(layout.left) <= farthest && std::abs(layout.top) <= farthest && layout.width <= farthest &&
+                    layout.height <= farthest;
   const PixelWindow place = near ? placeOf(layout, choices.overscan) : PixelWindow{};
   if (!near || place.width > PF_MAX_WORLD_WIDTH || place.height > PF_MAX_WORLD_HEIGHT) {
     throw UserError(quoted(file) + " stores pixels too far off its image; at most 30000 x 30000 can be rendered");

@@ -45,7 +45,6 @@ class TiffReader final : public PictureReader {
   void takeSize() {
     layout_.width = layout_.fullWidth = tiffField<uint32_t>(tiff_.get(), TIFFTAG_IMAGEWIDTH, 0);
     layout_.height = layout_.fullHeight = tiffField<uint32_t>(tiff_.get(), TIFFTAG_IMAGELENGTH, 0);
-    if (layout_.width == 0 || layout_.height == 0) throw BrokenPicture("it has no pixels");
     separate_ = tiffField<uint16_t>(tiff_.get(), TIFFTAG_PLANARCONFIG, PLANARCONFIG_CONTIG) == PLANARCONFIG_SEPARATE;
     storedChannels_ = tiffField<uint16_t>(tiff_.get(), TIFFTAG_SAMPLESPERPIXEL, 1);
   }

@@ -8,6 +8,7 @@
 #include "cli/UserError.h"
 #include "tests/cli/ForeignPicture.h"
 #include "tests/cli/PngChunk.h"
+#include "tests/cli/ReadPictures.h"
 #include "tests/support/TemporaryFolder.h"
 
 using OIIO::ImageInput;
@@ -17,15 +18,6 @@ using standin::Depth;
 using standin::Image;
 
 namespace {
-
-std::string refusalToRead(const std::filesystem::path& file) {
-  try {
-    cli::readPicture(file);
-  } catch (const cli::UserError& error) {
-    return error.what();
-  }
-  return "accepted";
-}
 
 class ImageFileTest : public testing::Test {
  protected:
