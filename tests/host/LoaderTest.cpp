@@ -86,6 +86,51 @@ TEST(Loader, aMovedModuleIsUnloadedOnce) {
   EXPECT_EQ(host.globalSetup(), PF_Err_NONE);
 }
 
+std::string modulePath(const std::string& name) {
+  return std::string(MODULES_FOLDER) + "/" + name + MODULES_SUFFIX;
+}
+
+TEST(Loader, aModuleMovedOntoAnotherTakesItsPlace) {
+  LoadedModule module(modulePath("invert"));
+  LoadedModule other(probePath());
+  const std::string probe = other.entryName();
+  module = std::move(other);
+  EXPECT_EQ(other.entry(), nullptr);  // NOLINT: what a moved-from module holds is its contract
+  EXPECT_EQ(module.entryName(), probe);
+  EXPECT_EQ(std::filesystem::path(module.path()).filename(), std::filesystem::path(PROBE_FILE).filename());
+  standin::StandInHost host(module);
+  EXPECT_EQ(host.globalSetup(), PF_Err_NONE);
+  EXPECT_EQ(host.effectVersion(), 42U) << "the probe's";
+  LoadedModule& same = module;
+  module = std::move(same);
+  EXPECT_NE(module.entry(), nullptr) << "onto itself";
+}
+
+TEST(Loader, theFirstEffectOfAnOlderRegistrationCountsWhereTheNewerFails) {
+  EXPECT_EQ(LoadedModule(modulePath("older_registration")).entryName(), "FirstEntry");
+}
+
+TEST(Loader, aModuleWithoutAnEntryIsRefusedByItsPath) {
+  try {
+    const LoadedModule module(modulePath("no_entry"));
+    FAIL() << "it was loaded";
+  } catch (const std::runtime_error& error) {
+    const std::string told = error.what();
+    EXPECT_NE(told.find("no_entry"), std::string::npos) << told;
+    EXPECT_NE(told.find(" has no entry EntryPointFunc, nor one of another usual name"), std::string::npos) << told;
+  }
+}
+
+TEST(Loader, theLibraryItselfIsToldToTheEffect) {
+  const LoadedModule module(probePath());
+  standin::StandInHost host(module);
+  host.makeCurrent();
+  void* library = nullptr;
+  EXPECT_EQ(host.utils()->get_platform_data(host.effectRef(), PF_PlatData_RES_DLLINSTANCE, &library), PF_Err_NONE);
+  EXPECT_NE(library, nullptr);
+  EXPECT_EQ(library, module.systemHandle());
+}
+
 TEST(Loader, manyModulesWithThreadLocalsLeaveTheLeakCheckWhole) {
   // Under the address sanitizer the leak check at the end of the process once died over a module's thread-local block
   // that began 16 bytes behind a page; of this many blocks one does. The small blocks between them are of the same

@@ -27,20 +27,12 @@ PF_Err draw(PF_InData* in_data, PF_EffectWorld* source, PF_EffectWorld* target) 
   return err != PF_Err_NONE ? err : ended;
 }
 
-using Tell = A_Err (*)(void* token, const A_u_char* name, const A_u_char* match_name, const A_u_char* category,
-                       const A_u_char* entry_name, A_long kind, A_long api_major, A_long api_minor, A_long reserved,
-                       const A_u_char* support_url);
-
-const A_u_char* text(const char* letters) {
-  return reinterpret_cast<const A_u_char*>(letters);
-}
-
 }  // namespace
 
-extern "C" PF_Err PluginDataEntryFunction2(void* token, Tell tell, SPBasicSuite*, const char*, const char*) {
-  constexpr A_long effectKind = 0x65464B54;
-  return tell(token, text("Lookup"), text("Tests Lookup"), text("Tests"), text("LookupEntry"), effectKind, 13, 28, 8,
-              text(""));
+extern "C" PF_Err PluginDataEntryFunction2(void* token, parts::Tell2 tell, SPBasicSuite*, const char*, const char*) {
+  using parts::text;
+  return tell(token, text("Lookup"), text("Tests Lookup"), text("Tests"), text("LookupEntry"), parts::kEffectKind, 13,
+              28, 8, text(""));
 }
 
 extern "C" PF_Err LookupEntry(PF_Cmd cmd, PF_InData* in_data, PF_OutData* out_data, PF_ParamDef* params[],

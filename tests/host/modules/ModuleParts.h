@@ -35,6 +35,20 @@ class Suite {
   const Table* table_ = nullptr;
 };
 
+/// What a registration calls back for each part of a module; the older form ends before support_url.
+using Tell = A_Err (*)(void* token, const A_u_char* name, const A_u_char* match_name, const A_u_char* category,
+                       const A_u_char* entry_name, A_long kind, A_long api_major, A_long api_minor, A_long reserved);
+using Tell2 = A_Err (*)(void* token, const A_u_char* name, const A_u_char* match_name, const A_u_char* category,
+                        const A_u_char* entry_name, A_long kind, A_long api_major, A_long api_minor, A_long reserved,
+                        const A_u_char* support_url);
+
+inline constexpr A_long kEffectKind = 0x65464B54;   ///< 'eFKT'
+inline constexpr A_long kGeneralKind = 0x41456778;  ///< 'AEgx', a module that is no effect
+
+inline const A_u_char* text(const char* letters) {
+  return reinterpret_cast<const A_u_char*>(letters);
+}
+
 /// The layer itself as check-out 0, asked for with a border of margin pixels; the result is what is wanted of the layer
 /// with that border.
 inline PF_Err askForLayer(PF_InData* in_data, PF_PreRenderExtra& extra, A_long margin) {
