@@ -46,13 +46,6 @@ PF_ArbitraryH ArbitraryData::fromText(const std::string& text) const {
   return ask(extra) ? made : nullptr;
 }
 
-PF_ArbitraryH ArbitraryData::between(PF_ArbitraryH left, PF_ArbitraryH right, double t) const {
-  PF_ArbitraryH made = nullptr;
-  PF_ArbParamsExtra extra = question(PF_Arbitrary_INTERP_FUNC);
-  extra.u.interp_func_params = {refcon(), left, right, t, &made};
-  return ask(extra) ? made : nullptr;
-}
-
 std::optional<std::vector<uint8_t>> ArbitraryData::bytesOf(PF_ArbitraryH value) const {
   A_u_long size = 0;
   PF_ArbParamsExtra sizeQuestion = question(PF_Arbitrary_FLAT_SIZE_FUNC);
@@ -75,14 +68,6 @@ std::optional<std::string> ArbitraryData::textOf(PF_ArbitraryH value) const {
   extra.u.print_func_params = {refcon(), 0, value, size, text.data()};
   if (!ask(extra)) return std::nullopt;
   return std::string(text.begin(), std::find(text.begin(), text.end(), '\0'));
-}
-
-std::optional<PF_ArbCompareResult> ArbitraryData::compared(PF_ArbitraryH a, PF_ArbitraryH b) const {
-  A_long result = PF_ArbCompare_NOT_EQUAL;
-  PF_ArbParamsExtra extra = question(PF_Arbitrary_COMPARE_FUNC);
-  extra.u.compare_func_params = {refcon(), a, b, &result};
-  if (!ask(extra)) return std::nullopt;
-  return result;
 }
 
 void ArbitraryData::dispose(PF_ArbitraryH value) const {

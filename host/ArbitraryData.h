@@ -27,10 +27,8 @@ class ArbitraryData {
   PF_ArbitraryH copyOf(PF_ArbitraryH source) const;
   PF_ArbitraryH fromBytes(const std::vector<uint8_t>& bytes) const;
   PF_ArbitraryH fromText(const std::string& text) const;
-  PF_ArbitraryH between(PF_ArbitraryH left, PF_ArbitraryH right, double t) const;  ///< t: 0 left, 1 right
   std::optional<std::vector<uint8_t>> bytesOf(PF_ArbitraryH value) const;
   std::optional<std::string> textOf(PF_ArbitraryH value) const;
-  std::optional<PF_ArbCompareResult> compared(PF_ArbitraryH a, PF_ArbitraryH b) const;
   void dispose(PF_ArbitraryH value) const;  ///< null is nothing
 
  private:
