@@ -59,7 +59,7 @@ json readJson(const std::filesystem::path& file, const std::string& what) {
 std::string valueText(const json& value, const std::string& name, const std::string& where) {
   if (value.is_string()) return value.get<std::string>();
   if (value.is_boolean()) return value.get<bool>() ? "on" : "off";
-  if (value.is_number_integer()) return std::to_string(value.get<int64_t>());
+  if (value.is_number_integer()) return value.dump();  // which holds numbers beyond any type of ours, too
   if (value.is_number()) return shownNumber(value.get<double>());
   throw UserError(where + "'" + name + "' takes a number, a text, true or false, not " + value.type_name());
 }

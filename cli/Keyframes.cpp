@@ -147,8 +147,8 @@ std::vector<TrackText> readValueTable(const std::string& file) {
       continue;
     }
     if (fields.size() != tracks.size() + 1) {
-      throw UserError(where + "it has " + std::to_string(fields.size()) + " fields, and the first line " +
-                      std::to_string(tracks.size() + 1));
+      throw UserError(where + "it has " + std::to_string(fields.size()) + (fields.size() == 1 ? " field" : " fields") +
+                      ", and the first line " + std::to_string(tracks.size() + 1));
     }
     KeyText key;
     const char* const numberEnd = fields[0].data() + fields[0].size();

@@ -126,7 +126,9 @@ Assignment splitAssignment(const std::string& argument, const std::string& optio
   std::size_t last = equals;
   while (last != std::string::npos && last > 0 && argument[last - 1] == ' ') --last;
   if (equals == std::string::npos || first >= equals) {
-    const char* example = option == "--set" ? "--set \"Dot Size=14\"" : "--layer \"Mask Target Layer=mask.png\"";
+    const char* const example = option == "--set"    ? "--set \"Dot Size=14\""
+                                : option == "--vary" ? "--vary \"Dot Size=4,8,12\""
+                                                     : "--layer \"Mask Target Layer=mask.png\"";
     throw UserError(option + " takes a name, '=' and a value, as in " + example + ", not '" + argument + "'");
   }
   return {argument.substr(first, last - first), argument.substr(equals + 1)};
