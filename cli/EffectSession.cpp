@@ -40,24 +40,10 @@ standin::HostSettings settingsFor(const fs::path& module, Defaults defaults) {
 }
 
 standin::LayerValue layerFrom(const ControlFacts& control, const std::string& text, const LayerReader& readLayer) {
-  if (control.kind != ControlKind::layer) {
-    throw UserError("'" + control.name + "' is a " + kindName(control.kind) + ", not a layer; give it by --set");
-  }
   if (text == "source") return standin::LayerValue::itself();
   if (text == "none") return standin::LayerValue::none();
   if (text.empty()) throw UserError("'" + control.name + "' takes a picture's file, source or none");
   return standin::LayerValue::of(readLayer(text));
-}
-
-/// The control of this name, of whatever kind, so that a wrong kind can be told; a misspelt name is answered with the
-/// nearest layer, since nothing else was meant.
-const ControlFacts& findLayer(const std::vector<ControlFacts>& controls, const std::string& name) {
-  std::vector<std::string> layers;
-  for (const ControlFacts& control : controls) {
-    if (control.kind == ControlKind::layer) layers.push_back(control.name);
-    if (control.kind != ControlKind::groupEnd && equalIgnoringCase(control.name, name)) return control;
-  }
-  throw UserError("no layer '" + name + "'" + suggestion(name, layers, "; the layers are " + listed(layers, "and")));
 }
 
 void applyAll(const std::vector<ControlFacts>& controls, const std::vector<Assignment>& sets,
@@ -73,6 +59,17 @@ void applyAll(const std::vector<ControlFacts>& controls, const std::vector<Assig
 }
 
 }  // namespace
+
+const ControlFacts& findLayer(const std::vector<ControlFacts>& controls, const std::string& name) {
+  std::vector<std::string> layers;
+  for (const ControlFacts& control : controls) {
+    if (control.kind == ControlKind::layer) layers.push_back(control.name);
+    if (control.kind == ControlKind::groupEnd || !equalIgnoringCase(control.name, name)) continue;
+    if (control.kind == ControlKind::layer) return control;
+    throw UserError("'" + control.name + "' is a " + kindName(control.kind) + ", not a layer; give it by --set");
+  }
+  throw UserError("no layer '" + name + "'" + suggestion(name, layers, "; the layers are " + listed(layers, "and")));
+}
 
 EffectSession::EffectSession(const fs::path& module, Defaults defaults)
     : module_(load(module)), host_(module_, settingsFor(module, defaults)) {

@@ -18,6 +18,11 @@ namespace cli {
 /// Where the defaults of controls come from: the module alone, or the settings file beside it where there is one.
 enum class Defaults { builtIn, stored };
 
+/// The layer of this name.
+/// @throws UserError for a control of another kind, and for a misspelt name with the nearest layer, since nothing else
+///         was meant
+const ControlFacts& findLayer(const std::vector<ControlFacts>& controls, const std::string& name);
+
 class EffectSession {
  public:
   /// Loads the module and sends the set-ups of the module, its controls and a sequence.

@@ -93,9 +93,7 @@ void followRows(const std::vector<LayerText>& layers, const EffectSession& sessi
   for (const LayerText& layer : layers) {
     auto files = rowOfFiles(layer.picture);
     if (!files) continue;
-    const ControlFacts& control = findControl(session.controls(), layer.name);
-    if (control.kind != ControlKind::layer) throw UserError("'" + control.name + "' is no layer; give it by --set");
-    animation.follow(control.index, std::move(*files), readLayer);
+    animation.follow(findLayer(session.controls(), layer.name).index, std::move(*files), readLayer);
   }
 }
 
@@ -165,7 +163,8 @@ FilePicture FrameDrawer::draw(const FilePicture& picture, const fs::path& file, 
   if (animation_.moves()) {
     host.valueAt = [&](int32_t index, A_long time, A_u_long timeScale) {
       // A prepared picture stands for the whole frame.
-      if (preparations_.contains(index)) return values.value(index);
+      const auto preparation = preparations_.find(index);
+      if (preparation != preparations_.end() && preparation->second.any()) return values.value(index);
       try {
         return animation_.at(index, time, timeScale);
       } catch (const UserError& error) {
