@@ -3,7 +3,8 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <functional>
+#include <string>
+#include <string_view>
 
 #include "cli/ControlValue.h"
 #include "cli/UserError.h"
@@ -11,7 +12,8 @@
 namespace cli {
 namespace {
 
-// The host declares no units, so the names tell. A module without them has no lengths.
+// The host declares no units, so the names tell; '#' stands for the number of an effector. A module without them has no
+// lengths.
 constexpr std::array<std::string_view, 6> lengths = {"Dot Size", "Dot Distance X", "Dot Distance Y",
                                                      "Size #",   "ABS Size #",     "Offset Size #"};
 
@@ -75,10 +77,6 @@ void scaleTrack(const ControlFacts& control, double factor, TrackText& track) {
 }
 
 }  // namespace
-
-std::span<const std::string_view> lengthNames() {
-  return lengths;
-}
 
 bool isLength(const ControlFacts& control) {
   return control.kind == ControlKind::number &&

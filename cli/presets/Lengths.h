@@ -1,9 +1,6 @@
 /// Which values of a preset are lengths in pixels, and how they go along with a picture of another height.
 #pragma once
 
-#include <span>
-#include <string>
-#include <string_view>
 #include <vector>
 
 #include "cli/ControlFacts.h"
@@ -12,11 +9,8 @@
 
 namespace cli {
 
-/// The controls that are lengths in pixels of the full-size layer; '#' stands for the number of an effector.
-std::span<const std::string_view> lengthNames();
-
-/// True for a number that is a length. Places are none: they go along when they are given in pixels, and percent
-/// stay as they are.
+/// True for a number that is a length in pixels of the full-size layer. Places are none: they go along when they are
+/// given in pixels, and percent stay as they are.
 bool isLength(const ControlFacts& control);
 
 /// The preset with its lengths, its places in pixels and the speeds of their keys times the factor. What doesn't fit

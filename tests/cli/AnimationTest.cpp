@@ -182,6 +182,58 @@ TEST_F(AnimationTest, wrongAnimationsAreRefusedBeforeAnythingIsWritten) {
                 "'Dot Size': 'in' takes \"linear\", or an influence and a speed in braces");
   expectRefused(R"({"Dot Rotation": [{"frame": 1, "value": "ax+4"}]})",
                 "'Dot Rotation' takes turns as in 2x+45, not 'ax+4'");
+  for (const char* turns : {"91x+0", "-91x", "2.5x+4", "x+4", "99999999999x+4"}) {
+    expectRefused(R"({"Dot Rotation": [{"frame": 1, "value": ")" + std::string(turns) + R"("}]})",
+                  "'Dot Rotation' takes turns as in 2x+45, not '" + std::string(turns) + "'");
+  }
+  expectRefused(R"({"Dot Size": [{"frame": 1, "value": "2x+45"}]})",
+                "'Dot Size' takes a number from 0 to 1000, not '2x+45'");
+  expectRefused(R"({"Center Position": [{"frame": 1, "value": "10,20"}, {"frame": 2, "value": "50%,20%"}]})",
+                "'Center Position' goes from percent to pixels or back, which has no way between");
+}
+
+TEST_F(AnimationTest, wholeTurnsNeedNoDegrees) {
+  const auto file = folder_.write("a.json", R"({"animation": {"Dot Rotation": [{"frame": 1, "value": "-1x"},
+      {"frame": 3, "value": "1x"}]}})");
+  ASSERT_EQ(shot("1-2", {"--animate", file.string()}).exitCode, 0);
+  EXPECT_EQ(frame(1), still({"Dot Rotation=-360"}, 1));
+  EXPECT_EQ(frame(2), still({"Dot Rotation=0"}, 2));
+}
+
+TEST_F(AnimationTest, noSwingLeavesTheRange) {
+  // With this speed the opacity would be far beyond 100 halfway.
+  const auto file = folder_.write("a.json", R"({"animation": {"Dot Opacity": [
+      {"frame": 1, "value": 90, "out": {"influence": 50, "speed": 5000}}, {"frame": 3, "value": 95}]}})");
+  ASSERT_EQ(shot("2", {"--animate", file.string()}).exitCode, 0);
+  EXPECT_TRUE(frame(2) == still({"Dot Opacity=100"}, 2));
+}
+
+TEST_F(AnimationTest, whatGoesInStepsChangesAtItsKeys) {
+  const auto file = folder_.write("a.json", R"({"animation": {
+      "Random Seed": [{"frame": 1, "value": 0}, {"frame": 3, "value": 5}],
+      "Clear Background": [{"frame": 1, "value": false}, {"frame": 3, "value": true}]}})");
+  ASSERT_EQ(shot("2,3", {"--animate", file.string(), "--set", "Distance X=1"}).exitCode, 0);
+  EXPECT_TRUE(frame(2) == still({"Distance X=1", "Random Seed=0", "Clear Background=off"}, 2));
+  EXPECT_TRUE(frame(3) == still({"Distance X=1", "Random Seed=5", "Clear Background=on"}, 3));
+  EXPECT_FALSE(frame(3) == still({"Distance X=1", "Random Seed=0", "Clear Background=on"}, 3)) << "no seed shows";
+}
+
+TEST_F(AnimationTest, aRowOfFilesOfAPresetGivesWayToAPictureByHand) {
+  cli::writePicture(folder_ / "mask.1.png", smallPicture(Depth::k8, 96, 64));
+  folder_.write("p.json", R"({"controls": {"Mask": "Layer"}, "layers": {"Mask Target Layer": "mask.#.png"}})");
+  const std::vector<std::string> preset = {"--preset", path("p.json")};
+  std::vector<std::string> none = preset;
+  none.insert(none.end(), {"--layer", "Mask Target Layer=source"});
+  ASSERT_EQ(shot("1-2", none).exitCode, 0) << "no second file is looked for";
+  EXPECT_EQ(frame(2), frame(1));
+  const Outcome missing = shot("1-2", preset);
+  EXPECT_EQ(missing.exitCode, 1);
+  EXPECT_TRUE(missing.err.starts_with("vindrel: frame 2: no file '" + path("mask.2.png") + "'")) << missing.err;
+}
+
+TEST_F(AnimationTest, aFileWhoseNameLooksLikeARowIsThatFile) {
+  cli::writePicture(folder_ / "mask.#.png", smallPicture(Depth::k8, 96, 64));
+  EXPECT_EQ(shot("1-2", {"--set", "Mask=Layer", "--layer", "Mask Target Layer=" + path("mask.#.png")}).exitCode, 0);
 }
 
 TEST_F(AnimationTest, theSameBytesComeFromEveryNumberOfJobs) {

@@ -1,8 +1,14 @@
 // Files put in their places: whole or not at all, and what stands there is respected.
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/file.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/un.h>
+#include <unistd.h>
 
+#include <algorithm>
 #include <future>
 
 #include "cli/UserError.h"
@@ -145,6 +151,173 @@ TEST_F(FilesTest, aLongNameLeavesRoomForTheNameInTheMaking) {
   put(folder_ / name, "content");
   EXPECT_EQ(folder_.read(name), "content");
 }
+
+// ---- what can't be read or written, and why
+
+namespace {
+
+/// As somebody who may do little, where the tests are run by the one who may do all.
+class AsNobody {
+ public:
+  AsNobody() : was_(geteuid()) {
+    constexpr uid_t nobody = 65534;
+    // The first user asks for permission, the second has it, and the third is the way back.
+    if (was_ == 0) {
+      EXPECT_EQ(setresuid(nobody, nobody, 0), 0);
+    }
+  }
+  AsNobody(const AsNobody&) = delete;
+  AsNobody& operator=(const AsNobody&) = delete;
+  ~AsNobody() {
+    if (was_ == 0) {
+      EXPECT_EQ(setresuid(0, 0, 0), 0);
+    }
+  }
+
+ private:
+  uid_t was_;
+};
+
+class InTheWayTest : public FilesTest {
+ protected:
+  void SetUp() override { cli::writePicture(folder_ / "in.png", smallPicture(standin::Depth::k8)); }
+
+  std::string quoted(const std::string& name) const { return "'" + path(name) + "'"; }
+
+  void expectRefused(const std::string& in, const std::string& out, const std::string& message) const {
+    const Outcome outcome = runCommandLine({"render", path(in), path(out)});
+    EXPECT_EQ(outcome.err, "vindrel: " + message + "\n");
+    EXPECT_EQ(outcome.exitCode, 2);
+  }
+
+  /// What putFile says.
+  static std::string complaintOfPut(const fs::path& file) {
+    try {
+      put(file, "content");
+    } catch (const cli::UserError& error) {
+      return error.what();
+    }
+    return "written";
+  }
+};
+
+}  // namespace
+
+TEST_F(InTheWayTest, whoMayNotReadAPictureIsToldSo) {
+  ASSERT_EQ(chmod(path("in.png").c_str(), 0), 0);
+  const AsNobody nobody;
+  expectRefused("in.png", "out.png", "no permission to read " + quoted("in.png"));
+}
+
+TEST_F(InTheWayTest, whoMayNotWriteIsToldSoBeforeAnythingIsDrawn) {
+  fs::create_directory(folder_ / "locked");
+  folder_.write("locked/there.png", "precious");
+  ASSERT_EQ(chmod(path("locked/there.png").c_str(), 0444), 0);
+  ASSERT_EQ(chmod(path("locked").c_str(), 0555), 0);
+  ASSERT_EQ(chmod(folder_.path().c_str(), 0755), 0);
+  const AsNobody nobody;
+  expectRefused("in.png", "locked/out.png",
+                "can't write " + quoted("locked/out.png") + ": no permission to write in " + quoted("locked"));
+  expectRefused("in.png", "locked/there.png", "can't write " + quoted("locked/there.png") + ": it is write-protected");
+  EXPECT_EQ(complaintOfPut(folder_ / "locked/out.png"),
+            "can't write " + quoted("locked/out.png") + ": Permission denied");
+  EXPECT_EQ(folder_.read("locked/there.png"), "precious");
+}
+
+TEST_F(InTheWayTest, namesThatLeadNowhereAreNoFiles) {
+  expectRefused("in.png/x.png", "out.png", "no file " + quoted("in.png/x.png"));
+  fs::create_symlink("b", folder_ / "a");
+  fs::create_symlink("a", folder_ / "b");
+  expectRefused("a", "out.png", "can't read " + quoted("a") + ": Too many levels of symbolic links");
+  const std::string endless(300, 'x');
+  expectRefused(endless, "out.png", "can't read " + quoted(endless) + ": File name too long");
+}
+
+TEST_F(InTheWayTest, aFileOfMoreBytesThanAreReadIsRefusedBeforeItIsRead) {
+  folder_.write("large.png", "");
+  fs::resize_file(folder_ / "large.png", 1'000'001);
+  const Outcome picture = runCommandLine({"render", path("large.png"), path("out.png"), "--limit-memory", "1M"});
+  EXPECT_EQ(picture.err,
+            "vindrel: " + quoted("large.png") + " has 1000001 bytes; a picture may have at most 1000000\n");
+  folder_.write("large.json", "");
+  fs::resize_file(folder_ / "large.json", 16'000'001);
+  const Outcome preset = runCommandLine({"render", path("in.png"), path("out.png"), "--preset", path("large.json")});
+  EXPECT_EQ(preset.err,
+            "vindrel: " + quoted("large.json") + " has 16000001 bytes; a preset may have at most 16000000\n");
+  fs::copy_file(VINDREL_MODULE, folder_ / "Copy.so");
+  folder_.write("Copy.ini", "");
+  fs::resize_file(folder_ / "Copy.ini", 1'000'001);
+  const Outcome settings = runCommandLine({"controls", "--module", path("Copy.so")});
+  EXPECT_EQ(settings.err,
+            "vindrel: " + quoted("Copy.ini") + " has 1000001 bytes; a module's settings may have at most 1000000\n");
+}
+
+TEST_F(InTheWayTest, aFolderCannotBecomeAFile) {
+  fs::create_directory(folder_ / "folder");
+  EXPECT_EQ(complaintOfPut(folder_ / "folder"), "can't write " + quoted("folder") + ": Is a directory");
+}
+
+TEST_F(InTheWayTest, anythingElseThatCannotBeOpenedIsNamed) {
+  const int open = socket(AF_UNIX, SOCK_STREAM, 0);
+  ASSERT_GE(open, 0);
+  sockaddr_un address{};
+  address.sun_family = AF_UNIX;
+  ASSERT_LT(path("door.png").size(), sizeof address.sun_path);
+  path("door.png").copy(address.sun_path, sizeof address.sun_path - 1);
+  ASSERT_EQ(bind(open, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+  expectRefused("in.png", "door.png", "can't write " + quoted("door.png") + ": No such device or address");
+  close(open);
+}
+
+TEST_F(InTheWayTest, aFileMayBeNamedWithoutItsFolder) {
+  const fs::path before = fs::current_path();
+  fs::current_path(folder_.path());
+  put("plain.txt", "content");
+  fs::create_symlink("plain.txt", "link.txt");
+  put("link.txt", "more");
+  EXPECT_EQ(complaintOfPut("none/plain.txt"), "can't write 'none/plain.txt': No such file or directory");
+  const Outcome misspelt = runCommandLine({"render", "inn.png", "out.png"});
+  const Outcome drawn = runCommandLine({"render", "in.png", "out.png"});
+  fs::current_path(before);
+  EXPECT_EQ(folder_.read("plain.txt"), "more");
+  EXPECT_EQ(misspelt.err, "vindrel: no file 'inn.png'; did you mean 'in.png'?\n");
+  EXPECT_EQ(drawn.exitCode, 0) << drawn.err;
+  EXPECT_EQ(cli::readPicture(folder_ / "out.png").width(), 24);
+}
+
+TEST_F(InTheWayTest, aLinkToAWholePathIsFollowed) {
+  fs::create_symlink(folder_ / "real.txt", folder_ / "link.txt");
+  put(folder_ / "link.txt", "content");
+  EXPECT_EQ(folder_.read("real.txt"), "content");
+  EXPECT_TRUE(fs::is_symlink(folder_ / "link.txt"));
+}
+
+TEST_F(InTheWayTest, onlyLeftoversThatNobodyHoldsAreRemoved) {
+  const std::string held = ".vindrel-0123456789abc.part";
+  const std::string link = ".vindrel-abcdefghijklm.part";
+  const std::vector<std::string> others = {".vindrel-0123.part", ".vindrel-0123456789abc.tmp0",
+                                           "xvindrel-0123456789abc.part", "in.png"};
+  for (const std::string& name : others) folder_.write(name, "");
+  folder_.write(held, "");
+  folder_.write(".vindrel-0000000000000.part", "");
+  fs::create_symlink("in.png", folder_ / link);
+  const int open = ::open(path(held).c_str(), O_RDONLY | O_CLOEXEC);
+  ASSERT_EQ(flock(open, LOCK_EX), 0);
+  cli::removeLeftovers(folder_.path());
+  std::vector<std::string> left = others;
+  left.insert(left.end(), {held, link});
+  std::sort(left.begin(), left.end());
+  EXPECT_EQ(folder_.names(), left);
+  close(open);
+  const fs::path before = fs::current_path();
+  fs::current_path(folder_.path());
+  cli::removeLeftovers("");
+  fs::current_path(before);
+  EXPECT_FALSE(folder_.has(held)) << "nobody holds it any more";
+  cli::removeLeftovers(folder_ / "none");  // nothing there, nothing to do
+}
+
+// ---- signals
 
 namespace {
 

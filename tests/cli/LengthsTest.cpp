@@ -131,3 +131,34 @@ TEST_F(LengthsTest, aHeightThatIsNoneIsRefused) {
         "preset '" + path("p.json") + "': 'height' takes the height of a picture in whole pixels, 1 to 30000");
   }
 }
+
+TEST_F(LengthsTest, whatNamesNoControlOrNoLengthIsLeftForThoseWhoUseIt) {
+  const auto refuse = [&](const std::string& content, const std::string& message) {
+    folder_.write("p.json", R"({"height": 30, )" + content + "}");
+    expectRefused({"render", path("in.png"), path("out.png"), "--preset", path("p.json")},
+                  "preset '" + path("p.json") + "': " + message);
+  };
+  refuse(R"("controls": {"Dot Sise": 4})", "no control 'Dot Sise'; did you mean 'Dot Size'?");
+  refuse(R"("controls": {"Dot Size": "big"})", "'Dot Size' takes a number from 0 to 1000, not 'big'");
+  refuse(R"("animation": {"Dot Sise": [{"frame": 0, "value": 4}]})", "no control 'Dot Sise'; did you mean 'Dot Size'?");
+}
+
+TEST_F(LengthsTest, nothingStaysNothing) {
+  folder_.write("p.json", R"({"height": 30, "controls": {"Dot Size": 0, "Dot Distance X": 4, "Dot Distance Y": 4}})");
+  EXPECT_TRUE(samePixels(rendered({"--preset", path("p.json")}),
+                         rendered({"--set", "Dot Size=0", "--set", "Dot Distance X=8", "--set", "Dot Distance Y=8"})));
+}
+
+TEST_F(LengthsTest, keysOfWhatIsNoLengthAndPlacesInPercentKeepTheirSpeeds) {
+  const std::string keys = R"("animation": {
+    "Dot Rotation": [{"frame": 0, "value": 0, "out": {"influence": 50, "speed": 90}}, {"frame": 24, "value": 60}],
+    "Center Position": [{"frame": 0, "value": "50%,50%", "out": {"influence": 50, "speed": 70}},
+                        {"frame": 24, "value": "20%,10%"}]})";
+  folder_.write(
+      "p.json",
+      R"({"height": 30, "controls": {"Dot Size": 5, "Dot Distance X": 10, "Dot Distance Y": 10}, )" + keys + "}");
+  folder_.write("q.json",
+                R"({"controls": {"Dot Size": 10, "Dot Distance X": 20, "Dot Distance Y": 20}, )" + keys + "}");
+  EXPECT_TRUE(samePixels(rendered({"--preset", path("p.json"), "--frame", "9"}),
+                         rendered({"--preset", path("q.json"), "--frame", "9"})));
+}

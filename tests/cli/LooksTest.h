@@ -26,6 +26,16 @@ class LooksTest : public testing::Test {
     return outcome.exitCode == 0 ? cli::readPicture(folder_ / "rendered.png") : standin::Image();
   }
 
+  /// With the folder of a user, which the other tests go without, and the looks that lie beside a program.
+  static Outcome runAsUser(const std::vector<std::string>& words, const std::filesystem::path& user,
+                           const std::filesystem::path& program = std::filesystem::path(VINDREL_MODULE).parent_path()) {
+    std::ostringstream out;
+    std::ostringstream err;
+    const int exitCode = cli::run(words, {out, err, {}, program, user});
+    return {exitCode, std::move(out).str(), std::move(err).str()};
+  }
+  Outcome runAsUser(const std::vector<std::string>& words) const { return runAsUser(words, folder_ / "user"); }
+
   /// One line on the error stream, exit code 2, and no file that wasn't there before.
   void expectRefused(const std::vector<std::string>& words, const std::string& message) {
     const std::vector<std::string> before = folder_.names();

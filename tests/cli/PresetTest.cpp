@@ -64,6 +64,11 @@ TEST_F(PresetTest, partsOfAWrongFormAreToldApart) {
   EXPECT_EQ(complaintAbout(R"({"controls": {"Dot Size": [1]}})"),
             "'Dot Size' takes a number, a text, true or false, not array");
   EXPECT_EQ(complaintAbout(R"({"layers": {"A": true}})"), "'A' takes a picture, 'source' or 'none'");
+  EXPECT_EQ(complaintAbout(R"({"layers": []})"), "'layers' takes names with values in braces");
+  EXPECT_EQ(complaintAbout(R"({"layers": {"A": {"blur": 3}}})"), "'A' has no 'picture'");
+  EXPECT_EQ(complaintAbout(R"({"layers": {"A": {"picture": 3}}})"), "'A' takes a picture, 'source' or 'none'");
+  EXPECT_TRUE(complaintAbout(R"({"layers": {"A": {"picture": "source", "blur": "much"}}})").starts_with("'A': "));
+  EXPECT_EQ(complaintAbout(R"({"controls": {"Dot Size": 1e999}})"), "a number in it is too large");
 }
 
 TEST_F(PresetTest, aMissingPresetIsAnsweredWithTheNearestFile) {

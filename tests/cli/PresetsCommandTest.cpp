@@ -7,21 +7,13 @@
 
 #include "tests/cli/LooksTest.h"
 
+using standin::Image;
+
 namespace {
 
 class PresetsCommandTest : public LooksTest {
  protected:
   void SetUp() override { picture("in.png", 90, 60); }
-
-  /// With the folder of a user, which the other tests go without.
-  Outcome runAsUser(const std::vector<std::string>& words) {
-    std::ostringstream out;
-    std::ostringstream err;
-    const cli::Surroundings surroundings{
-        out, err, {}, std::filesystem::path(VINDREL_MODULE).parent_path(), folder_ / "user"};
-    const int exitCode = cli::run(words, surroundings);
-    return {exitCode, std::move(out).str(), std::move(err).str()};
-  }
 };
 
 }  // namespace
@@ -176,4 +168,85 @@ TEST_F(PresetsCommandTest, presetsOfSeveralHeightsNeedOne) {
   folder_.write("b.json", R"({"height": 40})");
   expectRefused({"presets", "--save", path("p.json"), "--preset", path("a.json"), "--preset", path("b.json")},
                 "the presets are for pictures of several heights; --height says for which one to save");
+}
+
+TEST_F(PresetsCommandTest, presetsOfOneHeightNeedNone) {
+  folder_.write("a.json", R"({"height": 50, "controls": {"Dot Size": 9}})");
+  folder_.write("b.json", R"({"height": 50, "controls": {"Dot Shape": "Star"}})");
+  ASSERT_EQ(
+      runCommandLine({"presets", "--save", path("p.json"), "--preset", path("a.json"), "--preset", path("b.json")})
+          .exitCode,
+      0);
+  EXPECT_EQ(nlohmann::json::parse(folder_.read("p.json")),
+            nlohmann::json::parse(R"({"height": 50, "controls": {"Dot Size": 9.0, "Dot Shape": "Star"}})"));
+}
+
+TEST_F(PresetsCommandTest, namesThatNoFileShouldHaveAreRefused) {
+  for (const std::string name : {".hidden", "back\\slash", "tab\there", "rub\x7Fout", "new\nline"}) {
+    expectRefused({"presets", "--save", name},
+                  "--save takes a name without blanks or a file that ends in .json, not '" + name + "'");
+  }
+}
+
+TEST_F(PresetsCommandTest, aUsersFolderThatCannotBeMadeIsNamed) {
+  folder_.write("user", "a file");
+  const Outcome outcome = runAsUser({"presets", "--save", "mine"});
+  EXPECT_EQ(outcome.err, "vindrel: can't make the folder '" + path("user/presets") + "': Not a directory\n");
+  EXPECT_EQ(outcome.exitCode, 2);
+}
+
+TEST_F(PresetsCommandTest, everyFormOfAValueIsSavedAsItIsRead) {
+  const std::string whole = R"({
+    "about": "All of it",
+    "controls": {"Dot Size": 14.5, "Random Seed": 7, "Clear Background": true, "Dot Shape": "Star", "Dot Color": "#ff7d14"},
+    "layers": {"Mask Target Layer": "none", "Custom Map Layer 1": {"picture": "source", "blur": 2.5},
+               "Custom Map Layer 2": {"picture": "in.png", "fit": "cover", "blur": "pitch"}},
+    "animation": {"Dot Rotation": [{"frame": 0.0, "value": "2x+45", "in": "linear", "out": "hold"},
+                                   {"second": 2.0, "value": 10.5, "in": {"influence": 20.0, "speed": 3.0}, "out": "linear"}],
+                  "Center Position": [{"frame": 0.0, "value": "50%, 25%", "in": "linear", "out": "linear"}]}})";
+  folder_.write("a.json", whole);
+  const Outcome outcome = runCommandLine({"presets", "--save", path("p.json"), "--preset", path("a.json")});
+  ASSERT_EQ(outcome.exitCode, 0) << outcome.err;
+  EXPECT_EQ(nlohmann::json::parse(folder_.read("p.json")), nlohmann::json::parse(whole));
+}
+
+TEST_F(PresetsCommandTest, nothingAtAllIsAnEmptyPreset) {
+  const std::filesystem::path before = std::filesystem::current_path();
+  std::filesystem::current_path(folder_.path());
+  const Outcome outcome = runCommandLine({"presets", "--save", "./p.json", "--layer", "Mask Target Layer=in.png"});
+  const Outcome empty = runCommandLine({"presets", "--save", "e.json"});
+  std::filesystem::current_path(before);
+  EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
+  EXPECT_EQ(nlohmann::json::parse(folder_.read("p.json")).at("layers").at("Mask Target Layer"), "in.png");
+  EXPECT_EQ(empty.exitCode, 0) << empty.err;
+  EXPECT_EQ(folder_.read("e.json"), "{}\n");
+}
+
+TEST_F(PresetsCommandTest, aFileWithoutAnEndingIsFoundWhereTheCallerIs) {
+  folder_.write("mylook", R"({"controls": {"Dot Size": 21}})");
+  std::filesystem::create_directory(folder_ / "shelf");
+  const std::filesystem::path before = std::filesystem::current_path();
+  std::filesystem::current_path(folder_.path());
+  const Image drawn = rendered({"--preset", "mylook"});
+  const Outcome folder = runCommandLine({"render", path("in.png"), path("out.png"), "--preset", "shelf"});
+  std::filesystem::current_path(before);
+  EXPECT_TRUE(samePixels(drawn, rendered({"--set", "Dot Size=21"})));
+  EXPECT_TRUE(folder.err.starts_with("vindrel: no preset 'shelf'; there are ")) << folder.err;
+  EXPECT_EQ(folder.exitCode, 2);
+}
+
+TEST_F(PresetsCommandTest, whereThereAreNoPresetsThatIsSaid) {
+  const Outcome outcome =
+      runAsUser({"render", path("in.png"), path("out.png"), "--module", VINDREL_MODULE, "--preset", "mine"},
+                folder_ / "user", folder_ / "program");
+  EXPECT_EQ(outcome.err, "vindrel: no preset 'mine'; there are none by name\n");
+  const Outcome nameless = runCommandLine({"render", path("in.png"), path("out.png"), "--preset", ""});
+  EXPECT_TRUE(nameless.err.starts_with("vindrel: no preset ''; there are ")) << nameless.err;
+}
+
+TEST_F(PresetsCommandTest, aUsersPresetGoesBeforeAShippedOne) {
+  std::filesystem::create_directories(folder_ / "user/presets");
+  folder_.write("user/presets/starfield.json", R"({"controls": {"Dot Size": 21}})");
+  ASSERT_EQ(runAsUser({"render", path("in.png"), path("a.png"), "--preset", "starfield"}).exitCode, 0);
+  EXPECT_TRUE(samePixels(cli::readPicture(folder_ / "a.png"), rendered({"--set", "Dot Size=21"})));
 }

@@ -184,6 +184,69 @@ TEST_F(ScreensTest, wrongRecipesAreToldWithTheNearestName) {
                       "'black' has no 'stength'; did you mean 'strength'?");
   expectRecipeRefused(R"({"black": {"start": 1}, "passes": []})", "'start' takes a number from 0 to 0.99");
   expectRecipeRefused(R"({"height": 10.5, "passes": []})", "'height' takes whole pixels");
+  expectRecipeRefused(R"({"height": 30001, "passes": []})", "'height' takes a number from 1 to 30000");
+  expectRecipeRefused(R"({"about": 5})", "'about' takes a text");
+  expectRecipeRefused(R"({"passes": {}})", "'passes' takes passes in brackets");
+  expectRecipeRefused(R"({"passes": [[]]})", "pass 1: a pass takes names with values in braces");
+  expectRecipeRefused(R"({"passes": [)" + pass + R"(, "set": ["Dot Size=3"]}]})",
+                      "pass 1: 'set' takes names with values in braces");
+  expectRecipeRefused(R"({"passes": [)" + pass + R"(, "shift": [3]}]})",
+                      "pass 1: 'shift' takes two numbers in brackets, right and down");
+  expectRecipeRefused(R"({"passes": [)" + pass + R"(, "shift": [3, 1001]}]})",
+                      "pass 1: 'shift' takes a number from -1000 to 1000");
+  expectRecipeRefused(R"({"passes": [{"channel": 5}]})", "pass 1: 'channel' takes a text");
+  expectRecipeRefused(R"({"passes": [{"ink": 5}]})", "pass 1: 'ink' takes a colour such as #ff7d14, not '5'");
+}
+
+TEST_F(ScreensTest, aPassWithoutOneOfItsThreePartsIsRefused) {
+  const std::string message = "pass 1: a pass takes a channel, a preset and an ink";
+  expectRecipeRefused(R"({"passes": [{"preset": "newsprint", "ink": "#000000"}]})", message);
+  expectRecipeRefused(R"({"passes": [{"channel": "dark", "ink": "#000000"}]})", message);
+  expectRecipeRefused(R"({"passes": [{"channel": "dark", "preset": "newsprint"}]})", message);
+}
+
+TEST_F(ScreensTest, aShiftGoesAlongWithTheHeightAndABesideLyingPresetGoesFirst) {
+  // Dots over all, in black on white, so that the shift leaves a white rim at the left and the top.
+  flat("in.png", {255, 0, 0, 0}, 240);
+  folder_.write("newsprint.json", R"({"controls": {"Dot Size": 300, "Distance Between": "Centers"}})");
+  const auto blackFrom = [&](const std::string& height, const std::vector<std::string>& more) {
+    folder_.write("r.json",
+                  R"({)" + height + R"( "passes": [{"channel": "dark", "preset": "newsprint", "ink": "#000000",
+        "shift": [10, 5]}]})");
+    std::vector<std::string> words = {"screens", path("in.png"), path("out.png"), "--recipe", path("r.json")};
+    words.insert(words.end(), more.begin(), more.end());
+    const Outcome outcome = runCommandLine(words);
+    EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
+    const Image image = cli::readPicture(folder_ / "out.png");
+    int32_t x = 0;
+    int32_t y = 0;
+    while (x < 239 && image.at<PF_Pixel>(x, 239).red == 255) ++x;
+    while (y < 239 && image.at<PF_Pixel>(239, y).red == 255) ++y;
+    return std::pair(x, y);
+  };
+  EXPECT_EQ(blackFrom("", {}), (std::pair{10, 5}));
+  EXPECT_EQ(blackFrom(R"("height": 120,)", {}), (std::pair{20, 10})) << "the picture is twice as high";
+  EXPECT_EQ(blackFrom(R"("height": 120,)", {"--scale", "3"}), (std::pair{30, 15}));
+}
+
+TEST_F(ScreensTest, whereThePictureIsClearNothingIsPrinted) {
+  flat("in.png", {0, 0, 0, 0}, 60);
+  folder_.write("r.json", R"({"paper": "#102030", "passes": [
+    {"channel": "dark", "preset": "newsprint", "ink": "#ffffff", "lay": "over"}]})");
+  ASSERT_EQ(runCommandLine({"screens", path("in.png"), path("out.png"), "--recipe", path("r.json")}).exitCode, 0);
+  const Image out = cli::readPicture(folder_ / "out.png");
+  for (int32_t i = 0; i < 60; ++i) EXPECT_EQ(out.at<PF_Pixel>(i, i).red, 16);
+}
+
+TEST_F(ScreensTest, aBrokenRecipeIsToldOfAndTheOthersAreListed) {
+  std::filesystem::create_directories(folder_ / "user/recipes");
+  folder_.write("user/recipes/broken.json", "{}");
+  folder_.write("user/recipes/note.txt", "no recipe");
+  const Outcome outcome = runAsUser({"screens", "--list"});
+  EXPECT_EQ(outcome.exitCode, 0);
+  EXPECT_EQ(outcome.err, "vindrel: warning: recipe '" + path("user/recipes/broken.json") + "': it has no passes\n");
+  EXPECT_NE(outcome.out.find("cmyk-news"), std::string::npos);
+  EXPECT_EQ(outcome.out.find("note"), std::string::npos);
 }
 
 TEST_F(ScreensTest, aPassThatCannotBeDrawnIsNamed) {
