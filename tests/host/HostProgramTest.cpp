@@ -80,7 +80,7 @@ TEST_F(HostProgram, wrongFramesAreToldInOneLine) {
         "VINDREL-RAW 1 30001 1 8\nabcd", "VINDREL-RAW 1 1 30001 8\nabcd", "VINDREL-RAW 1 0 1 8\n",
         "VINDREL-RAW 2 1 1 8\nabcd", "VINDREL-RAW 1 1 1\nabcd",
         // Without the line's end, and as long as the pixels alone but for the end.
-        "VINDREL-RAW 1 5 1 8"}) {
+        "VINDREL-RAW 1 5 1 8", "VINDREL-RAW 1 1 1                                                   8\nabcd"}) {
     const Ran ran = written(bytes);
     EXPECT_EQ(ran.code, 1) << bytes;
     EXPECT_EQ(std::count(ran.err.begin(), ran.err.end(), '\n'), 1) << ran.err;
@@ -96,6 +96,7 @@ TEST_F(HostProgram, wrongWordsAreToldInOneLine) {
   for (const std::vector<std::string>& words :
        std::vector<std::vector<std::string>>{{"dance"},
                                              {"load"},
+                                             {"list"},
                                              {"render", invert, file("in")},
                                              {"render", invert, file("in"), file("out"), "--road"},
                                              {"render", invert, file("in"), file("out"), "--road", "scenic"},
@@ -115,6 +116,7 @@ TEST_F(HostProgram, wrongWordsAreToldInOneLine) {
 
 TEST_F(HostProgram, aModuleIsLoadedListedAndDrawnWithItsValues) {
   EXPECT_NE(run({"load", invert}).out.find("roads: classic, smart\n"), std::string::npos);
+  EXPECT_NE(run({"load", every}).out.find("roads: classic\n"), std::string::npos);
   EXPECT_EQ(run({"list", shift}).out, "1\tarbitrary data\tShift\n");
   standin::writeRawFrame(file("in"), ramp(2, 1));
   for (const char* road : {"classic", "smart"}) {

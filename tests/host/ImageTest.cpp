@@ -129,4 +129,50 @@ TEST(Image, aScaledLengthIsTruncatedAfterAHalfIsAdded) {
   EXPECT_EQ(standin::scaledLength(0, {1, 1}), 0);
 }
 
+TEST(Image, aScaleThatIsNoneOrBelowLeavesNothing) {
+  EXPECT_EQ(standin::scaledLength(10, {1, 0}), 0);
+  EXPECT_EQ(standin::scaledLength(10, {-1, 2}), 0);
+}
+
+TEST(Image, aSizeThatDoesNotDivideTakesTheNearestPixels) {
+  Image image(Depth::k16, 3, 1);
+  for (int32_t x = 0; x < 3; ++x) image.at<PF_Pixel16>(x, 0) = {32768, static_cast<A_u_short>(10 + x), 0, 0};
+  image.pixelAspect = {2, 1};
+  const Image two = image.resized(2, 1);
+  // The middles of the two lie at 0.75 and 2.25 of three.
+  EXPECT_EQ(two.at<PF_Pixel16>(0, 0).red, 10);
+  EXPECT_EQ(two.at<PF_Pixel16>(1, 0).red, 12);
+  EXPECT_EQ(two.pixelAspect.num, 2);
+  EXPECT_TRUE(standin::samePixels(Image(Depth::k8, 3, 2).resized(3, 3), Image(Depth::k8, 3, 3)))
+      << "as wide and not as high";
+}
+
+TEST(Image, nothingAndAPictureOfNothingAreResizedToNothing) {
+  EXPECT_TRUE(Image(Depth::k8, 4, 4).resized(0, 2).empty());
+  EXPECT_TRUE(standin::samePixels(Image(Depth::k8, 0, 4).resized(2, 2), Image(Depth::k8, 2, 2)));
+}
+
+TEST(Image, halfSizeIsTheMeanAtEveryDepth) {
+  Image deep(Depth::k16, 2, 1);
+  deep.at<PF_Pixel16>(0, 0) = {32768, 100, 0, 0};
+  deep.at<PF_Pixel16>(1, 0) = {16384, 400, 0, 0};
+  // Colours go by alpha: (100 * 2 + 400) / 3.
+  EXPECT_EQ(deep.resized(1, 1).at<PF_Pixel16>(0, 0).alpha, 24576);
+  EXPECT_EQ(deep.resized(1, 1).at<PF_Pixel16>(0, 0).red, 200);
+  Image real(Depth::k32, 2, 1);
+  real.at<PF_PixelFloat>(0, 0) = {1.0F, 1.0F, 0.0F, 0.0F};
+  real.at<PF_PixelFloat>(1, 0) = {0.5F, 4.0F, 0.0F, 0.0F};
+  EXPECT_EQ(real.resized(1, 1).at<PF_PixelFloat>(0, 0).alpha, 0.75F);
+  EXPECT_EQ(real.resized(1, 1).at<PF_PixelFloat>(0, 0).red, 2.0F);
+}
+
+TEST(Image, picturesOfOtherDepthsAndSizesDiffer) {
+  const Image image(Depth::k8, 2, 2);
+  EXPECT_TRUE(standin::samePixels(image, Image(Depth::k8, 2, 2, 12))) << "padding does not count";
+  EXPECT_FALSE(standin::samePixels(image, Image(Depth::k16, 2, 2)));
+  EXPECT_FALSE(standin::samePixels(image, Image(Depth::k8, 3, 2)));
+  EXPECT_FALSE(standin::samePixels(image, Image(Depth::k8, 2, 3)));
+  EXPECT_FALSE(standin::samePixels(image, Image(Depth::k8, 2, 2, 0, 1)));
+}
+
 }  // namespace

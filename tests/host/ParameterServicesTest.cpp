@@ -19,7 +19,6 @@ using standin::Control;
 using standin::Depth;
 using standin::Image;
 using standin::LayerValue;
-using standin::Matter;
 using standin::ParameterValues;
 using testing::ElementsAre;
 using vindrel::test::fixed;

@@ -63,4 +63,42 @@ TEST(Pipl, anotherHeaderIsRefused) {
   EXPECT_FALSE(readPipl(bytes.data(), bytes.size()).has_value());
 }
 
+TEST(Pipl, theNameByWhichProjectsKnowAnEffectIsReadWithItsOwnLength) {
+  const std::string counted("\x05Tests\0\0", 8);
+  // A length byte that promises more than there is, and a property without any byte.
+  const std::string bytes = header(3) + property("ANMe", counted, 8) +
+                            property("eman",
+                                     "\x09"
+                                     "abc",
+                                     4) +
+                            property("gtac", "", 0);
+  const auto facts = readPipl(bytes.data(), bytes.size());
+  ASSERT_TRUE(facts.has_value());
+  EXPECT_EQ(facts->matchName, "Tests");
+  EXPECT_EQ(facts->name, "abc");
+  EXPECT_EQ(facts->category, "");
+}
+
+TEST(Pipl, aNumberOfAnotherLengthIsPassedOver) {
+  const std::string eight = le32(1) + le32(2);
+  const std::string bytes = header(4) + property("dnik", eight, 8) + property("REVe", eight, 8) +
+                            property("OLGe", eight, 8) + property("2LGe", eight, 8);
+  const auto facts = readPipl(bytes.data(), bytes.size());
+  ASSERT_TRUE(facts.has_value());
+  EXPECT_EQ(facts->kind, "");
+  EXPECT_FALSE(facts->version.has_value());
+  EXPECT_FALSE(facts->outFlags.has_value());
+  EXPECT_FALSE(facts->outFlags2.has_value());
+  EXPECT_EQ(facts->propertyCount, 4);
+}
+
+TEST(Pipl, everyByteOfTheHeadersBeginningCounts) {
+  EXPECT_FALSE(readPipl(nullptr, 100).has_value());
+  for (size_t i = 0; i < 6; ++i) {
+    std::string bytes = header(0);
+    bytes[i] = static_cast<char>(bytes[i] + 2);
+    EXPECT_FALSE(readPipl(bytes.data(), bytes.size()).has_value()) << i;
+  }
+}
+
 }  // namespace

@@ -692,4 +692,58 @@ TEST_F(PixelServices, theInputMayBeWrittenByAnEffectThatSaysSo) {
   EXPECT_EQ(report(), "");
 }
 
+/// Copies from and to rectangles that reach beyond their worlds.
+template <class Pixel>
+class Copies : public PixelServices {
+ protected:
+  // The reds of a target of 9s, after a copy of a source of 1 2 / 3 4.
+  std::string reds(PF_Rect from, int32_t width, int32_t height, PF_Rect to) {
+    Image source(PixelFacts<Pixel>::depth, 2, 2);
+    Image target(PixelFacts<Pixel>::depth, width, height);
+    fillWith(source, [](int32_t x, int32_t y) { return 1 + x + 2 * y; });
+    fillWith(target, [](int32_t, int32_t) { return 9; });
+    PF_EffectWorld one = lend(source);
+    PF_EffectWorld other = lend(target);
+    EXPECT_EQ(moves->copy(ref(), &one, &other, &from, &to), PF_Err_NONE);
+    std::string text;
+    for (int32_t y = 0; y < height; ++y) {
+      for (int32_t x = 0; x < width; ++x) text += std::to_string(static_cast<int>(target.at<Pixel>(x, y).red));
+      text += ' ';
+    }
+    return text;
+  }
+
+ private:
+  template <class Value>
+  static void fillWith(Image& image, Value value) {
+    for (int32_t y = 0; y < image.height(); ++y) {
+      for (int32_t x = 0; x < image.width(); ++x) {
+        image.at<Pixel>(x, y).red = static_cast<typename PixelFacts<Pixel>::Channel>(value(x, y));
+      }
+    }
+  }
+};
+
+TYPED_TEST_SUITE(Copies, HostPixels);
+
+TYPED_TEST(Copies, ofAStretchedRectangleLeaveWhatHasNoSource) {
+  // Two by two target pixels for each of the source's, of which only the middle or the right lower ones are there.
+  EXPECT_EQ(this->reds({-1, -1, 1, 1}, 4, 4, {0, 0, 4, 4}), "9999 9999 9911 9911 ");
+  EXPECT_EQ(this->reds({1, 1, 3, 3}, 4, 4, {0, 0, 4, 4}), "4499 4499 9999 9999 ");
+}
+
+TYPED_TEST(Copies, ofTheSameSizeGoWhereBothAre) {
+  EXPECT_EQ(this->reds({0, 0, 2, 2}, 3, 3, {2, 1, 4, 3}), "999 991 993 ");
+  EXPECT_EQ(this->reds({1, 0, 5, 2}, 2, 2, {-2, 0, 2, 2}), "99 99 ") << "what exists of both never meets";
+}
+
+TEST_F(PixelServices, aSmoothCopyOfClearPixelsMixesTheirColoursByPlaceAlone) {
+  const Image source = rowOf<PF_PixelFloat>({{0.0F, 0.0F, 0.0F, 0.0F}, {0.0F, 1.0F, 0.0F, 0.0F}});
+  const Image target(Depth::k32, 4, 1);
+  PF_EffectWorld from = lend(source);
+  PF_EffectWorld to = lend(target);
+  EXPECT_EQ(moves->copy_hq(ref(), &from, &to, nullptr, nullptr), PF_Err_NONE);
+  EXPECT_EQ(textOfAny(target), "(0 0 0 0)(0 0.25 0 0)(0 0.75 0 0)(0 1 0 0)");
+}
+
 }  // namespace

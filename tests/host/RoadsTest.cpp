@@ -8,6 +8,7 @@
 #include "ae/Suites.h"
 #include "host/HandleStore.h"
 #include "host/Rects.h"
+#include "host/SideBySide.h"
 
 namespace {
 
@@ -647,6 +648,172 @@ TEST_F(Roads, anOriginThatTheSetUpLeavesAloneIsZeroAgain) {
   moves = false;
   host.renderClassic(frameOf(4, 4), host.defaults());
   EXPECT_EQ(seen, (std::vector<A_long>{3, 4, 0, 0}));
+}
+
+TEST_F(Roads, aFrameWhoseSetUpFailsIsNeitherDrawnNorSetDown) {
+  effect.on[PF_Cmd_FRAME_SETUP] = [](const Call&) { return PF_Err{99}; };
+  const auto unwanted = [](const Call&) {
+    ADD_FAILURE() << "called";
+    return PF_Err{0};
+  };
+  effect.on[PF_Cmd_RENDER] = unwanted;
+  effect.on[PF_Cmd_FRAME_SETDOWN] = unwanted;
+  const RenderResult result = host.renderClassic(frameOf(4, 4), host.defaults());
+  EXPECT_EQ(result.error, 99);
+  EXPECT_FALSE(result.rendered);
+}
+
+TEST_F(Roads, anOutputWithoutAHeightIsNotDrawn) {
+  effect.on[PF_Cmd_FRAME_SETUP] = [](const Call& call) {
+    call.out->height = 0;
+    return PF_Err{0};
+  };
+  const RenderResult result = host.renderClassic(frameOf(4, 4), host.defaults());
+  EXPECT_EQ(result.error, PF_Err_NONE);
+  EXPECT_FALSE(result.rendered);
+}
+
+TEST_F(Roads, anErrorOfTheSetDownCountsWhereTheFrameHadNone) {
+  effect.on[PF_Cmd_FRAME_SETDOWN] = [](const Call&) { return PF_Err{98}; };
+  EXPECT_EQ(host.renderClassic(frameOf(4, 4), host.defaults()).error, 98);
+}
+
+TEST_F(Roads, startEndsWithTheFirstErrorAndFinishSendsBoth) {
+  std::string order;
+  PF_Cmd failing = PF_Cmd_GLOBAL_SETUP;
+  const auto note = [&](PF_Cmd command, const char* name) {
+    effect.on[command] = [&order, &failing, command, name](const Call& call) {
+      order += name;
+      call.out->num_params = 1;
+      return command == failing ? PF_Err{90 + command} : PF_Err{0};
+    };
+  };
+  note(PF_Cmd_GLOBAL_SETUP, "global ");
+  note(PF_Cmd_PARAMS_SETUP, "params ");
+  note(PF_Cmd_SEQUENCE_SETUP, "sequence ");
+  note(PF_Cmd_SEQUENCE_SETDOWN, "-sequence ");
+  note(PF_Cmd_GLOBAL_SETDOWN, "-global ");
+  EXPECT_EQ(host.start(), 90 + PF_Cmd_GLOBAL_SETUP);
+  failing = PF_Cmd_PARAMS_SETUP;
+  EXPECT_EQ(host.start(), 90 + PF_Cmd_PARAMS_SETUP);
+  failing = PF_Cmd_SEQUENCE_SETUP;
+  EXPECT_EQ(host.start(), 90 + PF_Cmd_SEQUENCE_SETUP);
+  EXPECT_EQ(order, "global global params global params sequence ");
+  order.clear();
+  failing = PF_Cmd_SEQUENCE_SETDOWN;
+  EXPECT_EQ(host.finish(), 90 + PF_Cmd_SEQUENCE_SETDOWN);
+  failing = PF_Cmd_GLOBAL_SETDOWN;
+  EXPECT_EQ(host.finish(), 90 + PF_Cmd_GLOBAL_SETDOWN);
+  EXPECT_EQ(order, "-sequence -global -sequence -global ");
+}
+
+TEST_F(Roads, aListOfParametersThatFailsIsNotLookedAt) {
+  effect.on[PF_Cmd_PARAMS_SETUP] = [](const Call& call) {
+    call.out->num_params = 55;
+    return PF_Err{99};
+  };
+  EXPECT_EQ(host.paramsSetup(), 99);
+  EXPECT_EQ(host.books().complaintCount(Matter::kDeclaration), 0) << report();
+}
+
+TEST_F(Roads, theRarerCommandsGetWhatTheyAreFor) {
+  bool resetUp = false;
+  effect.on[PF_Cmd_SEQUENCE_RESETUP] = [&](const Call& call) {
+    resetUp = call.params == nullptr;
+    return PF_Err{0};
+  };
+  EXPECT_EQ(host.sequenceResetup(), PF_Err_NONE);
+  EXPECT_TRUE(resetUp);
+  effect.on[PF_Cmd_DO_DIALOG] = [](const Call& call) {
+    call.out->out_flags |= PF_OutFlag_REFRESH_UI;
+    return PF_Err{call.params[2]->u.sd.value};
+  };
+  ParameterValues values = host.defaults();
+  values.setNumber("Slider", 41);
+  EXPECT_EQ(host.doDialog(values), 41);
+  EXPECT_NE(host.outData().out_flags & PF_OutFlag_REFRESH_UI, 0);
+}
+
+TEST_F(Roads, aSequenceMayBeEmptyOrSomebodyElsesHandle) {
+  EXPECT_TRUE(host.sequenceBytes().empty());
+  host.loadSequence({});
+  EXPECT_NE(host.sequenceData(), nullptr);
+  EXPECT_TRUE(host.sequenceBytes().empty());
+  host.dropSequence();
+  PF_Handle handle = host.utils()->host_new_handle(2);
+  std::memcpy(*handle, "ab", 2);
+  host.setSequenceData(handle);
+  EXPECT_EQ(host.sequenceBytes(), (std::vector<uint8_t>{'a', 'b'}));
+  host.utils()->host_dispose_handle(handle);
+  EXPECT_TRUE(host.sequenceBytes().empty()) << "it was disposed of";
+  effect.on[PF_Cmd_ABOUT] = [&](const Call& call) { return call.in->sequence_data == handle ? PF_Err{0} : PF_Err{1}; };
+  EXPECT_EQ(host.call(PF_Cmd_ABOUT), PF_Err_NONE);
+  host.setSequenceData(nullptr);
+  EXPECT_TRUE(host.books().clean()) << report();
+}
+
+TEST_F(Roads, aPreRenderTellsWhatTheEffectPromised) {
+  effect.on[PF_Cmd_SMART_PRE_RENDER] = [](const Call& call) {
+    call.preRender().output->result_rect = {0, 0, 2, 3};
+    call.preRender().output->max_result_rect = {0, 0, 4, 4};
+    call.preRender().output->flags = PF_RenderOutputFlag_RETURNS_EXTRA_PIXELS;
+    return PF_Err{0};
+  };
+  const standin::PreRendered pre = host.preRender(frameOf(4, 4), host.defaults());
+  EXPECT_TRUE(standin::sameRect(pre.resultRect(), {0, 0, 2, 3}));
+  EXPECT_TRUE(standin::sameRect(pre.maxResultRect(), {0, 0, 4, 4}));
+  EXPECT_EQ(pre.flags(), PF_RenderOutputFlag_RETURNS_EXTRA_PIXELS);
+}
+
+TEST_F(Roads, aLayerThatWasTakenEmptyIsGivenBackLikeAnyOther) {
+  PF_Err answer = -1;
+  effect.on[PF_Cmd_SMART_PRE_RENDER] = [](const Call& call) {
+    PF_CheckoutResult result{};
+    call.preRender().output->result_rect = call.preRender().output->max_result_rect = {0, 0, 1, 1};
+    return call.preRender().cb->checkout_layer(call.in->effect_ref, 1, 0, &call.preRender().input->output_request, 0, 1,
+                                               1, &result);
+  };
+  effect.on[PF_Cmd_SMART_RENDER] = [&](const Call& call) {
+    PF_EffectWorld* world = nullptr;
+    PF_SmartRenderCallbacks& cb = *call.smartRender().cb;
+    EXPECT_EQ(cb.checkout_layer_pixels(call.in->effect_ref, 0, &world), PF_Err_NONE);
+    EXPECT_EQ(world, nullptr);
+    answer = cb.checkin_layer_pixels(call.in->effect_ref, 0);
+    return PF_Err{0};
+  };
+  host.renderSmart(frameOf(4, 4), host.defaults());
+  EXPECT_EQ(answer, PF_Err_NONE);
+  EXPECT_TRUE(host.books().clean()) << report();
+}
+
+TEST_F(Roads, aHostBesideAnotherDrawsByItsControlsAndKeepsBooksOfItsOwn) {
+  host.loadSequence({7});
+  const auto beside = standin::hostBeside(host);
+  EXPECT_EQ(beside->controls().size(), host.controls().size());
+  EXPECT_EQ(beside->numParams(), host.numParams());
+  EXPECT_EQ(beside->sequenceBytes(), std::vector<uint8_t>{7});
+  A_long seen = 0;
+  effect.on[PF_Cmd_RENDER] = [&](const Call& call) {
+    seen = call.params[2]->u.sd.value;
+    // Nobody can tell whose lock this is.
+    call.in->utils->host_lock_handle(call.in->sequence_data);
+    return call.in->utils->fill(nullptr, nullptr, nullptr, call.output);
+  };
+  ParameterValues values = beside->defaults();
+  values.setNumber("Slider", 12);
+  EXPECT_TRUE(beside->renderClassic(frameOf(4, 4), values).rendered);
+  EXPECT_EQ(seen, 12);
+  EXPECT_EQ(beside->books().openCount(Matter::kHandleLock), 0);
+  EXPECT_EQ(beside->books().complaintCount(Matter::kWrongArgument), 1) << "the fill's foreign effect_ref";
+  host.dropSequence();
+  EXPECT_TRUE(host.books().clean()) << report();
+}
+
+TEST(CommandNames, areNumbersWhereThereIsNoName) {
+  EXPECT_EQ(standin::commandName(11), "PF_Cmd_RENDER");
+  EXPECT_EQ(standin::commandName(99), "command 99");
+  EXPECT_EQ(standin::commandName(-5), "command -5");
+  EXPECT_EQ(standin::commandName(-1), "no command");
 }
 
 }  // namespace

@@ -420,4 +420,101 @@ TEST_F(Services, noPlaceOfTheUtilitiesIsEmpty) {
   }
 }
 
+TEST_F(Services, aFaultOfAResizeLeavesTheBlockAsItIs) {
+  PF_Handle handle = host.utils()->host_new_handle(8);
+  host.faults().fail("host_resize_handle", 1, 77);
+  EXPECT_EQ(host.utils()->host_resize_handle(16, &handle), 77);
+  EXPECT_EQ(host.utils()->host_get_handle_size(handle), 8U);
+  host.utils()->host_dispose_handle(handle);
+  EXPECT_TRUE(host.books().clean()) << report();
+}
+
+TEST_F(Services, aFaultOfALockLocksNothing) {
+  PF_Handle handle = host.utils()->host_new_handle(8);
+  host.faults().fail("host_lock_handle", 1, 77);
+  EXPECT_EQ(host.utils()->host_lock_handle(handle), nullptr);
+  EXPECT_EQ(host.utils()->host_resize_handle(16, &handle), PF_Err_NONE) << "which a locked one refuses";
+  host.utils()->host_dispose_handle(handle);
+  EXPECT_TRUE(host.books().clean()) << report();
+}
+
+TEST_F(Services, moreMemoryThanThereIsIsNotGiven) {
+  constexpr uint64_t tooMuch = (uint64_t{1} << 40) + 1;
+  EXPECT_EQ(host.utils()->host_new_handle(tooMuch), nullptr);
+  PF_Handle handle = host.utils()->host_new_handle(8);
+  EXPECT_EQ(host.utils()->host_resize_handle(tooMuch, &handle), PF_Err_OUT_OF_MEMORY);
+  EXPECT_EQ(host.utils()->host_get_handle_size(handle), 8U);
+  host.utils()->host_dispose_handle(handle);
+  EXPECT_TRUE(host.books().clean()) << report();
+}
+
+TEST_F(Services, aPlaceInsideAHandleIsNoHandle) {
+  PF_Handle handle = host.utils()->host_new_handle(8);
+  EXPECT_EQ(host.utils()->host_get_handle_size(handle + 1), 0U);
+  EXPECT_EQ(host.books().complaintCount(Matter::kBadHandle), 1) << report();
+  host.utils()->host_dispose_handle(handle);
+}
+
+TEST_F(Services, theSizeOfADisposedHandleIsNone) {
+  host.log().handleCallsToo = true;
+  PF_Handle handle = host.utils()->host_new_handle(8);
+  host.utils()->host_dispose_handle(handle);
+  EXPECT_EQ(host.utils()->host_get_handle_size(handle), 0U);
+  ASSERT_EQ(host.books().complaintCount(Matter::kBadHandle), 1) << report();
+  EXPECT_EQ(host.books().complaints()[0].text, "host_get_handle_size of handle 1, which was disposed of");
+  EXPECT_EQ(host.utils()->host_resize_handle(16, &handle), PF_Err_BAD_CALLBACK_PARAM);
+  EXPECT_EQ(host.log().handles.back().handle, 0) << "unknown";
+}
+
+TEST_F(Services, aWriteBeforeABlockIsSeenWhereItIsUnlocked) {
+  PF_Handle handle = host.utils()->host_new_handle(8);
+  auto* block = static_cast<uint8_t*>(host.utils()->host_lock_handle(handle));
+  block[-1] = 1;
+  host.utils()->host_unlock_handle(handle);
+  EXPECT_EQ(host.books().complaintCount(Matter::kOutside), 1) << report();
+  block[-1] = standin::HandleStore::kGuardByte;
+  host.utils()->host_dispose_handle(handle);
+  EXPECT_EQ(host.books().complaintCount(Matter::kOutside), 1) << report();
+}
+
+TEST_F(Services, aReleaseThatReportsAFaultIsARelease) {
+  for (const char* fault : {"ReleaseSuite", "ReleaseSuite:PF World Suite 1"}) {
+    suite<PF_WorldSuite1>("PF World Suite", 1);
+    host.faults().fail(fault, 1, 77);
+    EXPECT_EQ(host.basicSuite()->ReleaseSuite("PF World Suite", 1), 77) << fault;
+    EXPECT_EQ(host.faults().waiting(), 0) << fault;
+  }
+  EXPECT_TRUE(host.books().clean()) << report();
+}
+
+TEST_F(Services, namesAreEqualWhenTheirLettersAre) {
+  const std::string one = "PF World Suite";
+  const auto* basic = host.basicSuite();
+  EXPECT_NE(basic->IsEqual(one.c_str(), "PF World Suite"), 0);
+  EXPECT_EQ(basic->IsEqual(one.c_str(), "PF World Suite "), 0);
+  EXPECT_EQ(basic->IsEqual(nullptr, "PF World Suite"), 0);
+  EXPECT_EQ(basic->IsEqual("PF World Suite", nullptr), 0);
+}
+
+TEST_F(Services, anEffectOfThisProgramHasNoPathAndNoLibrary) {
+  char path[260] = "?";
+  EXPECT_EQ(host.utils()->get_platform_data(host.effectRef(), PF_PlatData_EXE_FILE_PATH_DEPRECATED, path), PF_Err_NONE);
+  EXPECT_STREQ(path, "");
+  void* library = &host;
+  EXPECT_EQ(host.utils()->get_platform_data(host.effectRef(), PF_PlatData_RES_DLLINSTANCE, &library), PF_Err_NONE);
+  EXPECT_EQ(library, nullptr);
+}
+
+TEST_F(Services, theRecordOfAWorldThatIsFilledByHalfIsNoWorld) {
+  Image image(Depth::k8, 2, 2);
+  PF_EffectWorld own = image.view();
+  EXPECT_EQ(host.utils()->dispose_world(host.effectRef(), &own), PF_Err_BAD_CALLBACK_PARAM) << "its pixels are its own";
+  PF_EffectWorld withoutData = host.lendWorld(image, "picture");
+  withoutData.data = nullptr;
+  EXPECT_EQ(host.utils()->dispose_world(host.effectRef(), &withoutData), PF_Err_BAD_CALLBACK_PARAM);
+  ASSERT_EQ(host.books().complaints().size(), 2U);
+  EXPECT_EQ(host.books().complaints()[0].text, "dispose_world of a world that is gone or never was");
+  EXPECT_EQ(host.books().complaints()[1].text, "dispose_world of the host's own picture");
+}
+
 }  // namespace

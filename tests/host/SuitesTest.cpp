@@ -566,4 +566,61 @@ TEST_F(Suites, aHandleThatTheEffectDisposedOfItselfIsNoMatter) {
   EXPECT_TRUE(host.books().clean()) << report();
 }
 
+TEST_F(Suites, theApplicationIsGreyNamelessAndWithoutAWindow) {
+  const auto* app = suite<PFAppSuite6>(kPFAppSuite, 1);
+  PF_App_Color background{};
+  EXPECT_EQ(app->PF_AppGetBgColor(&background), PF_Err_NONE);
+  EXPECT_TRUE(background.red == 0x8080 && background.green == 0x8080 && background.blue == 0x8080);
+  PF_AppPersonalTextInfo person;
+  std::memset(&person, 'x', sizeof person);
+  EXPECT_EQ(app->PF_GetPersonalInfo(&person), PF_Err_NONE);
+  EXPECT_STREQ(person.name, "");
+  EXPECT_STREQ(person.org, "");
+  EXPECT_STREQ(person.serial_str, "");
+  EXPECT_EQ(app->PF_SetCursor(7), PF_Err_NONE);
+  EXPECT_EQ(host.log().calls.back().service, "PF_SetCursor");
+  EXPECT_EQ(host.log().calls.back().arguments, "7");
+  EXPECT_EQ(report(), "");
+}
+
+TEST_F(Suites, aProgressDialogAsksWhetherToGoOn) {
+  const auto* app = suite<PFAppSuite6>(kPFAppSuite, 1);
+  host.onProgress = [](A_long current, A_long total) {
+    EXPECT_EQ(total, 9);
+    return current == 4 ? PF_Err{PF_Interrupt_CANCEL} : PF_Err{PF_Err_NONE};
+  };
+  EXPECT_EQ(app->PF_AppProgressDialogUpdate(nullptr, 3, 9), PF_Err_NONE);
+  EXPECT_EQ(app->PF_AppProgressDialogUpdate(nullptr, 4, 9), PF_Interrupt_CANCEL);
+  EXPECT_EQ(host.log().calls.back().arguments, "4 of 9");
+  EXPECT_EQ(host.log().calls.back().result, PF_Interrupt_CANCEL);
+}
+
+TEST_F(Suites, theOptionsButtonIsNamedWithTheParametersOnly) {
+  EXPECT_EQ(suite<PF_EffectUISuite>(kPFEffectUISuite, 1)->PF_SetOptionsButtonName(ref(), "More"), PF_Err_NONE);
+  ASSERT_EQ(host.books().complaintCount(Matter::kWrongMoment), 1) << report();
+  EXPECT_EQ(host.books().complaints()[0].text, "PF_SetOptionsButtonName outside the parameters' set-up");
+}
+
+TEST_F(Suites, memoryOfTheGeneralSuiteIsGuardedAndCountedAlone) {
+  const auto* memory = suite<AEGP_MemorySuite>(kAEGPMemorySuite, 1);
+  PF_Handle other = host.utils()->host_new_handle(100);
+  AEGP_MemHandle handle = nullptr;
+  ASSERT_EQ(memory->AEGP_NewMemHandle(1, nullptr, 8, AEGP_MemFlag_NONE, &handle), PF_Err_NONE);
+  EXPECT_EQ(host.log().calls.back().arguments, "8 bytes for nothing told");
+  A_long count = 0;
+  A_long bytes = 0;
+  EXPECT_EQ(memory->AEGP_GetMemStats(1, &count, &bytes), PF_Err_NONE);
+  EXPECT_TRUE(count == 1 && bytes == 8) << count << " " << bytes;
+  EXPECT_EQ(memory->AEGP_SetMemReportingOn(1), PF_Err_NONE);
+  EXPECT_EQ(host.log().calls.back().service, "AEGP_SetMemReportingOn");
+  void* block = nullptr;
+  EXPECT_EQ(memory->AEGP_LockMemHandle(handle, &block), PF_Err_NONE);
+  static_cast<uint8_t*>(block)[8] = 1;
+  EXPECT_EQ(memory->AEGP_UnlockMemHandle(handle), PF_Err_NONE);
+  ASSERT_EQ(host.books().complaintCount(Matter::kOutside), 1) << report();
+  EXPECT_EQ(host.books().complaints()[0].text, "bytes outside handle 2 were changed");
+  EXPECT_EQ(memory->AEGP_FreeMemHandle(handle), PF_Err_NONE);
+  host.utils()->host_dispose_handle(other);
+}
+
 }  // namespace

@@ -38,6 +38,18 @@ class WithoutAHost : public testing::Test {
       return PF_Err{PF_Err_NONE};
     };
     EXPECT_EQ(host.call(PF_Cmd_EVENT), PF_Err_NONE);
+    effect.on[PF_Cmd_SMART_PRE_RENDER] = [&](const scripted::Call& call) {
+      preRender_ = *call.preRender().cb;
+      call.preRender().output->result_rect = call.preRender().output->max_result_rect = {0, 0, 1, 1};
+      return PF_Err{PF_Err_NONE};
+    };
+    effect.on[PF_Cmd_SMART_RENDER] = [&](const scripted::Call& call) {
+      smartRender_ = *call.smartRender().cb;
+      return PF_Err{PF_Err_NONE};
+    };
+    standin::FrameRequest frame;
+    frame.input = standin::Image(standin::Depth::k8, 1, 1);
+    EXPECT_EQ(host.renderSmart(frame, host.defaults()).error, PF_Err_NONE);
     get(handles_, kPFHandleSuite, kPFHandleSuiteVersion2);
     get(worlds1_, kPFWorldSuite, kPFWorldSuiteVersion1);
     get(worlds2_, kPFWorldSuite, kPFWorldSuiteVersion2);
@@ -55,6 +67,12 @@ class WithoutAHost : public testing::Test {
     get(sample8_, kPFSampling8Suite, 1);
     get(sample16_, kPFSampling16Suite, 1);
     get(sampleFloat_, kPFSamplingFloatSuite, 1);
+    get(ui_, kPFEffectUISuite, 1);
+    get(utility_, kAEGPUtilitySuite, 7);
+    get(queue_, kAEGPRenderQueueSuite, 1);
+    get(memory_, kAEGPMemorySuite, 1);
+    get(bridge_, kAEGPPFInterfaceSuite, 1);
+    get(loops_, kAEGPIterateSuite, 1);
   }
 
   template <class Table>
@@ -84,6 +102,14 @@ class WithoutAHost : public testing::Test {
   const PF_Sampling8Suite* sample8_ = nullptr;
   const PF_Sampling16Suite* sample16_ = nullptr;
   const PF_SamplingFloatSuite* sampleFloat_ = nullptr;
+  const PF_EffectUISuite* ui_ = nullptr;
+  const AEGP_UtilitySuite* utility_ = nullptr;
+  const AEGP_RenderQueueSuite* queue_ = nullptr;
+  const AEGP_MemorySuite* memory_ = nullptr;
+  const AEGP_PFInterfaceSuite* bridge_ = nullptr;
+  const AEGP_IterateSuite* loops_ = nullptr;
+  PF_PreRenderCallbacks preRender_{};
+  PF_SmartRenderCallbacks smartRender_{};
 };
 
 TEST_F(WithoutAHost, noSuiteIsHandedOutOrTakenBack) {
@@ -163,6 +189,48 @@ TEST_F(WithoutAHost, valuesAndQuestionsAreRefused) {
   EXPECT_THAT(codes(inter_.checkout_param, inter_.checkin_param, inter_.add_param), Each(PF_Err_BAD_CALLBACK_PARAM));
   // There is nobody who would stop a frame.
   EXPECT_THAT(codes(inter_.progress, inter_.abort), Each(PF_Err_NONE));
+}
+
+TEST_F(WithoutAHost, whatOtherModulesAskForIsRefused) {
+  A_long number = 5;
+  AEGP_PluginID id = 5;
+  AEGP_RenderQueueState state = 5;
+  AEGP_MemHandle handle = nullptr;
+  void* card = &card;
+  EXPECT_EQ(loops_->AEGP_GetNumThreads(&number), PF_Err_BAD_CALLBACK_PARAM);
+  EXPECT_EQ(utility_->AEGP_RegisterWithAEGP(nullptr, "name", &id), PF_Err_BAD_CALLBACK_PARAM);
+  EXPECT_EQ(queue_->AEGP_GetRenderQueueState(&state), PF_Err_BAD_CALLBACK_PARAM);
+  EXPECT_EQ(memory_->AEGP_NewMemHandle(1, "label", 8, AEGP_MemFlag_NONE, &handle), PF_Err_BAD_CALLBACK_PARAM);
+  EXPECT_EQ(memory_->AEGP_GetMemStats(1, &number, &number), PF_Err_BAD_CALLBACK_PARAM);
+  EXPECT_EQ(data_->get_pixel_data_float_gpu(nullptr, &card), PF_Err_BAD_CALLBACK_PARAM);
+  EXPECT_EQ(ui_->PF_SetOptionsButtonName(nullptr, "More"), PF_Err_BAD_CALLBACK_PARAM);
+  EXPECT_THAT(codes(memory_->AEGP_FreeMemHandle, memory_->AEGP_LockMemHandle, memory_->AEGP_UnlockMemHandle,
+                    memory_->AEGP_GetMemHandleSize, memory_->AEGP_ResizeMemHandle, memory_->AEGP_SetMemReportingOn,
+                    bridge_->AEGP_GetEffectLayer, bridge_->AEGP_ConvertEffectToCompTime, bridge_->AEGP_GetEffectCamera,
+                    loops_->AEGP_IterateGeneric, app_->PF_AppColorPickerDialog, app_->PF_AppGetBgColor),
+              Each(PF_Err_BAD_CALLBACK_PARAM));
+  EXPECT_TRUE(number == 5 && id == 5 && state == 5 && handle == nullptr && card == &card);
+}
+
+TEST_F(WithoutAHost, whatNoHostHasIsRefusedAllTheSame) {
+  EXPECT_THAT(codes(utils_->gaussian_kernel, utils_->get_callback_addr, inter_.checkin_layer_audio),
+              Each(PF_Err_INVALID_CALLBACK));
+}
+
+TEST_F(WithoutAHost, frameServicesThatWereKeptAreRefused) {
+  PF_EffectWorld* world = nullptr;
+  EXPECT_EQ(of(preRender_.checkout_layer), PF_Err_BAD_CALLBACK_PARAM);
+  EXPECT_EQ(smartRender_.checkout_layer_pixels(nullptr, 0, &world), PF_Err_BAD_CALLBACK_PARAM);
+  EXPECT_EQ(smartRender_.checkout_output(nullptr, &world), PF_Err_BAD_CALLBACK_PARAM);
+  EXPECT_EQ(of(smartRender_.checkin_layer_pixels), PF_Err_BAD_CALLBACK_PARAM);
+  PF_CustomUIInfo info{};
+  EXPECT_EQ(inter_.register_ui(nullptr, &info), PF_Err_BAD_CALLBACK_PARAM);
+  // A progress with a whole to it is not the question whether to go on; here, too, nobody would stop.
+  EXPECT_EQ(inter_.progress(nullptr, 1, 2), PF_Err_NONE);
+  PF_Boolean answer = 5;
+  EXPECT_EQ(params_->PF_IsIdenticalCheckout(nullptr, 0, 0, 1, 1, 0, 1, 1, &answer), PF_Err_BAD_CALLBACK_PARAM);
+  void* data = nullptr;
+  EXPECT_EQ(utils_->get_platform_data(nullptr, PF_PlatData_MAIN_WND, &data), PF_Err_BAD_CALLBACK_PARAM);
 }
 
 }  // namespace
