@@ -175,4 +175,24 @@ TEST(Image, picturesOfOtherDepthsAndSizesDiffer) {
   EXPECT_FALSE(standin::samePixels(image, Image(Depth::k8, 2, 2, 0, 1)));
 }
 
+TEST(Image, everyDepthGoesToEveryDepthAndKeepsWhatIsExactInBoth) {
+  // Full scale and nothing are exact at all three; so is each depth in itself.
+  for (const Depth from : standin::kAllDepths) {
+    Image image(Depth::k8, 2, 2);
+    image.at<PF_Pixel>(1, 1) = {255, 0, 255, 0};
+    image = image.converted(from);
+    image.originX = 3;
+    for (const Depth to : standin::kAllDepths) {
+      const Image there = image.converted(to);
+      EXPECT_EQ(there.depth(), to);
+      EXPECT_EQ(there.originX, 3);
+      EXPECT_TRUE(standin::samePixels(there.converted(from), image));
+      const Image small = there.converted(Depth::k8);
+      const auto& pixel = small.at<PF_Pixel>(1, 1);
+      EXPECT_TRUE(pixel.alpha == 255 && pixel.red == 0 && pixel.green == 255 && pixel.blue == 0);
+      EXPECT_EQ(int{small.at<PF_Pixel>(0, 1).alpha}, 0);
+    }
+  }
+}
+
 }  // namespace

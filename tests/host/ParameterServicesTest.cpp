@@ -2,6 +2,7 @@
 // update may change of a control's look.
 #include <gmock/gmock.h>
 
+#include <array>
 #include <cmath>
 #include <limits>
 #include <string>
@@ -457,6 +458,46 @@ TEST_F(States, knowNoKeyframes) {
   EXPECT_EQ(utils->PF_CheckoutKeyframe(ref(), 1, 0, nullptr, nullptr, nullptr), PF_Err_INVALID_INDEX);
   EXPECT_EQ(utils->PF_KeyIndexToTime(ref(), 1, 0, nullptr, nullptr), PF_Err_INVALID_INDEX);
   EXPECT_EQ(report(), "");
+}
+
+/// Pictures of a layer parameter as a frame of 8 bits gets them.
+class LayerPictures : public ParameterServices {
+ protected:
+  LayerPictures() { start({definition(PF_Param_LAYER, "Layer", 1)}); }
+
+  // Width, height and depth flag of what is handed out; -1, -1 for none.
+  std::array<A_long, 3> delivered(LayerValue value) {
+    ParameterValues values = host.defaults();
+    values.setLayer("Layer", std::move(value));
+    const PF_LayerDef layer = fetched(1, values).u.ld;
+    if (layer.data == nullptr) return {-1, -1, 0};
+    return {layer.width, layer.height, layer.world_flags & PF_WorldFlag_DEEP};
+  }
+};
+
+TEST_F(LayerPictures, comeAtTheFramesDepthAndSize) {
+  EXPECT_THAT(delivered(LayerValue::of(Image(Depth::k8, 8, 6))), ElementsAre(8, 6, 0));
+  EXPECT_THAT(delivered(LayerValue::of(Image(Depth::k16, 8, 6))), ElementsAre(8, 6, 0)) << "another depth alone";
+  frame.downsampleY = {1, 2};
+  EXPECT_THAT(delivered(LayerValue::of(Image(Depth::k8, 8, 6))), ElementsAre(8, 3, 0)) << "another height alone";
+  frame.downsampleX = {1, 4};
+  EXPECT_THAT(delivered(LayerValue::of(Image(Depth::k32, 8, 6))), ElementsAre(2, 3, 0));
+  frame.input = Image(Depth::k16, 4, 4);
+  EXPECT_THAT(delivered(LayerValue::of(Image(Depth::k8, 8, 6))), ElementsAre(2, 3, PF_WorldFlag_DEEP));
+}
+
+TEST_F(LayerPictures, areNoneWhereTheValueHasNone) {
+  EXPECT_THAT(delivered(LayerValue::none()), ElementsAre(-1, -1, 0));
+  EXPECT_THAT(delivered({LayerValue::Source::kPicture, nullptr}), ElementsAre(-1, -1, 0));
+}
+
+TEST_F(ParameterServices, aPointMayBeSetInPercentOfTheLayer) {
+  start({definition(PF_Param_POINT, "Point", 1)});
+  ParameterValues values = host.defaults();
+  values.setPointPercent("Point", 25.0, -50.0);
+  const PF_PointDef point = fetched(1, values).u.td;
+  EXPECT_EQ(point.x_value, fixed(1.0));  // of four pixels
+  EXPECT_EQ(point.y_value, fixed(-2.0));
 }
 
 }  // namespace

@@ -746,4 +746,27 @@ TEST_F(PixelServices, aSmoothCopyOfClearPixelsMixesTheirColoursByPlaceAlone) {
   EXPECT_EQ(textOfAny(target), "(0 0 0 0)(0 0.25 0 0)(0 0.75 0 0)(0 1 0 0)");
 }
 
+TEST_F(PixelServices, aFillOfARectangleBesideTheWorldIsNothingAtAnyDepth) {
+  for (const Depth depth : standin::kAllDepths) {
+    const Image image(depth, 2, 1);
+    PF_EffectWorld world = lend(image);
+    const PF_PixelFloat color{1.0F, 1.0F, 1.0F, 1.0F};
+    for (const PF_Rect& beside :
+         {PF_Rect{2, 0, 4, 1}, PF_Rect{0, -1, 2, 0}, PF_Rect{1, 0, 1, 1}, PF_Rect{1, 0, 0, 1}}) {
+      EXPECT_EQ(fills->fill_float(ref(), &color, &beside, &world), PF_Err_NONE);
+    }
+    EXPECT_TRUE(standin::samePixels(image, Image(depth, 2, 1)));
+  }
+}
+
+TEST_F(PixelServices, aWorldOfNoWidthOrNoHeightIsOneWithoutPixels) {
+  PF_EffectWorld thin{};
+  thin.height = 5;
+  PF_EffectWorld flat{};
+  flat.width = 5;
+  EXPECT_EQ(fills->fill(ref(), nullptr, nullptr, &thin), PF_Err_NONE);
+  EXPECT_EQ(fills->fill(ref(), nullptr, nullptr, &flat), PF_Err_NONE);
+  EXPECT_EQ(report(), "");
+}
+
 }  // namespace
