@@ -55,7 +55,10 @@ void answerDialog(EffectSession& session, const char* answer, const standin::Par
 class PassingFolder {
  public:
   PassingFolder() {
-    std::string name = (fs::temp_directory_path() / "vindrel-XXXXXX").string();
+    std::error_code error;
+    const fs::path passing = fs::temp_directory_path(error);
+    if (error) throw UserError("there is no folder for passing files; TMPDIR must name one");
+    std::string name = (passing / "vindrel-XXXXXX").string();
     if (mkdtemp(name.data()) == nullptr) {
       throw UserError("can't make the folder " + quoted(fs::path(name)) + ": " +
                       std::generic_category().message(errno));

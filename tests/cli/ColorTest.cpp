@@ -154,3 +154,31 @@ TEST_F(ColorTest, spacesThatDoNotExistAreRefused) {
       << outcome.err;
   EXPECT_FALSE(std::filesystem::exists(folder_ / "out.exr"));
 }
+
+TEST_F(ColorTest, aProgramWithoutItsPartForConfigurationsSaysSo) {
+  setenv("OCIO", folder_.write("config.ocio", configuration).c_str(), 1);
+  write8("in.png", 1, 2, 3);
+  std::filesystem::create_directory(folder_ / "program");
+  const auto complaint = [&] {
+    std::ostringstream out;
+    std::ostringstream err;
+    EXPECT_EQ(
+        cli::run({"render", path("in.png"), path("out.exr"), "--color-space", "linear", "--module", VINDREL_MODULE},
+                 {out, err, {}, folder_ / "program"}),
+        2);
+    return err.str();
+  };
+  const std::string part = "'" + path("program/vindrel_colors.so") + "'";
+  EXPECT_EQ(complaint(),
+            "vindrel: can't read the colour configuration that OCIO names: the program part " + part + " is missing\n");
+  std::filesystem::copy_file(VINDREL_MODULE_WITHOUT_ENTRY, folder_ / "program/vindrel_colors.so");
+  EXPECT_EQ(complaint(), "vindrel: " + part + " is no part of this program\n");
+  EXPECT_FALSE(std::filesystem::exists(folder_ / "out.exr"));
+}
+
+TEST_F(ColorTest, anEmptyNameOfAConfigurationIsNone) {
+  setenv("OCIO", "", 1);
+  write8("in.png", 128, 64, 255);
+  ASSERT_EQ(render("in.png", "light.exr", {"--color-space", "linear"}).exitCode, 0);
+  EXPECT_NEAR(cli::readPicture(folder_ / "light.exr").at<PF_PixelFloat>(3, 3).red, 0.2158605F, 1e-5F);
+}

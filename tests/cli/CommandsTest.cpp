@@ -4,7 +4,9 @@
 
 #include <array>
 #include <cstdio>
+#include <cstdlib>
 #include <nlohmann/json.hpp>
+#include <optional>
 #include <sstream>
 
 #include "tests/cli/CommandLine.h"
@@ -132,6 +134,34 @@ TEST_F(OptionsCommandTest, restoringForgetsThem) {
 TEST_F(OptionsCommandTest, restoringWhereNothingWasSavedIsNoError) {
   EXPECT_EQ(runCommandLine({"options", "--restore", "--module", module_}).exitCode, 0);
   EXPECT_EQ(folder_.names(), std::vector<std::string>{"Copy.so"});
+}
+
+TEST_F(OptionsCommandTest, aFolderForPassingFilesThatIsNoneIsNamed) {
+  const char* const before = std::getenv("TMPDIR");
+  const std::optional<std::string> kept = before == nullptr ? std::nullopt : std::optional<std::string>(before);
+  const auto saveWith = [&](const std::string& folder) {
+    setenv("TMPDIR", folder.c_str(), 1);
+    return runCommandLine({"options", "--save", "--module", module_, "--set", "Dot Size=33.5"});
+  };
+  const Outcome missing = saveWith((folder_ / "none").string());
+  if (kept) {
+    setenv("TMPDIR", kept->c_str(), 1);
+  } else {
+    unsetenv("TMPDIR");
+  }
+  EXPECT_EQ(missing.err, "vindrel: there is no folder for passing files; TMPDIR must name one\n");
+  EXPECT_EQ(missing.exitCode, 2);
+  EXPECT_EQ(folder_.names(), std::vector<std::string>{"Copy.so"});
+}
+
+TEST(RunTest, resultsThatCannotBeWrittenAreAnError) {
+  for (const std::vector<std::string>& words : {std::vector<std::string>{"--version"}, {"controls"}, {"--help"}}) {
+    std::ostringstream out;
+    std::ostringstream err;
+    out.setstate(std::ios::badbit);
+    EXPECT_EQ(cli::run(words, {out, err, {}, std::filesystem::path(VINDREL_MODULE).parent_path()}), 2);
+    EXPECT_EQ(err.str(), "vindrel: can't write the results\n");
+  }
 }
 
 TEST(CheckCommandTest, triesThePromisesAndRepeatsByItsOwnWords) {

@@ -94,7 +94,9 @@ TEST(ControlValueTest, colorsHaveThreeOrSixHexDigits) {
   EXPECT_EQ(parseControlValue(color, "#ff7d14"), ControlValue(Color{255, 125, 20}));
   EXPECT_EQ(parseControlValue(color, "#FF7D14"), ControlValue(Color{255, 125, 20}));
   EXPECT_EQ(parseControlValue(color, "#f80"), ControlValue(Color{255, 136, 0}));
-  for (const char* text : {"orange", "#ff7d1", "ff7d14", "#ff7d1g", "#ff7d14ff", "#"}) {
+  EXPECT_EQ(parseControlValue(color, "#09AFaf"), ControlValue(Color{0x09, 0xAF, 0xAF}));
+  for (const char* text : {"orange", "#ff7d1", "ff7d14", "#ff7d1g", "#ff7d14ff", "#", "#g08", "#/00000", "#0:0000",
+                           "#@00000", "#0`0000"}) {
     EXPECT_EQ(refusal(color, text), "'Thing' takes a colour such as #ff7d14, not '" + std::string(text) + "'");
   }
 }
@@ -103,7 +105,8 @@ TEST(ControlValueTest, placesAreInPixelsOrInPercent) {
   const ControlFacts place = control(ControlKind::place);
   EXPECT_EQ(parseControlValue(place, "300,200"), ControlValue(Place{300, 200, false}));
   EXPECT_EQ(parseControlValue(place, " 12.5% , -30% "), ControlValue(Place{12.5, -30, true}));
-  for (const char* text : {"50%,20", "50", "50%", "a,b", "1,2,3", "40000,0", ",", "200%,200"}) {
+  for (const char* text :
+       {"50%,20", "50", "50%", "a,b", "1,2,3", "40000,0", "0,40000", ",", "1,", "200%,200", "1e9%,0%", "0%,1e9%"}) {
     EXPECT_EQ(refusal(place, text),
               "'Thing' takes a place such as 50%,50% or 300,200, not '" + std::string(text) + "'");
   }

@@ -183,3 +183,38 @@ TEST_F(ToldModuleTest, aPictureForAControlThatIsNoLayerIsRefusedAlsoAsARow) {
   EXPECT_EQ(render("later", {"--frames", "1-2", "--layer", "Pictur=row.#.png"}, "out.#.png").err,
             "vindrel: no layer 'Pictur'; did you mean 'Picture'?\n");
 }
+
+TEST_F(ToldModuleTest, oddLettersInANameReachTheManualPageAndTheShells) {
+  const Outcome page = run("", {"man"});
+  EXPECT_EQ(page.exitCode, 0) << page.err;
+  // A quote at the start of a line would be a request, and a backslash an escape.
+  EXPECT_NE(page.out.find(R"(.B "\&'Odd \e \(dqone\(dq: [a\-b]")"), std::string::npos) << page.out;
+  EXPECT_NE(page.out.find("Takes a number from 0 to 200; 0 at first."), std::string::npos);
+  const Outcome set = run("", {"controls", "--json", "--set", "'Odd \\ \"one\": [a-b]=3"});
+  EXPECT_EQ(set.exitCode, 0) << set.err;
+  for (const char* shell : {"bash", "zsh"}) {
+    const Outcome completion = run("", {"completion", shell});
+    EXPECT_EQ(completion.exitCode, 0) << completion.err;
+    EXPECT_NE(completion.out.find(R"(''\''Odd \ "one": [a-b]')"), std::string::npos) << shell;
+    EXPECT_EQ(completion.out.find("'Reset'"), std::string::npos) << "a button takes no value";
+  }
+}
+
+// ---- settings of a module that keeps none
+
+TEST_F(ToldModuleTest, settingsThatTheModuleDoesNotWriteAreAnError) {
+  fs::copy_file(VINDREL_TOLD_MODULE, folder_ / "Told.so");
+  const Outcome saved = runCommandLine({"options", "--save", "--module", path("Told.so")});
+  EXPECT_EQ(saved.err, "vindrel: the module could not write all of its settings\n");
+  EXPECT_EQ(saved.exitCode, 1);
+  EXPECT_FALSE(folder_.has("Told.ini"));
+}
+
+TEST_F(ToldModuleTest, settingsThatTheModuleDoesNotRemoveAreAnError) {
+  fs::copy_file(VINDREL_TOLD_MODULE, folder_ / "Told.so");
+  folder_.write("Told.ini", "precious");
+  const Outcome restored = runCommandLine({"options", "--restore", "--module", path("Told.so")});
+  EXPECT_EQ(restored.err, "vindrel: the module could not remove '" + path("Told.ini") + "'\n");
+  EXPECT_EQ(restored.exitCode, 1);
+  EXPECT_EQ(folder_.read("Told.ini"), "precious");
+}

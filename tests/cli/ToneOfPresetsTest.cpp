@@ -190,6 +190,44 @@ TEST_F(ToneOfPresetsTest, fineTextureLosesItsMoire) {
   EXPECT_LT(spread("source:blur=pitch,tone=area"), 0.1);
 }
 
+TEST_F(ToneOfPresetsTest, onAMapThatIsNotFittedThePatchTurnsWithTheLatticeAndAgainstTheMap) {
+  // Map and lattice are turned alike, so that the patch lies straight on the map: 10 pixels hold one stripe of each
+  // kind.
+  const auto map = [](const std::string& layer) {
+    std::vector<std::string> words =
+        sets({"Distance Between=Centers", "Dot Distance X=10", "Dot Distance Y=10", "Global Rotation=30", "Dot Size=2",
+              "Clear Background=on", "Enable Effector 1=on", "Effect Map 1=Use Custom Map", "Fit to Layer 1=off",
+              "Tiling 1=Extend Edge", "Absolute 1=on", "ABS Size 1=9", "Angle 1=30"});
+    words.insert(words.end(), {"--layer", "Custom Map Layer 1=" + layer});
+    return words;
+  };
+  Image stripes(Depth::k32, 200, 200);
+  Image even(Depth::k32, 200, 200);
+  for (int32_t y = 0; y < 200; ++y) {
+    for (int32_t x = 0; x < 200; ++x) {
+      const float grey = x / 5 % 2 == 0 ? 0.0F : 1.0F;
+      stripes.at<PF_PixelFloat>(x, y) = {1.0F, grey, grey, grey};
+      even.at<PF_PixelFloat>(x, y) = {1.0F, 0.5F, 0.5F, 0.5F};
+    }
+  }
+  cli::writePicture(folder_ / "stripes.exr", stripes);
+  cli::writePicture(folder_ / "even.exr", even);
+  picture("small.png", 200, 200);
+  const Image flat = rendered(map(path("even.exr")), "small.png");
+  // Away from the rim of the map, which the patch fetches the edge from.
+  const auto differing = [&](const Image& drawn) {
+    int32_t count = 0;
+    for (int32_t y = 70; y < 130; ++y) {
+      for (int32_t x = 70; x < 130; ++x) {
+        count += std::abs(drawn.at<PF_Pixel>(x, y).alpha - flat.at<PF_Pixel>(x, y).alpha) > 2 ? 1 : 0;
+      }
+    }
+    return count;
+  };
+  EXPECT_EQ(differing(rendered(map(path("stripes.exr") + ":blur=pitch"), "small.png")), 0);
+  EXPECT_GT(differing(rendered(map(path("stripes.exr")), "small.png")), 100) << "the stripes no longer show";
+}
+
 TEST_F(ToneOfPresetsTest, aToneThatNothingFollowsIsRefused) {
   const std::vector<std::string> start = {"render", path("in.png"), path("out.png")};
   std::vector<std::string> words = start;

@@ -20,7 +20,7 @@ std::string_view told() {
   return words == nullptr ? "" : words;
 }
 
-enum Index { kAmount = 1, kCount, kPicture, kSteady, kButton, kEnd };
+enum Index { kAmount = 1, kCount, kPicture, kSteady, kButton, kOdd, kEnd };
 
 PF_Err addParams(PF_InData* in, PF_OutData* out) {
   PF_ParamDef amount{};
@@ -41,7 +41,9 @@ PF_Err addParams(PF_InData* in, PF_OutData* out) {
   button.param_type = PF_Param_BUTTON;
   std::strcpy(button.name, "Reset");
   button.u.button_d.u.namesptr = "Now";
-  const PF_ParamDef* const all[] = {&amount, &count, &picture, &steady, &button};
+  PF_ParamDef odd = amount;
+  std::strcpy(odd.name, "'Odd \\ \"one\": [a-b]");
+  const PF_ParamDef* const all[] = {&amount, &count, &picture, &steady, &button, &odd};
   A_long id = 1;
   for (const PF_ParamDef* one : all) {
     PF_ParamDef def = *one;
