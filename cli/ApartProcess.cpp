@@ -18,6 +18,7 @@
 #include <system_error>
 #include <thread>
 
+#include "cli/ControlValue.h"
 #include "cli/UserError.h"
 #include "cli/files/Interrupts.h"
 #include "cli/files/OpenFile.h"
@@ -141,8 +142,8 @@ class Listener {
       const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(until - Clock::now()).count();
       if (left <= 0) {
         clearBar();
-        throw EffectError("the module hangs: no sign of life for " + std::to_string(static_cast<int64_t>(seconds_)) +
-                          " seconds");
+        throw EffectError("the module hangs: no sign of life for " + shownNumber(seconds_) +
+                          (seconds_ == 1.0 ? " second" : " seconds"));
       }
       pollfd wanted{pipe_.number(), POLLIN, 0};
       const int ready = poll(&wanted, 1, static_cast<int>(std::min<int64_t>(left, 1000000)));

@@ -18,6 +18,7 @@
 #include <thread>
 #include <utility>
 
+#include "cli/ControlValue.h"
 #include "cli/ShotPipeline.h"
 #include "cli/UserError.h"
 #include "cli/files/Interrupts.h"
@@ -151,7 +152,7 @@ class Foreman {
       if ((channels[i].revents & (POLLIN | POLLHUP | POLLERR)) != 0) {
         listen(i);
       } else if (workers_[i].frame && Clock::now() > workers_[i].until) {
-        lose(i, "took longer than " + std::to_string(static_cast<int64_t>(arguments_.frameTimeout)) + " s");
+        lose(i, "took longer than " + shownNumber(arguments_.frameTimeout) + " s");
       }
     }
   }

@@ -187,18 +187,50 @@ TEST(CheckCommandTest, refusesWrongWordsInOneLine) {
   EXPECT_EQ(runCommandLine({"check", "none.so"}).err, "vindrel: no module 'none.so'\n");
 }
 
+namespace {
+
+/// The program's exit code and all that it says.
+/// @param environment  what `env` takes before a program
+std::pair<int, std::string> runProgram(const std::string& words, const std::string& environment = "") {
+  std::string output;
+  const std::string command = "env " + environment + " '" + VINDREL_PROGRAM + "' " + words + " 2>&1";
+  std::FILE* const pipe = popen(command.c_str(), "r");
+  if (pipe == nullptr) return {-1, ""};
+  std::array<char, 4096> buffer{};
+  while (std::fgets(buffer.data(), static_cast<int>(buffer.size()), pipe) != nullptr) output += buffer.data();
+  const int status = pclose(pipe);
+  return {WEXITSTATUS(status), output};
+}
+
+}  // namespace
+
 TEST(ProgramTest, theProgramFindsItsModuleAndReturnsTheExitCode) {
-  const auto runProgram = [](const std::string& words) {
-    std::string output;
-    std::FILE* const pipe = popen((std::string("'") + VINDREL_PROGRAM + "' " + words + " 2>&1").c_str(), "r");
-    if (pipe == nullptr) return std::pair<int, std::string>(-1, "");
-    std::array<char, 4096> buffer{};
-    while (std::fgets(buffer.data(), static_cast<int>(buffer.size()), pipe) != nullptr) output += buffer.data();
-    const int status = pclose(pipe);
-    return std::pair<int, std::string>(WEXITSTATUS(status), output);
-  };
   EXPECT_EQ(runProgram("--version"), std::make_pair(0, std::string("vindrel 1.5.1\n")));
   EXPECT_EQ(runProgram("controls --json").first, 0);
   EXPECT_EQ(runProgram("rendr"),
             std::make_pair(2, std::string("vindrel: no command 'rendr'; did you mean 'render'?\n")));
+}
+
+TEST(ProgramTest, aUsersPresetsLieWhereTheSystemSays) {
+  const vindrel::test::TemporaryFolder folder;
+  const std::string data = folder.path("data");
+  const std::string home = folder.path("home");
+  std::filesystem::create_directories(data + "/vindrel/presets");
+  std::filesystem::create_directories(home + "/.local/share/vindrel/presets");
+  folder.write("data/vindrel/presets/of-data.json", R"({"about": "A"})");
+  folder.write("home/.local/share/vindrel/presets/of-home.json", R"({"about": "B"})");
+  const auto listed = [](const std::string& environment, const std::string& name) {
+    return runProgram("presets", environment).second.find(name + " ") != std::string::npos;
+  };
+  const std::string withData = "XDG_DATA_HOME=" + data + " HOME=" + home;
+  EXPECT_TRUE(listed(withData, "of-data"));
+  EXPECT_FALSE(listed(withData, "of-home"));
+  EXPECT_TRUE(listed("-u XDG_DATA_HOME HOME=" + home, "of-home"));
+  EXPECT_TRUE(listed("XDG_DATA_HOME=data HOME=" + home, "of-home")) << "a relative path counts as none";
+  for (const char* nowhere : {"-u XDG_DATA_HOME -u HOME", "-u XDG_DATA_HOME HOME=home"}) {
+    EXPECT_EQ(
+        runProgram("presets --save mine", nowhere),
+        std::make_pair(2, std::string("vindrel: there is no folder of your own to save 'mine' in; give a file, as "
+                                      "in ./mine.json\n")));
+  }
 }

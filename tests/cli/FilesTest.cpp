@@ -319,6 +319,19 @@ TEST_F(InTheWayTest, onlyLeftoversThatNobodyHoldsAreRemoved) {
 
 // ---- signals
 
+TEST_F(FilesTest, whoStartsItDeafToHangUpsIsNotEndedByOne) {
+  largeInput();
+  auto* const before = std::signal(SIGHUP, SIG_IGN);
+  Program program({"render", path("in.png"), path("out.exr")});
+  std::signal(SIGHUP, before);
+  while (!program.ended()) {
+    program.send(SIGHUP);
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  }
+  EXPECT_EQ(program.wait(), 0);
+  EXPECT_EQ(cli::readPicture(folder_ / "out.exr").width(), 400);
+}
+
 namespace {
 
 /// Stops the program, by a signal, while its file in the making exists.

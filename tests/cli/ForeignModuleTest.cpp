@@ -55,9 +55,27 @@ TEST_F(ForeignModuleTest, anExitIsOneLine) {
   expectFailed(render(VINDREL_EXITING_MODULE, 12), "the module ended its process, with exit code 3");
 }
 
+TEST_F(ForeignModuleTest, onATerminalTheBarIsWipedBeforeTheLine) {
+  cli::writePicture(path("in.png"), smallPicture(standin::Depth::k8, 12, 8), {});
+  const auto said = [&](const cli::Terminal& terminal) {
+    std::ostringstream out;
+    std::ostringstream err;
+    EXPECT_EQ(cli::run({"render", path("in.png"), path("out.png"), "--module", VINDREL_EXITING_MODULE},
+                       {out, err, terminal, {}}),
+              1);
+    return err.str();
+  };
+  const std::string line = "vindrel: the module ended its process, with exit code 3\n";
+  const std::string wiped = said({.present = true, .plain = false, .color = false, .columns = {}});
+  EXPECT_TRUE(wiped.ends_with("\r\x1b[K" + line)) << wiped;
+  const std::string plain = said({.present = true, .plain = true, .color = false, .columns = {}});
+  EXPECT_TRUE(plain.ends_with(line)) << plain;
+  EXPECT_EQ(plain.find('\x1b'), std::string::npos);
+}
+
 TEST_F(ForeignModuleTest, aHangIsOneLine) {
   expectFailed(render(VINDREL_HANGING_MODULE, 12, {"--downsample", "2", "--frame-timeout", "1"}),
-               "the module hangs: no sign of life for 1 seconds");
+               "the module hangs: no sign of life for 1 second");
 }
 
 TEST_F(ForeignModuleTest, anExitInTheMidstOfAShotIsOneLine) {

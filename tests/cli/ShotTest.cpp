@@ -245,6 +245,19 @@ TEST_F(TroubleTest, aFrameThatHangsFailsByNameAndTheOthersStand) {
   EXPECT_EQ(outputs().size(), 3U);
 }
 
+TEST_F(TroubleTest, aFrameThatHangsAndHearsNothingIsEndedAllTheSame) {
+  const Outcome outcome = troubled("stuck 1", {"--frame-timeout", "0.5"});
+  EXPECT_EQ(outcome.exitCode, 1);
+  EXPECT_EQ(outcome.err, "vindrel: frame 1: took longer than 0.5 s, twice\nvindrel: 1 of 4 frames failed: 1\n");
+  EXPECT_EQ(outputs().size(), 3U);
+}
+
+TEST_F(TroubleTest, aModuleThatHangsAndHearsNothingIsEndedAllTheSame) {
+  const Outcome outcome = troubled("stuck 1", {"--frame-timeout", "1", "--jobs", "1"});
+  EXPECT_EQ(outcome.exitCode, 1);
+  EXPECT_EQ(outcome.err, "vindrel: the module hangs: no sign of life for 1 second\n");
+}
+
 namespace {
 
 /// Kills the program again and again, each time a little later, and then lets it come to its end.

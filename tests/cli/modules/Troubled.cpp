@@ -1,8 +1,10 @@
 // An effect of the classic road that draws one grey, and at the frame that the environment names ends its process
-// ("die 3"), does so the first time only, which it notes by a file ("once 3 FILE"), or never comes back ("hang 3").
+// ("die 3"), does so the first time only, which it notes by a file ("once 3 FILE"), or never comes back ("hang 3"),
+// also when it is asked to end ("stuck 3").
 
 #include <unistd.h>
 
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -20,7 +22,8 @@ void makeTrouble(long frame) {
   long when = -1;
   if (trouble == nullptr || std::sscanf(trouble, "%7s %ld %255s", kind, &when, file) < 2 || when != frame) return;
   if (std::strcmp(kind, "die") == 0) _exit(9);
-  if (std::strcmp(kind, "hang") == 0) {
+  if (std::strcmp(kind, "stuck") == 0) std::signal(SIGTERM, SIG_IGN);
+  if (std::strcmp(kind, "hang") == 0 || std::strcmp(kind, "stuck") == 0) {
     for (;;) pause();
   }
   if (access(file, F_OK) == 0) return;
