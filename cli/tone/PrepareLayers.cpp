@@ -126,12 +126,14 @@ Image mapOf(const Plane& tones, const ToneCurve& curve) {
   return map;
 }
 
-/// A small frame that holds some sixteen dots a side, at the frame's own resolution.
+/// A small frame that holds some sixteen dots a side, at the frame's own resolution. Always the first in time, so that
+/// dots that jitter are measured alike for every frame, whichever of a shot is drawn first.
 FrameRequest trialFrame(const FrameRequest& frame, double pitch) {
   const auto factor = static_cast<int32_t>(frame.downsampleX.den);
   const double drawn = pitch / factor;
   const auto side = static_cast<int32_t>(std::ceil(std::max(std::clamp(16.0 * drawn, 96.0, 384.0), 5.0 * drawn)));
   FrameRequest trial = frame;
+  trial.currentTime = 0;
   trial.input = Image(frame.depth(), side, side);  // at the frame's own depth, since each rounds in its way
   trial.layerWidth = side * factor;
   trial.layerHeight = side * factor;

@@ -160,6 +160,94 @@ TEST_F(ShotTest, aFrameThatFailsIsNamedAndTheOthersStand) {
   }
 }
 
+TEST_F(ShotTest, theLogOfAFrameThatFailedTellsWhy) {
+  inputs(1, 2);
+  folder_.write("in.0001.png", "no picture");
+  const Outcome outcome = render("in.####.png", "out.####.png", {"--log", "json"});
+  EXPECT_EQ(outcome.exitCode, 1);
+  std::map<int, nlohmann::json> entries;
+  std::istringstream lines(outcome.out);
+  for (std::string line; std::getline(lines, line);) {
+    const auto entry = nlohmann::json::parse(line);
+    entries[entry["frame"].get<int>()] = entry;
+  }
+  EXPECT_EQ(entries[1]["result"], "failed");
+  EXPECT_EQ(entries[1]["message"],
+            "'" + path("in.0001.png") + "' is no picture that can be read; PNG, TIFF, EXR and JPEG can");
+  EXPECT_EQ(entries[2]["result"], "done");
+  EXPECT_FALSE(entries[2].contains("message"));
+}
+
+TEST_F(ShotTest, whereNoFrameCanBeReadEachIsNamed) {
+  for (const char* name : {"in.0001.png", "in.0002.png"}) folder_.write(name, "no picture");
+  for (const char* jobs : {"1", "2"}) {
+    const Outcome outcome = render("in.####.png", "out.####.png", {"--jobs", jobs});
+    EXPECT_EQ(outcome.exitCode, 1);
+    EXPECT_TRUE(outcome.err.ends_with("vindrel: 2 of 2 frames failed: 1,2\n")) << outcome.err;
+    EXPECT_TRUE(outputs().empty());
+  }
+}
+
+TEST_F(ShotTest, aFolderAmongTheFramesIsNamedAndTheOthersStand) {
+  inputs(2, 3);
+  fs::create_directory(folder_ / "in.0001.png");
+  fs::create_directory(folder_ / "out.0003.png");
+  for (const char* jobs : {"1", "2"}) {
+    const Outcome outcome = render("in.####.png", "out.####.png", {"--frames", "1-3", "--jobs", jobs});
+    EXPECT_EQ(outcome.exitCode, 1);
+    EXPECT_NE(outcome.err.find("vindrel: frame 1: '" + path("in.0001.png") + "' is a folder, not a picture\n"),
+              std::string::npos)
+        << outcome.err;
+    EXPECT_NE(outcome.err.find("vindrel: frame 3: can't write '" + path("out.0003.png") + "': it is a folder\n"),
+              std::string::npos)
+        << outcome.err;
+    EXPECT_TRUE(outcome.err.ends_with("vindrel: 2 of 3 frames failed: 1,3\n")) << outcome.err;
+    EXPECT_TRUE(fs::is_regular_file(folder_ / "out.0002.png"));
+    fs::remove(folder_ / "out.0002.png");
+  }
+}
+
+TEST_F(ShotTest, aPresetsLengthsGoAlongWithTheFramesAlsoWhenTheFirstIsMissing) {
+  inputs(1, 2);
+  folder_.write("in.0001.png", "no picture");
+  folder_.write("p.json", R"({"height": 16, "controls": {"Dot Size": 4, "Dot Distance X": 5, "Dot Distance Y": 6}})");
+  for (const char* jobs : {"1", "2"}) {
+    ASSERT_EQ(render("in.####.png", "out.####.png", {"--preset", path("p.json"), "--jobs", jobs}).exitCode, 1);
+    ASSERT_EQ(render("in.0002.png", "alone.png",
+                     {"--set", "Dot Size=8", "--set", "Dot Distance X=10", "--set", "Dot Distance Y=12"})
+                  .exitCode,
+              0);
+    EXPECT_TRUE(outputs().at("0002.png") == folder_.read("alone.png")) << jobs;
+    fs::remove(folder_ / "out.0002.png");
+  }
+}
+
+// The dots' sizes were measured in the frame that a process drew first, where they jitter otherwise than in the others.
+TEST_F(ShotTest, layersThatArePreparedAreSoInEveryFrameWhoeverDrawsIt) {
+  inputs(1, 3);
+  cli::writePicture(folder_ / "mask.png", smallPicture(Depth::k8, 48, 32));
+  const std::vector<std::string> layers =
+      with(moving, {"--set", "Mask=Layer", "--layer", "Mask Target Layer=" + path("mask.png") + ":blur=3", "--set",
+                    "Enable Effector 1=on", "--set", "Effect Map 1=Use Custom Map", "--set", "Absolute 1=on", "--set",
+                    "ABS Size 1=0", "--layer", "Custom Map Layer 1=source:blur=2,tone=area"});
+  ASSERT_EQ(render("in.####.png", "out.####.png", layers).exitCode, 0);
+  ASSERT_EQ(render("in.####.png", "jobs.####.png", with(layers, {"--jobs", "2"})).exitCode, 0);
+  EXPECT_TRUE(outputs("jobs.") == outputs());
+  for (int32_t i = 1; i <= 3; ++i) {
+    ASSERT_EQ(render(numbered("in.", i), "alone.png", with(layers, {"--frame", std::to_string(i)})).exitCode, 0);
+    EXPECT_TRUE(outputs().at(numbered("", i)) == folder_.read("alone.png")) << i;
+  }
+}
+
+TEST_F(ShotTest, aWarningIsSaidOnceForAllFrames) {
+  inputs(1, 3);
+  for (const char* jobs : {"1", "2"}) {
+    EXPECT_EQ(render("in.####.png", "out.####.png", {"--set", "Mask=Layer", "--jobs", jobs}).err,
+              "vindrel: warning: 'Mask' is 'Layer', but 'Mask Target Layer' has no picture; give one by --layer \"Mask "
+              "Target Layer=FILE\"\n");
+  }
+}
+
 TEST_F(ShotTest, aFrameOfAnotherSizeIsNamed) {
   inputs(1, 2);
   inputs(3, 3, 20, 10);
