@@ -123,10 +123,13 @@ class Listener {
         case Word::alive:
           break;
         case Word::done:
+          awaitEnd();
           return std::stoi(text);
         case Word::userError:
+          awaitEnd();
           throw UserError(text);
         case Word::effectError:
+          awaitEnd();
           throw EffectError(text);
       }
     }
@@ -170,11 +173,17 @@ class Listener {
     return true;
   }
 
-  std::string howItEnded() {
-    clearBar();
+  /// For a process that ends by itself: after its last word it does nothing but that, and needs no signal.
+  int awaitEnd() {
     int status = 0;
     waitpid(process_, &status, 0);
     reaped_ = true;
+    return status;
+  }
+
+  std::string howItEnded() {
+    clearBar();
+    const int status = awaitEnd();
     if (WIFEXITED(status)) {
       return "the module ended its process, with exit code " + std::to_string(WEXITSTATUS(status));
     }

@@ -51,12 +51,6 @@ toff_t sizeOf(thandle_t handle) {
   return memoryOf(handle).size();
 }
 
-int mapNothing(thandle_t, void**, toff_t*) {
-  return 0;
-}
-
-void unmapNothing(thandle_t, void*, toff_t) {}
-
 // The format is the library's own.
 [[gnu::format(printf, 4, 0)]] int keepComplaint(TIFF*, void* to, const char*, const char* format, va_list arguments) {
   auto& complaint = static_cast<TiffMemory*>(to)->complaint;
@@ -75,8 +69,9 @@ Tiff openTiffMemory(TiffMemory& memory, const char* mode) {
   if (options == nullptr) throw std::bad_alloc();
   TIFFOpenOptionsSetErrorHandlerExtR(options, keepComplaint, &memory);
   TIFFOpenOptionsSetWarningHandlerExtR(options, ignoreWarning, &memory);
-  Tiff tiff(TIFFClientOpenExt("the file", mode, &memory, readBytes, writeBytes, seekTo, closeNothing, sizeOf,
-                              mapNothing, unmapNothing, options));
+  // Nothing is mapped: the library asks for that by neither function where both are missing.
+  Tiff tiff(TIFFClientOpenExt("the file", mode, &memory, readBytes, writeBytes, seekTo, closeNothing, sizeOf, nullptr,
+                              nullptr, options));
   TIFFOpenOptionsFree(options);
   return tiff;
 }

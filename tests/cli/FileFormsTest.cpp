@@ -87,6 +87,22 @@ TEST_F(FileFormsTest, everyCompressionOfATiffCanBeAskedForAndLosesNothing) {
   }
 }
 
+TEST_F(FileFormsTest, compressionsThatAFormatDoesNotKnowAreRefused) {
+  const auto refusal = [&](const char* name, const cli::WriteChoices& choices) {
+    try {
+      cli::writePicture(folder_ / name, noise(Depth::k32), choices);
+    } catch (const cli::UserError& error) {
+      return std::string(error.what());
+    }
+    return std::string("written");
+  };
+  EXPECT_EQ(refusal("a.exr", {.exrCompression = "best"}),
+            "can't write '" + folder_.path("a.exr") + "': EXR knows no compression 'best'");
+  EXPECT_EQ(refusal("a.tif", {.tiffCompression = "piz"}),
+            "can't write '" + folder_.path("a.tif") + "': TIFF knows no compression 'piz'");
+  EXPECT_TRUE(folder_.names().empty());
+}
+
 TEST_F(FileFormsTest, withoutAlphaThePictureLiesOverTheMatte) {
   Image image(Depth::k8, 3, 1);
   image.at<PF_Pixel>(0, 0) = {255, 200, 100, 50};

@@ -204,6 +204,7 @@ TEST_F(ImageFileTest, theOrientationOfACameraIsApplied) {
     ASSERT_EQ(image.width(), c.width) << c.orientation;
     ASSERT_EQ(image.height(), c.height) << c.orientation;
     EXPECT_EQ(image.at<PF_Pixel>(c.x, c.y).red, 200) << c.orientation;
+    EXPECT_EQ(cli::pictureSize(folder_ / "o.tif", {}), (cli::PictureSize{c.width, c.height})) << c.orientation;
   }
 }
 

@@ -223,7 +223,7 @@ TEST_F(PresetsCommandTest, nothingAtAllIsAnEmptyPreset) {
 }
 
 TEST_F(PresetsCommandTest, aFileWithoutAnEndingIsFoundWhereTheCallerIs) {
-  folder_.write("mylook", R"({"controls": {"Dot Size": 21}})");
+  folder_.write("mylook", R"({"controls": {"Dot Size": 21}, "layers": {"Mask Target Layer": "in.png"}})");
   std::filesystem::create_directory(folder_ / "shelf");
   const std::filesystem::path before = std::filesystem::current_path();
   std::filesystem::current_path(folder_.path());
