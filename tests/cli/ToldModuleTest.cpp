@@ -32,6 +32,15 @@ class ToldModuleTest : public testing::Test {
     return run(order, words);
   }
 
+  /// What an order makes of a whole frame; a clear one of its size where it fails.
+  Image wholeFrame(const std::string& order) const {
+    EXPECT_EQ(render(order).exitCode, 0);
+    Image image = cli::readPicture(folder_ / "out.png");
+    EXPECT_EQ(image.width(), 12);
+    EXPECT_EQ(image.height(), 8);
+    return testing::Test::HasFailure() ? Image(Depth::k8, 12, 8) : image;
+  }
+
   /// One colour all over.
   void picture(const std::string& name, uint8_t red) const {
     Image image(Depth::k8, 12, 8);
@@ -113,10 +122,7 @@ TEST_F(ToldModuleTest, aControlThatCannotMoveIsRefusedKeys) {
 // ---- parts of a frame
 
 TEST_F(ToldModuleTest, whatIsDrawnOfAFrameStandsInItsPlaceAndTheRestIsClear) {
-  ASSERT_EQ(render("corner").exitCode, 0);
-  const Image image = cli::readPicture(folder_ / "out.png");
-  ASSERT_EQ(image.width(), 12);
-  ASSERT_EQ(image.height(), 8);
+  const Image image = wholeFrame("corner");
   EXPECT_EQ(image.at<PF_Pixel>(6, 4).green, 50);
   EXPECT_EQ(image.at<PF_Pixel>(11, 7).green, 50);
   EXPECT_EQ(image.at<PF_Pixel>(5, 4).alpha, 0);
@@ -124,10 +130,7 @@ TEST_F(ToldModuleTest, whatIsDrawnOfAFrameStandsInItsPlaceAndTheRestIsClear) {
 }
 
 TEST_F(ToldModuleTest, whatIsDrawnBeyondTheFrameIsCutOff) {
-  ASSERT_EQ(render("beyond").exitCode, 0);
-  const Image image = cli::readPicture(folder_ / "out.png");
-  ASSERT_EQ(image.width(), 12);
-  ASSERT_EQ(image.height(), 8);
+  const Image image = wholeFrame("beyond");
   EXPECT_EQ(image.at<PF_Pixel>(0, 0).red, 40);
   EXPECT_EQ(image.at<PF_Pixel>(11, 7).blue, 60);
 }
